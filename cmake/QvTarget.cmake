@@ -1,0 +1,40 @@
+# Settings that every target of ours shares: warnings, sanitizers, strict Qt.
+add_library(qv_options INTERFACE)
+target_compile_options(qv_options INTERFACE
+    -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Wnon-virtual-dtor
+    $<$<BOOL:${QV_WARNINGS_AS_ERRORS}>:-Werror>
+    $<$<BOOL:${QV_SANITIZE}>:-fsanitize=address,undefined;-fno-sanitize-recover=undefined;-fno-omit-frame-pointer>)
+target_link_options(qv_options INTERFACE
+    $<$<BOOL:${QV_SANITIZE}>:-fsanitize=address,undefined>)
+target_compile_definitions(qv_options INTERFACE
+    QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_FOREACH QT_NO_KEYWORDS
+    QT_DISABLE_DEPRECATED_BEFORE=0x060400)
+target_include_directories(qv_options INTERFACE ${PROJECT_SOURCE_DIR}/src)
+
+# qv_library(NAME SOURCES file... LINKS target...)
+# One folder of src/ (or its core or its ui half). LINKS is the proof of the layers: it names
+# the lower folders that this one uses, and nothing else is visible to it.
+function(qv_library name)
+    cmake_parse_arguments(arg "" "" "SOURCES;LINKS" ${ARGN})
+    add_library(${name} STATIC ${arg_SOURCES})
+    target_link_libraries(${name} PUBLIC ${arg_LINKS} PRIVATE qv_options)
+    set_target_properties(${name} PROPERTIES AUTOMOC ON AUTOUIC ON AUTORCC ON)
+endfunction()
+
+# qv_program(NAME SOURCES file... LINKS target...)
+function(qv_program name)
+    cmake_parse_arguments(arg "" "" "SOURCES;LINKS" ${ARGN})
+    add_executable(${name} ${arg_SOURCES})
+    target_link_libraries(${name} PRIVATE ${arg_LINKS} qv_options)
+    set_target_properties(${name} PROPERTIES AUTOMOC ON AUTOUIC ON AUTORCC ON
+        RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
+endfunction()
+
+# qv_test(NAME LINKS target...): tests/NAME.cpp as one Qt Test program under CTest.
+function(qv_test name)
+    cmake_parse_arguments(arg "" "" "LINKS" ${ARGN})
+    qv_program(${name} SOURCES ${name}.cpp LINKS ${arg_LINKS} Qt6::Test)
+    set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests)
+    add_test(NAME ${name} COMMAND ${name})
+    set_tests_properties(${name} PROPERTIES TIMEOUT 120)
+endfunction()

@@ -1,0 +1,12 @@
+#!/usr/bin/env bash
+# Installs what is missing, builds with warnings as errors, runs every test.
+#   ./scripts/test.sh [dev|asan|release]
+set -euo pipefail
+. "$(dirname "$0")/lib.sh"
+
+preset=${1:-dev}
+# shellcheck disable=SC2086
+install_missing $build_packages
+configure_and_build "$preset"
+cd "$root"
+ctest --preset "$preset" -j "$(nproc)"

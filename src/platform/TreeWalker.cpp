@@ -1,0 +1,197 @@
+#include "platform/TreeWalker.h"
+
+#include "platform/Paths.h"
+#include "platform/QvError.h"
+
+#include <QHash>
+#include <QRegularExpression>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int deepest = 64;
+
+/// Called for each thing met; says whether to go into it when it is a folder.
+using Visitor = std::function<bool(const TreeEntry &)>;
+
+void walk(FileSystem &files, const QString &folder, const QString &relative, int depth,
+          const Visitor &visit)
+{
+    const QList<FolderEntry> entries = files.entries(folder);
+    if (depth > deepest && !entries.isEmpty())
+        throw QvError(PathFileAccess, {},
+                      u"The folders lie more than 64 levels deep: "_s + withoutBackslash(folder));
+    for (const FolderEntry &entry : entries) {
+        const TreeEntry met{folder + entry.name, relative + entry.name, entry.status};
+        if (visit(met) && entry.status.kind == FileKind::Folder)
+            walk(files, met.path + u'\\', met.relative + u'\\', depth + 1, visit);
+    }
+}
+
+void walkInto(FileSystem &files, const QString &folder, const Visitor &visit)
+{
+    walk(files, withBackslash(folder), {}, 1, visit);
+}
+
+/// One folder of the source with what is to be copied out of it directly.
+struct FolderPlan
+{
+    QString relative; ///< with a backslash at the end; empty for the start folder
+    bool readOnly = false;
+    QStringList names;
+};
+
+struct CopyPlan
+{
+    QList<FolderPlan> folders; ///< each before those in it
+    QStringList links;
+    int count = 0;
+};
+
+CopyPlan planCopy(FileSystem &files, const QString &from,
+                  const std::function<bool(const TreeEntry &)> &leaveOut)
+{
+    CopyPlan plan{{FolderPlan{}}, {}, 0};
+    QHash<QString, qsizetype> index{{QString(), 0}};
+    walkInto(files, from, [&](const TreeEntry &entry) {
+        if (leaveOut && leaveOut(entry))
+            return false;
+        if (entry.status.kind == FileKind::Folder) {
+            index.insert(entry.relative + u'\\', plan.folders.size());
+            plan.folders.append({entry.relative + u'\\', entry.status.readOnly, {}});
+        } else if (entry.status.kind == FileKind::File) {
+            plan.folders[index.value(parentFolder(entry.relative))].names.append(
+                lastComponent(entry.relative));
+            ++plan.count;
+        } else {
+            plan.links.append(entry.relative);
+        }
+        return true;
+    });
+    return plan;
+}
+
+void refuseInside(const QString &from, const QString &to)
+{
+    QString source = withBackslash(from).toCaseFolded();
+    QString target = withBackslash(to).toCaseFolded();
+    source.replace(u'/', u'\\');
+    target.replace(u'/', u'\\');
+    if (target.startsWith(source))
+        throw QvError(PathFileAccess, {}, u"A folder cannot be copied into itself: "_s + to);
+}
+
+/// A name beside the folder that is not taken, for the folder while it is being deleted.
+QString asideName(FileSystem &files, const QString &folder)
+{
+    QString name = lastComponent(folder);
+    while (name.toUtf8().size() > 240)
+        name.chop(name.back().isLowSurrogate() ? 2 : 1);
+    for (int number = 1;; ++number) {
+        const QString aside = parentFolder(folder) + name + u".qvdel"_s + QString::number(number);
+        if (!files.exists(aside))
+            return aside;
+    }
+}
+
+/// What somebody else removed in the meantime is as good as removed.
+void unlessGone(const std::function<void()> &remove)
+{
+    try {
+        remove();
+    } catch (const QvError &error) {
+        if (error.number() != FileNotFound && error.number() != PathNotFound)
+            throw;
+    }
+}
+
+QList<TreeEntry> everythingIn(FileSystem &files, const QString &folder)
+{
+    QList<TreeEntry> found;
+    walkTree(files, folder, [&](const TreeEntry &entry) { found.append(entry); });
+    return found;
+}
+
+/// Deletes `folder` and what was found in it, each folder after what lies in it.
+void deleteFound(FileSystem &files, const QString &folder, const QList<TreeEntry> &found)
+{
+    const QString base = withBackslash(folder);
+    const auto isFolder = [](const TreeEntry &e) { return e.status.kind == FileKind::Folder; };
+    files.setAttributes(folder, 0);
+    for (const TreeEntry &entry : found) {
+        if (isFolder(entry) && entry.status.readOnly)
+            unlessGone([&] { files.setAttributes(base + entry.relative, 0); });
+    }
+    for (auto entry = found.crbegin(); entry != found.crend(); ++entry) {
+        const QString path = base + entry->relative;
+        unlessGone(
+            [&] { isFolder(*entry) ? files.removeFolder(path) : files.removeFile(path, true); });
+    }
+    unlessGone([&] { files.removeFolder(folder); });
+}
+
+void refuseUnlessFolder(FileSystem &files, const QString &folder)
+{
+    const FileKind kind = files.status(folder).kind;
+    if (kind == FileKind::Missing)
+        throw QvError(PathNotFound, {}, u"The folder is not there: "_s + folder);
+    if (kind != FileKind::Folder || lastComponent(folder).endsWith(u':'))
+        throw QvError(PathFileAccess, {}, u"This is no folder that can be deleted: "_s + folder);
+}
+
+} // namespace
+
+void walkTree(FileSystem &files, const QString &folder,
+              const std::function<void(const TreeEntry &)> &visit)
+{
+    walkInto(files, folder, [&](const TreeEntry &entry) {
+        visit(entry);
+        return true;
+    });
+}
+
+QStringList copyTree(FileSystem &files, const QString &from, const QString &to,
+                     const Progress &progress,
+                     const std::function<bool(const TreeEntry &)> &leaveOut)
+{
+    refuseInside(from, to);
+    const CopyPlan plan = planCopy(files, from, leaveOut);
+    const QString source = withBackslash(from);
+    const QString target = withBackslash(to);
+    int done = 0;
+    progress.step(done, plan.count);
+    for (const FolderPlan &folder : plan.folders) {
+        if (!folder.relative.isEmpty() || !files.folderExists(to))
+            files.makeFolder(target + folder.relative);
+        files.copyFiles(source + folder.relative, target + folder.relative, folder.names,
+                        [&](const QString &name) { progress.step(++done, plan.count, name); });
+    }
+    for (const FolderPlan &folder : plan.folders) {
+        if (folder.readOnly)
+            files.setAttributes(target + folder.relative, ReadOnlyFile);
+    }
+    return plan.links;
+}
+
+void deleteTree(FileSystem &files, const QString &folder)
+{
+    refuseUnlessFolder(files, folder);
+    const QList<TreeEntry> found = everythingIn(files, folder);
+    const QString aside = asideName(files, folder);
+    files.move(folder, aside);
+    deleteFound(files, aside, found);
+}
+
+void removeLeftovers(FileSystem &files, const QString &parent)
+{
+    static const QRegularExpression leftover(u"\\.qvdel[0-9]+$"_s);
+    for (const FolderEntry &entry : files.entries(parent)) {
+        if (entry.status.kind != FileKind::Folder || !leftover.match(entry.name).hasMatch())
+            continue;
+        const QString folder = withBackslash(parent) + entry.name;
+        // One that resists does no harm; the next start tries it again.
+        trap([](const QvError &) {},
+             [&] { deleteFound(files, folder, everythingIn(files, folder)); });
+    }
+}

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "platform/FileSystem.h"
+#include "platform/Progress.h"
+
+#include <functional>
+
+// The only code that goes through folders. It never follows links or junctions, goes at most 64
+// levels deep (75 beyond) and never leaves the folder it was given.
+
+/// One thing met on the way.
+struct TreeEntry
+{
+    QString path;     ///< full, without a backslash at the end
+    QString relative; ///< below the start folder
+    FileStatus status;
+};
+
+/// Calls `visit` for everything below `folder`: each folder before what lies in it, names in order.
+void walkTree(FileSystem &files, const QString &folder,
+              const std::function<void(const TreeEntry &)> &visit);
+
+/// Copies all of `from` into `to`, which may be there but must be empty or hold other names.
+/// Links are left out and returned (relative). Refuses a target inside the source (75).
+/// What `leaveOut` says true to is left out too, a folder with all in it; it is not returned.
+QStringList copyTree(FileSystem &files, const QString &from, const QString &to,
+                     const Progress &progress = {},
+                     const std::function<bool(const TreeEntry &)> &leaveOut = {});
+
+/// Deletes a folder with all in it, read-only files included: renames it aside first
+/// ("<name>.qvdel<n>"), so that a failure to begin changes nothing, then deletes what it renamed.
+void deleteTree(FileSystem &files, const QString &folder);
+
+/// Removes what an interrupted `deleteTree` left directly below `parent`.
+void removeLeftovers(FileSystem &files, const QString &parent);

@@ -1,0 +1,174 @@
+#include "platform/Xml.h"
+
+#include "platform/QvError.h"
+#include "platform/XmlCheck.h"
+
+#include <QStringEncoder>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr qint64 sizeLimit = 512LL * 1024 * 1024;
+
+[[noreturn]] void refuse(const QString &name, const QString &reason)
+{
+    throw QvError(PathFileAccess, {}, u"%1 cannot be read: %2"_s.arg(name, reason));
+}
+
+QString checkedText(const QByteArray &bytes, const QString &name)
+{
+    try {
+        QString text = decodeXml(bytes);
+        checkWellFormed(text);
+        return text;
+    } catch (const QvError &error) {
+        refuse(name, error.description());
+    }
+}
+
+/// Collects what the parser prints.
+class TextSink final : public pugi::xml_writer
+{
+public:
+    QString text;
+
+    void write(const void *data, size_t size) override
+    {
+        const auto *characters = static_cast<const QChar *>(data);
+        appendFileLines(text, QStringView(characters, qsizetype(size / sizeof(QChar))));
+    }
+};
+
+QByteArray xmlUtf8(const QString &text)
+{
+    if (!isXmlText(text))
+        throw QvError(InvalidCall, {}, u"A text holds characters that no XML file may hold"_s);
+    return text.toUtf8();
+}
+
+void collectText(const pugi::xml_node &node, QString &text)
+{
+    if (node.type() == pugi::node_pcdata || node.type() == pugi::node_cdata)
+        text += QString::fromUtf8(node.value());
+    for (const pugi::xml_node &child : node)
+        collectText(child, text);
+}
+
+} // namespace
+
+pugi::xml_document loadXml(FileSystem &files, const QString &path, const char *root)
+{
+    const FileStatus status = files.status(path);
+    if (status.kind == FileKind::Missing)
+        throw QvError(FileNotFound, {}, u"File not found: "_s + path);
+    if (status.kind != FileKind::File)
+        refuse(path, u"it is not a regular file"_s);
+    if (status.size > sizeLimit)
+        refuse(path, u"it is larger than 512 MB"_s);
+    return parseXml(files.readFile(path, sizeLimit + 1), path, root);
+}
+
+pugi::xml_document parseXml(const QByteArray &bytes, const QString &name, const char *root)
+{
+    if (bytes.size() > sizeLimit)
+        refuse(name, u"it is larger than 512 MB"_s);
+    const QString text = checkedText(bytes, name);
+    pugi::xml_document document;
+    const auto result = document.load_buffer(text.utf16(), size_t(text.size()) * sizeof(QChar),
+                                             pugi::parse_default | pugi::parse_comments
+                                                 | pugi::parse_pi | pugi::parse_ws_pcdata_single,
+                                             pugi::encoding_utf16);
+    if (!result)
+        refuse(name, QString::fromUtf8(result.description()));
+    const pugi::xml_node top = document.document_element();
+    if (QByteArrayView(top.name()) != QByteArrayView(root))
+        refuse(name, u"its root is \"%1\" instead of \"%2\""_s.arg(QString::fromUtf8(top.name()),
+                                                                   QString::fromUtf8(root)));
+    if (top.attribute("xmlns"))
+        refuse(name, u"its root \"%1\" is in a namespace"_s.arg(QString::fromUtf8(root)));
+    return document;
+}
+
+void saveXml(FileSystem &files, const QString &path, const pugi::xml_document &document,
+             ReplaceOptions options)
+{
+    files.replaceFile(path, xmlBytes(document), options);
+}
+
+QByteArray xmlBytes(const pugi::xml_document &document)
+{
+    TextSink sink;
+    sink.text = xmlDeclaration + "\r\n"_L1;
+    for (const pugi::xml_node &node : document) {
+        if (node.type() != pugi::node_declaration)
+            node.print(sink, "\t", pugi::format_indent, pugi::encoding_utf16);
+    }
+    return utf16Bytes(sink.text);
+}
+
+QByteArray utf16Bytes(const QString &text)
+{
+    if (!text.isValidUtf16())
+        throw QvError(InvalidCall, {}, u"A text ends or breaks in the middle of a character"_s);
+    QStringEncoder encoder(QStringEncoder::Utf16LE, QStringEncoder::Flag::WriteBom);
+    return encoder.encode(text);
+}
+
+QString textOf(const pugi::xml_node &node)
+{
+    QString text;
+    collectText(node, text);
+    return text;
+}
+
+QString valueOf(const pugi::xml_attribute &attribute)
+{
+    return QString::fromUtf8(attribute.value());
+}
+
+void setText(pugi::xml_node node, const QString &text)
+{
+    if (!node)
+        throw QvError(ObjectNotSet, {}, u"An element that should be there is missing"_s);
+    const QByteArray value = xmlUtf8(text);
+    node.remove_children();
+    if (!value.isEmpty())
+        node.append_child(pugi::node_pcdata).set_value(value.constData());
+}
+
+pugi::xml_node appendText(pugi::xml_node parent, const char *name, const QString &text)
+{
+    const QByteArray value = xmlUtf8(text);
+    pugi::xml_node node = parent.append_child(name);
+    if (!node)
+        throw QvError(
+            ObjectNotSet, {},
+            u"The element that \"%1\" belongs into is missing"_s.arg(QString::fromUtf8(name)));
+    if (!value.isEmpty())
+        node.append_child(pugi::node_pcdata).set_value(value.constData());
+    return node;
+}
+
+void setAttribute(pugi::xml_node node, const char *name, const QString &value)
+{
+    if (!node)
+        throw QvError(ObjectNotSet, {}, u"An element that should be there is missing"_s);
+    const QByteArray utf8 = xmlUtf8(value);
+    pugi::xml_attribute attribute = node.attribute(name);
+    if (!attribute)
+        attribute = node.append_attribute(name);
+    attribute.set_value(utf8.constData());
+}
+
+pugi::xml_node childWithText(const pugi::xml_node &parent, const char *child, const char *name,
+                             const QString &text)
+{
+    for (const pugi::xml_node &candidate : parent.children(child)) {
+        for (const pugi::xml_node &value : candidate.children(name)) {
+            if (textOf(value) == text)
+                return candidate;
+        }
+    }
+    return {};
+}

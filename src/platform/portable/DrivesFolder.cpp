@@ -1,0 +1,13 @@
+#include "platform/portable/DrivesFolder.h"
+
+#include <QStandardPaths>
+
+using namespace Qt::StringLiterals;
+
+QString drivesFolder()
+{
+    if (const QString named = qEnvironmentVariable("QUOVANE_DRIVES"); !named.isEmpty())
+        return named;
+    const QString home = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
+    return home + u"/quovane/drives"_s;
+}

@@ -1,0 +1,7 @@
+#pragma once
+
+#include <QString>
+
+/// The folder below which "C:\" is "c" (a native path): the one that QUOVANE_DRIVES names, else
+/// "<data home>/quovane/drives".
+QString drivesFolder();

@@ -1,0 +1,11 @@
+#pragma once
+
+#include "platform/FileSystem.h"
+
+/// The one writer: replaces the file at the native path `place`, or makes it, as
+/// `FileSystem::replaceFile` describes. `path` is what the product calls it, for messages.
+void replaceFileAt(const QByteArray &place, const QString &path, const QByteArray &content,
+                   ReplaceOptions options);
+
+/// Flushes an open folder to the disk; false with errno when that fails.
+bool syncFolderAt(int folder);

@@ -1,0 +1,20 @@
+#pragma once
+
+#include "platform/Processes.h"
+
+class FileSystem;
+
+/// Starts programs by their full native path, without a shell; "X.exe" is "X" where only that is.
+class PortableProcesses final : public Processes
+{
+public:
+    explicit PortableProcesses(FileSystem &files);
+
+    void start(const QString &program, const QStringList &arguments) override;
+    void openText(const QString &path) override;
+
+private:
+    [[nodiscard]] QString nativeProgram(const QString &program) const;
+
+    FileSystem &m_files;
+};

@@ -1,0 +1,111 @@
+#include "resources/Icons.h"
+
+#include <QFile>
+#include <QGuiApplication>
+#include <QIconEngine>
+#include <QPainter>
+#include <QPalette>
+#include <QPixmapCache>
+#include <QSvgRenderer>
+
+using namespace Qt::StringLiterals;
+
+// A static library's resources are found only when they are asked for by name; the macro must not
+// stand in a namespace.
+static void initPictures()
+{
+    Q_INIT_RESOURCE(pictures);
+}
+
+namespace {
+
+QByteArray drawing(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+QColor textColour(QIcon::Mode mode)
+{
+    const QPalette palette = QGuiApplication::palette();
+    switch (mode) {
+    case QIcon::Disabled:
+        return palette.color(QPalette::Disabled, QPalette::WindowText);
+    case QIcon::Selected:
+        return palette.color(QPalette::Active, QPalette::HighlightedText);
+    default:
+        return palette.color(QPalette::Active, QPalette::WindowText);
+    }
+}
+
+/// Draws one file, with `currentColor` standing for the palette's text colour of the moment.
+class DrawnIcon final : public QIconEngine
+{
+public:
+    explicit DrawnIcon(QString path)
+        : m_path(std::move(path))
+    {
+    }
+
+    void paint(QPainter *painter, const QRect &rect, QIcon::Mode mode, QIcon::State state) override
+    {
+        const qreal ratio = painter->device()->devicePixelRatio();
+        painter->drawPixmap(rect, scaledPixmap(rect.size() * ratio, mode, state, ratio));
+    }
+
+    QPixmap pixmap(const QSize &size, QIcon::Mode mode, QIcon::State) override
+    {
+        const QColor colour = textColour(mode);
+        const QString key = u"qv %1 %2 %3x%4"_s.arg(m_path, colour.name(QColor::HexArgb))
+                                .arg(size.width())
+                                .arg(size.height());
+        QPixmap result;
+        if (!QPixmapCache::find(key, &result)) {
+            result = render(size, colour);
+            QPixmapCache::insert(key, result);
+        }
+        return result;
+    }
+
+    QIconEngine *clone() const override { return new DrawnIcon(m_path); }
+    QString key() const override { return u"qv-drawn"_s; }
+
+private:
+    QPixmap render(const QSize &size, const QColor &colour) const
+    {
+        QPixmap result(size);
+        result.fill(Qt::transparent);
+        QSvgRenderer renderer(drawing(m_path).replace("currentColor", colour.name().toLatin1()));
+        renderer.setAspectRatioMode(Qt::KeepAspectRatio);
+        QPainter painter(&result);
+        painter.setOpacity(colour.alphaF());
+        renderer.render(&painter);
+        return result;
+    }
+
+    QString m_path;
+};
+
+} // namespace
+
+QIcon icon(QLatin1StringView name)
+{
+    initPictures();
+    const QString path = u":/icons/%1.svg"_s.arg(name);
+    return QFile::exists(path) ? QIcon(new DrawnIcon(path)) : QIcon();
+}
+
+QPixmap picture(QLatin1StringView name, QSize size, qreal devicePixelRatio)
+{
+    initPictures();
+    QSvgRenderer renderer(drawing(u":/pictures/%1.svg"_s.arg(name)));
+    if (!renderer.isValid())
+        return {};
+    QPixmap result(size * devicePixelRatio);
+    result.fill(Qt::white);
+    QPainter painter(&result);
+    renderer.render(&painter);
+    painter.end();
+    result.setDevicePixelRatio(devicePixelRatio);
+    return result;
+}

@@ -1,0 +1,243 @@
+#include "platform/QvError.h"
+#include "platform/Xml.h"
+#include "platform/portable/PortableFiles.h"
+
+#include <QStringEncoder>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr auto path = "S:\\Toc.xml"_L1;
+
+QByteArray utf16(const QString &text, QStringConverter::Encoding encoding, bool mark)
+{
+    QStringEncoder encoder(encoding,
+                           mark ? QStringEncoder::Flag::WriteBom : QStringEncoder::Flag::Default);
+    return encoder.encode(text);
+}
+
+/// "" when the reader takes the bytes, else the error as an author sees it.
+QString refusal(const QByteArray &bytes, const char *root = "R")
+{
+    try {
+        const pugi::xml_document document = parseXml(bytes, path, root);
+        return {};
+    } catch (const QvError &error) {
+        return error.text();
+    }
+}
+
+/// What the body raises, as text.
+template <typename Body>
+QString errorOf(Body body)
+{
+    try {
+        body();
+    } catch (const QvError &error) {
+        return error.text();
+    }
+    return u"no error"_s;
+}
+
+} // namespace
+
+class tst_xml final : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void decodes_data();
+    void decodes();
+    void refuses_data();
+    void refuses();
+    void refusesBombsAtOnce();
+    void saysWhichFileAndWhy();
+    void rewritingKeepsEverything();
+    void textsComeBackAsTheyWereSet();
+    void writesIndentedElements();
+};
+
+void tst_xml::decodes_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    const QString text = u"<?xml version=\"1.0\" encoding=\"utf-16\"?>\r\n<R>ä日\U0001F600</R>"_s;
+    QTest::newRow("as written") << utf16(text, QStringConverter::Utf16LE, true);
+    QTest::newRow("high byte first") << utf16(text, QStringConverter::Utf16BE, true);
+    QTest::newRow("no mark") << utf16(text, QStringConverter::Utf16LE, false);
+    QTest::newRow("no mark, high byte first") << utf16(text, QStringConverter::Utf16BE, false);
+    QString utf8 = text;
+    utf8.replace(u"utf-16"_s, u"utf-8"_s);
+    QTest::newRow("utf-8") << utf8.toUtf8();
+    QTest::newRow("utf-8 with mark") << "\xEF\xBB\xBF" + utf8.toUtf8();
+    QTest::newRow("nothing declared") << utf8.section(u"\r\n"_s, 1).toUtf8();
+    QTest::newRow("mark against declaration") << utf16(utf8, QStringConverter::Utf16LE, true);
+    const QByteArray gb = QByteArray("<?xml version='1.0' encoding='GB18030'?><R>")
+                          + QByteArray::fromHex("81308A31C8D59439FC36") + "</R>";
+    QTest::newRow("declared charset") << gb;
+}
+
+void tst_xml::decodes()
+{
+    QFETCH(const QByteArray, bytes);
+    const pugi::xml_document document = parseXml(bytes, path, "R");
+    QCOMPARE(textOf(document.document_element()), u"ä日\U0001F600"_s);
+}
+
+void tst_xml::refuses_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<QString>("reason");
+    const auto row = [](const char *name, const QByteArray &bytes, const QString &reason) {
+        QTest::newRow(name) << bytes << reason;
+    };
+    const QByteArray whole = utf16(u"<R>text</R>"_s, QStringConverter::Utf16LE, true);
+    row("empty", {}, u"it is empty"_s);
+    row("half a character", whole + "x", u"half a character"_s);
+    row("cut", whole.chopped(8), u"line 1: "_s);
+    row("zeros", QByteArray(400, '\0'), u"damaged"_s);
+    row("two marks", "\xFF\xFE" + whole, u"two byte-order marks"_s);
+    row("UTF-32", QByteArray::fromHex("FFFE00003C000000"), u"UTF-32"_s);
+    row("lone surrogate", QByteArray(whole).replace(8, 2, "\x3D\xD8"), u"damaged"_s);
+    row("not UTF-8", "<R>\xC3\x28</R>", u"not valid UTF-8"_s);
+    row("overlong", "\xC0\xBCR/>", u"not valid UTF-8"_s);
+    row("only said to be UTF-16", "<?xml version='1.0' encoding='utf-16'?><R/>", u"says utf-16"_s);
+    row("unknown encoding", "<?xml version='1.0' encoding='x-nil'?><R/>",
+        u"\"x-nil\" is not known"_s);
+    row("not us-ascii", "<?xml version='1.0' encoding='us-ascii'?><R>\xE4</R>", u"us-ascii"_s);
+    row("control character", "<R>\x01</R>", u"damaged"_s);
+    row("same attribute twice", "<R>\n<A b='1' b='2'/></R>", u"line 2: Attribute 'b' redefined"_s);
+    row("undeclared entity", "<R>&nbsp;</R>", u"Entity 'nbsp' not declared"_s);
+    row("reference to nothing", "<R>&#xD800;</R>", u"Invalid character reference"_s);
+    row("crossed tags", "<R><A><B></A></B></R>", u"tag mismatch"_s);
+    row("two roots", "<R/><R/>", u"Extra content"_s);
+    row("text before the root", "x<R/>", u"line 1: "_s);
+    row("late declaration", "<R/><?xml version='1.0'?>", u"XML declaration not at start"_s);
+    row("dashes in comment", "<R><!-- a -- b --></R>", u"line 1: "_s);
+    row("CDATA end in text", "<R>]]></R>", u"]]>"_s);
+    row("DOCTYPE", "<!-- > --><?a b?><!DOCTYPE R [<!ENTITY x 'y'>]><R>&x;</R>", u"has a DOCTYPE"_s);
+    row("DOCTYPE behind the root", "<R/><!DOCTYPE R>", u"has a DOCTYPE"_s);
+    row("other root", "<r/>", u"its root is \"r\" instead of \"R\""_s);
+    row("namespace", "<R xmlns='urn:x'/>", u"in a namespace"_s);
+    row("too deep", QByteArray("<R>") + QByteArray("<A>").repeated(64), u"more than 64 deep"_s);
+}
+
+void tst_xml::refuses()
+{
+    QFETCH(const QByteArray, bytes);
+    QFETCH(const QString, reason);
+    const QString error = refusal(bytes);
+    QVERIFY2(error.startsWith(u"75: S:\\Toc.xml cannot be read: "_s), qPrintable(error));
+    QVERIFY2(error.contains(reason), qPrintable(error));
+}
+
+void tst_xml::refusesBombsAtOnce()
+{
+    QVERIFY(refusal("<R>" + QByteArray("<A>").repeated(2'000'000)).contains(u"64 deep"_s));
+    QVERIFY(
+        refusal("<!DOCTYPE x [" + QByteArray("<!x [").repeated(500'000)).contains(u"DOCTYPE"_s));
+    QByteArray attributes;
+    for (int number = 0; number < 5000; ++number)
+        attributes += " a" + QByteArray::number(number) + "=''";
+    QCOMPARE(refusal("<R" + attributes + "/>"), QString());
+    QCOMPARE(refusal(QByteArray("<R>") + QByteArray("<A>").repeated(63)
+                     + QByteArray("</A>").repeated(63) + "</R>"),
+             QString());
+    QCOMPARE(refusal("<R><p:A q:b='1'/></R>"), QString());
+}
+
+void tst_xml::saysWhichFileAndWhy()
+{
+    const QTemporaryDir folder;
+    PortableFiles files(folder.path());
+    files.makeFolder(u"S:\\"_s);
+    const auto load = [&] { (void)loadXml(files, path, "QV_Master"); };
+    QCOMPARE(errorOf(load), u"53: File not found: S:\\Toc.xml"_s);
+    files.replaceFile(path, "<QV_Master>\n<a>\n</QV_Master>");
+    QCOMPARE(errorOf(load), u"75: S:\\Toc.xml cannot be read: line 3: "
+                            "Opening and ending tag mismatch."_s);
+    files.removeFile(path);
+    files.makeFolder(path);
+    QCOMPARE(errorOf(load), u"75: S:\\Toc.xml cannot be read: it is not a regular file"_s);
+}
+
+void tst_xml::rewritingKeepsEverything()
+{
+    const QString text = u"<?xml version=\"1.0\" encoding=\"utf-16\"?>\r\n"
+                         "<!-- first\r\n     second -->\r\n"
+                         "<?keep me?>\r\n"
+                         "<R a=\"1&#10;2 &quot;&lt;&amp;\">\r\n"
+                         "\t<Unknown x:y=\"\">\r\n"
+                         "\t\t<!-- inside -->\r\n"
+                         "\t\t<blank> </blank>\r\n"
+                         "\t\t<lines>one\r\ntwo&#13;three</lines>\r\n"
+                         "\t\t<mixed> a <b /> c </mixed>\r\n"
+                         "\t\t<data><![CDATA[<x> & ]]></data>\r\n"
+                         "\t</Unknown>\r\n"
+                         "</R>\r\n"
+                         "<!-- end -->\r\n"_s;
+    const QByteArray bytes = utf16(text, QStringConverter::Utf16LE, true);
+    const QTemporaryDir folder;
+    PortableFiles files(folder.path());
+    files.makeFolder(u"S:\\"_s);
+    files.replaceFile(path, bytes);
+    saveXml(files, path, loadXml(files, path, "R"));
+    QCOMPARE(files.readFile(path), bytes);
+
+    QString other = text;
+    other.replace(u"utf-16"_s, u"utf-8"_s).replace(u"\r\n"_s, u"\n"_s);
+    QCOMPARE(xmlBytes(parseXml(other.toUtf8(), path, "R")), bytes);
+}
+
+void tst_xml::textsComeBackAsTheyWereSet()
+{
+    pugi::xml_document document;
+    pugi::xml_node root = document.append_child("R");
+    const QString odd = u" <a> & \"b\" 'c'\r\n\td\n]]> \U0001F600 "_s;
+    appendText(root, "A", odd);
+    setAttribute(root, "b", odd);
+    appendText(root, "C", u"old"_s);
+    setText(root.child("C"), u""_s);
+
+    const pugi::xml_document again = parseXml(xmlBytes(document), path, "R");
+    const pugi::xml_node read = again.document_element();
+    QCOMPARE(textOf(read.child("A")), odd);
+    QCOMPARE(valueOf(read.attribute("b")), odd);
+    QCOMPARE(textOf(read.child("C")), QString());
+    QCOMPARE(childWithText(again, "R", "A", odd), read);
+
+    const QString unwritable = u"5: A text holds characters that no XML file may hold"_s;
+    QCOMPARE(errorOf([&] { setText(root, u"a\u0001"_s); }), unwritable);
+    QCOMPARE(errorOf([&] { setAttribute(root, "x", QString(QChar(0xD83D))); }), unwritable);
+    QVERIFY(errorOf([&] { setText(root.child("D"), u"x"_s); }).startsWith(u"91: "_s));
+    QVERIFY(errorOf([] { utf16Bytes(QString(QChar(0xDC00))); }).startsWith(u"5: "_s));
+}
+
+void tst_xml::writesIndentedElements()
+{
+    XmlWriter writer;
+    writer.startElement(u"QV_Master"_s, {{u"id"_s, u"<1>"_s}});
+    writer.startElement(u"QV"_s);
+    writer.startElement(u"Empty"_s);
+    writer.characters(u""_s);
+    writer.endElement();
+    writer.startElement(u"Text"_s);
+    writer.characters(u"a & b\nc\rd"_s);
+    writer.endElement();
+    writer.endElement();
+    writer.endElement();
+    QCOMPARE(writer.output(), u"<QV_Master id=\"&lt;1&gt;\">\r\n"
+                              "\t<QV>\r\n"
+                              "\t\t<Empty/>\r\n"
+                              "\t\t<Text>a &amp; b\r\nc&#13;d</Text>\r\n"
+                              "\t</QV>\r\n"
+                              "</QV_Master>\r\n"_s);
+    writer.startElement(u"Bad"_s);
+    writer.characters(u"\u0002"_s);
+    QVERIFY(errorOf([&] { (void)writer.output(); }).startsWith(u"5: "_s));
+}
+
+QTEST_GUILESS_MAIN(tst_xml)
+#include "tst_xml.moc"
