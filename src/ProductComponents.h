@@ -1,0 +1,40 @@
+#pragma once
+
+#include "catalogue/ProjectCatalogue.h"
+#include "components/Components.h"
+#include "components/MissingConverter.h"
+#include "components/NameRules.h"
+#include "components/ProductInfoFromRegistry.h"
+#include "components/RegistryAccessComponent.h"
+#include "components/WindowHelperComponent.h"
+#include "projectfiles/CategoryFile.h"
+#include "projectfiles/GlobalBook.h"
+
+/// The product's components over a set of ports.
+struct ProductComponents
+{
+    ProductComponents(Session &session, Registry &registry, DesktopWindows &windows,
+                      FileSystem &files, Messages &messages)
+        : registryAccess(registry)
+        , windowHelper(windows)
+        , installInfo(registry)
+        , nameRules(messages)
+        , categories(makeCategories(files))
+        , globalInformation(makeGlobalInformation(files))
+        , ranking(makeProjectRanking(session, files))
+        , all{registryAccess, windowHelper,       generalTasks, installInfo, nameRules,
+              *categories,    *globalInformation, *ranking,     converter}
+    {
+    }
+
+    RegistryAccessComponent registryAccess;
+    WindowHelperComponent windowHelper;
+    GeneralTasksComponent generalTasks;
+    InstallInfoFromRegistry installInfo;
+    NameRules nameRules;
+    std::unique_ptr<Categories> categories;
+    std::unique_ptr<GlobalInformation> globalInformation;
+    std::unique_ptr<ProjectRanking> ranking;
+    MissingConverter converter;
+    Components all;
+};

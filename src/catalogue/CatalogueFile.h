@@ -1,0 +1,13 @@
+#pragma once
+
+#include "platform/FileSystem.h"
+
+#include <QString>
+
+#include <pugixml.hpp>
+
+/// The catalogue file as it stands. Raises what `loadXml` raises, and 75 when it has no QVs.
+pugi::xml_document loadCatalogue(FileSystem &files, const QString &path);
+
+/// Every QV_Name, wherever it stands, in file order.
+pugi::xpath_node_set allNames(const pugi::xml_document &catalogue);

@@ -1,0 +1,169 @@
+#include "catalogue/ProjectCatalogue.h"
+
+#include "catalogue/CatalogueFile.h"
+#include "catalogue/CatalogueLock.h"
+#include "platform/Paths.h"
+#include "platform/Xml.h"
+#include "resources/Texts.h"
+#include "startup/Errors.h"
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr auto defaultRank = "500"_L1;
+
+bool holdsProject(const pugi::xml_document &catalogue, const QString &name,
+                  Qt::CaseSensitivity sensitivity)
+{
+    const auto entries = catalogue.select_nodes("QV_Selection_List/QVs/QV/QV_Name");
+    return std::any_of(entries.begin(), entries.end(), [&](const pugi::xpath_node &entry) {
+        return textOf(entry.node()).compare(name, sensitivity) == 0;
+    });
+}
+
+void appendFavourites(pugi::xml_node projects)
+{
+    pugi::xml_node entry = projects.append_child("QV");
+    appendText(entry, "QV_Acro", u"MyFav"_s);
+    setAttribute(appendText(entry, "QV_Name", favourites), "AddDate", {});
+    appendText(entry, "QV_Location", u"MyFav\\QV_Favorites\\"_s);
+}
+
+void appendProject(pugi::xml_node projects, const Session &session)
+{
+    pugi::xml_node entry = projects.append_child("QV");
+    appendText(entry, "QV_Acro", session.projectId);
+    const pugi::xml_node name = appendText(entry, "QV_Name", session.projectName);
+    setAttribute(name, "AddDate", {});
+    setAttribute(name, "Pro", u"Yes"_s);
+    setAttribute(name, "Enable", u"Yes"_s);
+    setAttribute(name, "Rank", defaultRank);
+    setAttribute(name, "LANGUAGE", session.projectLanguage);
+    appendText(entry, "QV_Location", u"Docs\\"_s + session.projectName + u'\\');
+}
+
+CatalogueEntry readEntry(const pugi::xml_node &project)
+{
+    const pugi::xml_node name = project.child("QV_Name");
+    return {.id = textOf(project.child("QV_Acro")),
+            .name = textOf(name),
+            .location = textOf(project.child("QV_Location")),
+            .addDate = valueOf(name.attribute("AddDate")),
+            .rank = valueOf(name.attribute("Rank")),
+            .language = valueOf(name.attribute("LANGUAGE"))};
+}
+
+} // namespace
+
+ProjectCatalogue::ProjectCatalogue(Session &session, FileSystem &files)
+    : m_session(session)
+    , m_files(files)
+{
+}
+
+bool ProjectCatalogue::CreateSelectionFile(const QString &path)
+{
+    return trap(reraise(m_session, u"QV_Developer::CreateSelectionFile"_s), [&] {
+        XmlWriter writer;
+        writer.startElement(u"QV_Selection_List"_s);
+        writer.startElement(u"QVs"_s);
+        writer.endElement();
+        writer.endElement();
+        m_files.replaceFile(path, utf16Bytes(xmlDeclaration + u"\r\n"_s + writer.output()));
+        return true;
+    });
+}
+
+bool ProjectCatalogue::bCheckQVSelectionforProdName()
+{
+    return trap(reraise(m_session, u"QV_Developer::bCheckQVSelectionforProdName"_s), [&] {
+        if (!m_files.exists(path())) {
+            const CatalogueLock lock(m_files, path());
+            if (!m_files.exists(path())) // another author may have made it meanwhile
+                CreateSelectionFile(path());
+        }
+        return !holdsProject(loadCatalogue(m_files, path()), m_session.projectName,
+                             Qt::CaseInsensitive);
+    });
+}
+
+void ProjectCatalogue::UpdateQVSelection()
+{
+    trap(reraise(m_session, u"QV_Developer::UpdateQVSelection"_s), [&] {
+        if (!m_files.exists(path()))
+            return;
+
+        const CatalogueLock lock(m_files, path());
+        pugi::xml_document catalogue = loadCatalogue(m_files, path());
+        if (holdsProject(catalogue, m_session.projectName, Qt::CaseInsensitive))
+            throw QvError(InvalidCall, {},
+                          text(Text::ProjectAlreadyExists) + u": "_s + m_session.projectName);
+        const pugi::xml_node projects = catalogue.document_element().child("QVs");
+        if (!holdsProject(catalogue, favourites, Qt::CaseSensitive))
+            appendFavourites(projects);
+        appendProject(projects, m_session);
+        saveXml(m_files, path(), catalogue);
+    });
+}
+
+QStringList ProjectCatalogue::GetProdQVSelection_All()
+{
+    return trap(reraise(m_session, u"QV_Developer::GetProdQVSelection_All"_s), [&] {
+        QStringList names(2);
+        if (!m_files.exists(path()))
+            return names;
+
+        const pugi::xml_document catalogue = loadCatalogue(m_files, path());
+        for (const pugi::xpath_node &entry : allNames(catalogue)) {
+            if (const QString name = textOf(entry.node()); name != favourites)
+                names.append(name);
+        }
+        return names;
+    });
+}
+
+QStringList ProjectCatalogue::GetProdQVSelection_Data()
+{
+    return trap(reraise(m_session, u"QV_Developer::GetProdQVSelection_Data"_s), [&] {
+        QStringList items(1);
+        if (!m_files.exists(path()))
+            return items;
+
+        const pugi::xml_document catalogue = loadCatalogue(m_files, path());
+        for (const pugi::xpath_node &entry : allNames(catalogue)) {
+            const pugi::xml_attribute rank = entry.node().attribute("Rank");
+            items.append(textOf(entry.node()) + u'#' + (rank ? valueOf(rank) : defaultRank));
+        }
+        return items;
+    });
+}
+
+void ProjectCatalogue::UpdateRankInSelectionFile(ProjectRanking &ranking, const QStringList &items)
+{
+    trap(reraise(m_session, u"QV_Developer::UpdateRankInSelectionFile"_s), [&] {
+        QStringList trimmed;
+        for (const QString &item : items)
+            trimmed.append(item.trimmed());
+        ranking.UpdateProjectRanks(trimmed);
+    });
+}
+
+QList<CatalogueEntry> ProjectCatalogue::entries()
+{
+    QList<CatalogueEntry> all;
+    if (!m_files.exists(path()))
+        return all;
+
+    const pugi::xml_document catalogue = loadCatalogue(m_files, path());
+    for (const pugi::xpath_node &entry : catalogue.select_nodes("QV_Selection_List/QVs/QV"))
+        all.append(readEntry(entry.node()));
+    return all;
+}
+
+QString ProjectCatalogue::path() const
+{
+    return cataloguePath(m_session.serverPath);
+}

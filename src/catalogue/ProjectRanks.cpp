@@ -1,0 +1,73 @@
+#include "catalogue/CatalogueFile.h"
+#include "catalogue/CatalogueLock.h"
+#include "catalogue/ProjectCatalogue.h"
+#include "platform/Paths.h"
+#include "platform/QvError.h"
+#include "platform/Xml.h"
+
+#include <QHash>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+using Ranks = QHash<QString, QString>;
+
+/// Names and ranks of "<name>#<rank>" entries; a name may hold "#" itself. Empty entries are none.
+Ranks ranksOf(const QStringList &items)
+{
+    Ranks ranks;
+    for (const QString &item : items) {
+        const qsizetype mark = item.lastIndexOf(u'#');
+        if (mark < 0 && !item.isEmpty())
+            throw QvError(InvalidCall, {}, u"This entry has no rank: "_s + item);
+        if (mark >= 0)
+            ranks.insert(item.first(mark), item.sliced(mark + 1));
+    }
+    return ranks;
+}
+
+class CatalogueRanking final : public ProjectRanking
+{
+public:
+    CatalogueRanking(Session &session, FileSystem &files)
+        : m_session(session)
+        , m_files(files)
+    {
+    }
+
+    void UpdateProjectRank(const QString &name, const QString &rank) override
+    {
+        store({{name, rank}});
+    }
+    void UpdateProjectRanks(const QStringList &items) override { store(ranksOf(items)); }
+
+private:
+    void store(const Ranks &ranks);
+
+    Session &m_session;
+    FileSystem &m_files;
+};
+
+void CatalogueRanking::store(const Ranks &ranks)
+{
+    const QString path = cataloguePath(m_session.serverPath);
+    if (ranks.isEmpty() || !m_files.exists(path))
+        return;
+
+    const CatalogueLock lock(m_files, path);
+    const pugi::xml_document catalogue = loadCatalogue(m_files, path);
+    for (const pugi::xpath_node &entry : allNames(catalogue)) {
+        const auto rank = ranks.constFind(textOf(entry.node()).trimmed());
+        if (rank != ranks.constEnd())
+            setAttribute(entry.node(), "Rank", *rank);
+    }
+    saveXml(m_files, path, catalogue);
+}
+
+} // namespace
+
+std::unique_ptr<ProjectRanking> makeProjectRanking(Session &session, FileSystem &files)
+{
+    return std::make_unique<CatalogueRanking>(session, files);
+}

@@ -1,0 +1,70 @@
+#include "projectfiles/CategoryFile.h"
+
+#include "platform/Paths.h"
+#include "platform/QvError.h"
+#include "platform/Xml.h"
+#include "projectfiles/FileElements.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// The root is named as the file: "QV_BookCategories" or "QV_DefaultCategories".
+QByteArray rootOf(const QString &path)
+{
+    return lastComponent(path).section(u'.', 0, 0).toUtf8();
+}
+
+pugi::xml_document loadOrMake(FileSystem &files, const QString &path)
+{
+    if (files.exists(path))
+        return loadXml(files, path, rootOf(path).constData());
+    pugi::xml_document document;
+    document.append_child(rootOf(path).constData());
+    return document;
+}
+
+void writeCategory(pugi::xml_node element, const QString &id, const Category &category)
+{
+    setAttribute(element, "ID", id);
+    setChild(element, "Category_Name", category.name);
+    setChild(element, "Category_Description", category.description);
+}
+
+} // namespace
+
+CategoryFile::CategoryFile(FileSystem &files)
+    : m_files(files)
+{
+}
+
+QList<Category> CategoryFile::read(const QString &path)
+{
+    const pugi::xml_document document = loadXml(m_files, path, rootOf(path).constData());
+    QList<Category> categories;
+    for (const pugi::xml_node &element : document.document_element().children("Category"))
+        categories.append({.id = valueOf(element.attribute("ID")),
+                           .name = textOf(element.child("Category_Name")),
+                           .description = textOf(element.child("Category_Description"))});
+    return categories;
+}
+
+void CategoryFile::write(const QString &path, const QList<Category> &categories)
+{
+    const pugi::xml_document document = loadOrMake(m_files, path);
+    const pugi::xml_node root = document.document_element();
+    const auto idOf = [](const pugi::xml_node &old) { return valueOf(old.attribute("ID")); };
+    Ids ids(u'C', root);
+    for (const pugi::xml_node &old : root.children("Category"))
+        ids.reserve(idOf(old));
+    for (const Category &category : categories)
+        ids.reserve(category.id);
+    RewrittenList rewritten(root, "Category", idOf);
+    for (const Category &category : categories) {
+        const QString id = ids.take(category.id);
+        writeCategory(rewritten.place(id), id, category);
+    }
+    rewritten.removeRest();
+    ids.store(root);
+    saveXml(m_files, path, document);
+}

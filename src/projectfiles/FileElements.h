@@ -1,0 +1,62 @@
+#pragma once
+
+#include "platform/Xml.h"
+
+#include <QMultiHash>
+#include <QSet>
+#include <QString>
+
+#include <functional>
+
+#include <pugixml.hpp>
+
+// What the project's files have in common: elements that must be there, and ids.
+
+/// The child element `name`. Raises 75 naming the file and the element when it is missing.
+pugi::xml_node requiredChild(const pugi::xml_node &parent, const char *name, const QString &path);
+
+/// Sets the text of a child element, which is appended when it is missing.
+pugi::xml_node setChild(pugi::xml_node parent, const char *name, const QString &text);
+
+/// The texts of the child elements named `name`.
+QStringList textsOf(const pugi::xml_node &parent, const char *name);
+
+/// A list element that is rewritten: its children are found again by a key, so that they keep what
+/// is not known here, and stand in the order in which they are asked for.
+class RewrittenList final
+{
+public:
+    using Key = std::function<QString(const pugi::xml_node &)>;
+    RewrittenList(const pugi::xml_node &list, const char *name, const Key &key);
+
+    /// The child of that key, or a new one, moved to the end of the list.
+    pugi::xml_node place(const QString &key);
+    /// Removes the children that nobody asked for.
+    void removeRest();
+
+private:
+    pugi::xml_node m_list;
+    const char *m_name;
+    QMultiHash<QString, pugi::xml_node> m_old;
+};
+
+/// Gives the ids of one file, such as "P0001". The list element remembers the next number in its
+/// attribute NextID, so that the id of something deleted is never given again.
+class Ids final
+{
+public:
+    Ids(QChar letter, const pugi::xml_node &list);
+
+    /// Keeps an id that is in use from being given. Call it for all of them before the first
+    /// `take`.
+    void reserve(const QString &id);
+    /// `wanted` itself, or a new id when it is empty or was taken before.
+    QString take(const QString &wanted);
+    /// Stores the next number in the list element.
+    void store(pugi::xml_node list) const;
+
+private:
+    QChar m_letter;
+    qint64 m_next = 1;
+    QSet<QString> m_taken;
+};

@@ -1,0 +1,148 @@
+#include "projectfiles/ProjectCopy.h"
+
+#include "platform/Paths.h"
+#include "platform/QvError.h"
+#include "platform/TreeWalker.h"
+#include "platform/Xml.h"
+#include "projectfiles/FileElements.h"
+#include "startup/Errors.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+// All files written here are our own fresh copies in a folder that nothing refers to yet.
+constexpr ReplaceOptions inFreshFolder{.sync = false, .throughReadOnly = true};
+
+/// Earlier versions, locks and unfinished files belong to the project they lie in.
+bool staysBehind(const TreeEntry &entry)
+{
+    const QString name = lastComponent(entry.path);
+    return entry.relative.compare(ProjectFile::backupFolder, Qt::CaseInsensitive) == 0
+           || name.endsWith(".lock"_L1, Qt::CaseInsensitive)
+           || name.contains(".qvtmp"_L1, Qt::CaseInsensitive);
+}
+
+void setWherePresent(const pugi::xml_node &header, const char *element, const QString &value)
+{
+    if (const pugi::xml_node node = header.child(element))
+        setText(node, value);
+}
+
+} // namespace
+
+ProjectCopy::ProjectCopy(Session &session, FileSystem &files, Clock &clock, SystemLocale &locale,
+                         const QString &folder)
+    : m_session(session)
+    , m_files(files)
+    , m_clock(clock)
+    , m_locale(locale)
+    , m_folder(folder)
+{
+}
+
+QStringList ProjectCopy::CopyProjectFolder(const QString &sourceName, const Progress &progress)
+{
+    const auto onError = reraise(m_session, u"QV_Developer::CopyProjectFolder"_s);
+    const QString source = trap(
+        onError, [&] { return existingProjectFolder(m_files, m_session.serverPath, sourceName); });
+    const QStringList leftOut = copyFolder(source, progress);
+    return leftOut + trap(onError, [&] { return makeItsOwn(); });
+}
+
+QStringList ProjectCopy::copyFolder(const QString &source, const Progress &progress)
+{
+    const QString target = withoutBackslash(folder());
+    try {
+        if (!m_files.folderExists(target))
+            m_files.makeFolder(target);
+        return copyTree(m_files, withoutBackslash(source), target, progress, staysBehind);
+    } catch (const Unwinding &) {
+        throw;
+    } catch (...) {
+        throw CopyFailure{.targetFolder = target, .reason = currentError().description()};
+    }
+}
+
+QStringList ProjectCopy::makeItsOwn()
+{
+    const QString path = folder() + ProjectFile::toc;
+    pugi::xml_document toc = loadXml(m_files, path, "QV_Master");
+    const pugi::xml_node header = toc.document_element().child("QV");
+    const QString today = m_locale.shortDate(m_clock.now().date());
+    setWherePresent(header, "QV_Platform", m_session.projectName);
+    setWherePresent(header, "QV_Date_Process", today);
+    setWherePresent(header, "QV_Date_Migration", today);
+    setWherePresent(header, "QV_Variation", {});
+    setWherePresent(header, "QV_ID", {});
+    QStringList unreadable = UpdateQVTocInfo(toc);
+    saveXml(m_files, path, toc, inFreshFolder);
+    unreadable += updateIfReadable(ProjectFile::globalFolder, ProjectFile::globalBook);
+    unreadable.removeDuplicates(); // the global book may be listed as well
+    return unreadable;
+}
+
+QStringList ProjectCopy::UpdateQVTocInfo(pugi::xml_document &toc)
+{
+    QStringList unreadable;
+    for (const pugi::xpath_node &entry : toc.select_nodes("//Book")) {
+        const pugi::xml_node book = entry.node();
+        setChild(book, "Book_Key", m_session.projectName);
+        unreadable +=
+            updateIfReadable(textOf(book.child("Book_Folder")), textOf(book.child("Book_File")));
+    }
+    return unreadable;
+}
+
+QStringList ProjectCopy::updateIfReadable(const QString &bookFolder, const QString &bookFile)
+{
+    std::optional<QString> path;
+    pugi::xml_document document;
+    try {
+        path = bookPath(bookFolder, bookFile);
+        if (path)
+            document = loadBook(*path);
+    } catch (const QvError &error) {
+        return {error.description()};
+    }
+    if (path)
+        makeOwn(document, *path, bookFolder);
+    return {};
+}
+
+void ProjectCopy::UpdateProductInfoInBook(const QString &bookFolder, const QString &bookFile)
+{
+    if (const std::optional<QString> path = bookPath(bookFolder, bookFile))
+        makeOwn(loadBook(*path), *path, bookFolder);
+}
+
+std::optional<QString> ProjectCopy::bookPath(const QString &bookFolder, const QString &bookFile)
+{
+    std::optional<QString> path = insideOf(folder(), bookFolder + u'\\' + bookFile);
+    if (path && !m_files.fileExists(*path))
+        path.reset();
+    return path;
+}
+
+pugi::xml_document ProjectCopy::loadBook(const QString &path)
+{
+    pugi::xml_document document = loadXml(m_files, path, "Book_Master");
+    requiredChild(document.document_element(), "Book", path);
+    return document;
+}
+
+void ProjectCopy::makeOwn(const pugi::xml_document &document, const QString &path,
+                          const QString &bookFolder)
+{
+    const pugi::xml_node header = document.document_element().child("Book");
+    setChild(header, "Book_Key", m_session.projectName);
+    setChild(header, "Book_Path",
+             u"Docs\\"_s + m_session.projectName + u'\\' + withBackslash(bookFolder));
+    saveXml(m_files, path, document, inFreshFolder);
+}
+
+QString ProjectCopy::folder() const
+{
+    return m_folder.isEmpty() ? projectFolder(m_session.serverPath, m_session.projectName)
+                              : m_folder;
+}

@@ -1,0 +1,30 @@
+#pragma once
+
+/// The program's windows by kind.
+enum class Form {
+    SelPrjType,      ///< launcher
+    SelPrjTypetoAdd, ///< new project wizard
+    ContinueDeleteProject,
+    MergeProjects,
+    RankBookSet,
+    MainUI,
+    Build,
+    IBLReport,
+    SplashScreen,
+};
+
+/// How windows open each other without knowing each other's classes. Each kind has at most one
+/// window, made on the first touch.
+class Navigator
+{
+public:
+    virtual ~Navigator() = default;
+    /// True when this program can open such a window.
+    [[nodiscard]] virtual bool offers(Form form) const = 0;
+    /// Makes the window when needed, loads it when it is not loaded, and shows it (not modal).
+    virtual void show(Form form) = 0;
+    /// Loads the launcher when needed, then runs its `loadform`: how Back comes home.
+    virtual void loadform() = 0;
+    /// Closes the window when it is there, as its close box would. False when it refused.
+    virtual bool unload(Form form) = 0;
+};

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QStyleFactory>
+#include <QTest>
+#include <QWidget>
+
+// Drives a form by the names of its controls, as an author does with mouse and keys.
+
+template <typename Widget>
+Widget *control(const QWidget *form, const char *name)
+{
+    auto *const found = form->findChild<Widget *>(QString::fromLatin1(name));
+    if (!found)
+        qFatal("There is no control %s", name);
+    return found;
+}
+
+inline void click(QWidget *form, const char *name)
+{
+    auto *const button = control<QAbstractButton>(form, name);
+    QTest::mouseClick(button, Qt::LeftButton, {},
+                      {10, button->height() / 2}); // on an option's mark
+}
+
+inline bool isEnabled(const QWidget *form, const char *name)
+{
+    return control<QWidget>(form, name)->isEnabled();
+}
+
+/// The open window of this class; null when there is none.
+template <typename Window>
+Window *openWindow()
+{
+    for (QWidget *const widget : QApplication::topLevelWidgets()) {
+        if (auto *const window = qobject_cast<Window *>(widget); window && window->isVisible())
+            return window;
+    }
+    return nullptr;
+}
+
+/// The main function of a test program with windows: no screen needed, the same style everywhere.
+template <typename Test>
+int runFormTest(int argc, char *argv[])
+{
+    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication application(argc, argv);
+    QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+    QApplication::setQuitOnLastWindowClosed(false);
+    Test test;
+    return QTest::qExec(&test, argc, argv);
+}

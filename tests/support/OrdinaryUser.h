@@ -1,0 +1,26 @@
+#pragma once
+
+#include <linux/capability.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+/// While it lives, this thread and those it starts meet file permissions as an ordinary user does,
+/// even when the tests run as root.
+class OrdinaryUser final
+{
+public:
+    OrdinaryUser()
+    {
+        syscall(SYS_capget, &m_header, m_saved);
+        __user_cap_data_struct fewer[2] = {m_saved[0], m_saved[1]};
+        fewer[0].effective &= ~((1U << CAP_DAC_OVERRIDE) | (1U << CAP_DAC_READ_SEARCH));
+        syscall(SYS_capset, &m_header, fewer);
+    }
+    ~OrdinaryUser() { syscall(SYS_capset, &m_header, m_saved); }
+    OrdinaryUser(const OrdinaryUser &) = delete;
+    OrdinaryUser &operator=(const OrdinaryUser &) = delete;
+
+private:
+    __user_cap_header_struct m_header{_LINUX_CAPABILITY_VERSION_3, 0};
+    __user_cap_data_struct m_saved[2]{};
+};
