@@ -1,0 +1,80 @@
+#include "tools/PageReference.h"
+
+#include "tools/HtmlEntities.h"
+
+#include <QStringList>
+#include <QUrl>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+bool hasScheme(QStringView url)
+{
+    const qsizetype colon = url.indexOf(u':');
+    if (colon < 1 || !url[0].isLetter())
+        return false;
+    return std::all_of(url.begin(), url.begin() + colon, [](QChar c) {
+        return c.unicode() < 128 && (c.isLetterOrNumber() || c == u'+' || c == u'-' || c == u'.');
+    });
+}
+
+QString decoded(const QString &text)
+{
+    return QUrl::fromPercentEncoding(text.toUtf8());
+}
+
+/// As browsers do: blanks around it and line ends inside it do not count.
+QString tidy(QStringView reference)
+{
+    QString url = withoutEntities(reference).trimmed();
+    url.removeIf([](QChar c) { return c == u'\n' || c == u'\r' || c == u'\t'; });
+    return url;
+}
+
+} // namespace
+
+PageTarget targetOf(QStringView reference)
+{
+    PageTarget target;
+    QString url = tidy(reference);
+    if (hasScheme(url) || url.startsWith("//"_L1) || url.startsWith(u"\\\\")) {
+        target.place = PageTarget::Place::Elsewhere;
+        return target;
+    }
+    if (const qsizetype hash = url.indexOf(u'#'); hash >= 0) {
+        target.anchor = decoded(url.sliced(hash + 1));
+        url.truncate(hash);
+    }
+    if (const qsizetype query = url.indexOf(u'?'); query >= 0)
+        url.truncate(query);
+    if (url.isEmpty())
+        return target;
+    target.path = decoded(url).replace(u'\\', u'/');
+    target.place =
+        target.path.startsWith(u'/') ? PageTarget::Place::Absolute : PageTarget::Place::Relative;
+    return target;
+}
+
+std::optional<QString> joined(const QString &folder, const QString &path)
+{
+    QStringList pieces = folder.split(u'\\', Qt::SkipEmptyParts);
+    for (const QString &piece : path.split(u'/', Qt::SkipEmptyParts)) {
+        if (piece == ".."_L1 && pieces.isEmpty())
+            return std::nullopt;
+        if (piece == ".."_L1)
+            pieces.removeLast();
+        else if (piece != "."_L1)
+            pieces.append(piece);
+    }
+    return pieces.join(u'\\');
+}
+
+bool isPageName(QStringView fileName)
+{
+    return fileName.endsWith(u".htm", Qt::CaseInsensitive)
+           || fileName.endsWith(u".html", Qt::CaseInsensitive)
+           || fileName.endsWith(u".xhtml", Qt::CaseInsensitive);
+}

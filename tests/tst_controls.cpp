@@ -1,0 +1,665 @@
+#include "controls/AddSourceFilesDialog.h"
+#include "controls/BackgroundWork.h"
+#include "controls/DeleteBookDialog.h"
+#include "controls/NewBookDialog.h"
+#include "controls/PageEditor.h"
+#include "controls/ProjectSession.h"
+#include "controls/ctlBooksTab.h"
+#include "controls/ctlGlobalsTab.h"
+#include "controls/ctlQuickNav.h"
+#include "support/FormDriver.h"
+#include "support/SampleProject.h"
+
+#include <QDialogButtonBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPlainTextEdit>
+#include <QProgressDialog>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QSignalSpy>
+#include <QTabWidget>
+#include <QTextBrowser>
+#include <QTimer>
+#include <QTreeWidget>
+
+#include <thread>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+/// The books editor on the sample project, shown in an active window.
+class Desk
+{
+public:
+    explicit Desk(SampleProject &project)
+        : sample(project)
+        , session(project.world.program)
+        , tab(project.world.program, session)
+    {
+        tab.setProjectName(sample.name);
+        tab.resize(1000, 600);
+        tab.show();
+        tab.activateWindow();
+        static_cast<void>(QTest::qWaitForWindowActive(&tab));
+    }
+
+    void open(const TocBook &book, const QString &page = u"P0001"_s) { session.select(book, page); }
+    void insert(const QString &text)
+    {
+        QTextCursor cursor = source()->textCursor();
+        cursor.movePosition(QTextCursor::Start);
+        cursor.insertText(text);
+    }
+    QPlainTextEdit *source() const
+    {
+        return tab.findChild<PageEditor *>()->findChild<QPlainTextEdit *>();
+    }
+    QString text(const char *label) const { return control<QLabel>(&tab, label)->text(); }
+    QTreeWidget *pages() const { return control<QTreeWidget>(&tab, "tvwPages"); }
+    QListWidget *books() const { return control<QListWidget>(&tab, "lstBooks"); }
+    void pressSave() { QTest::keyClick(source(), Qt::Key_S, Qt::ControlModifier); }
+    void enter(const QWidget *form, const char *field, const QString &text)
+    {
+        auto *edit = control<QLineEdit>(form, field);
+        edit->setFocus();
+        edit->selectAll();
+        QTest::keyClicks(edit, text);
+    }
+
+    SampleProject &sample;
+    ProjectSession session;
+    ctlBooksTab tab;
+};
+
+QByteArray latin(const QByteArray &body)
+{
+    return "<html><head><meta charset=\"windows-1252\"></head>\r\n<body>" + body
+           + "</body></html>\r\n";
+}
+} // namespace
+
+class tst_controls final : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void createsABook();
+    void takesUpAFolderWithPages();
+    void changesTheHeader();
+    void savesAPageInItsOwnEncoding();
+    void unlocksALockedPage();
+    void asksWhenAnotherAuthorWasFaster();
+    void savesOnLeavingAndAsksOnClosing();
+    void keepsUnsavedTextWhenTheProgramEnds();
+    void followsLinksOfThePreview();
+    void deletesABook();
+    void deletesNoFolderThatIsNotTheBooksOwn();
+    void addsSourceFiles();
+    void saysWhatIsWrongWithABook();
+    void showsGlobalsAndQuickNavigation();
+    void stopsLongWork();
+};
+
+void tst_controls::createsABook()
+{
+    SampleProject sample;
+    sample.addBook(u"Pump"_s, u"PUMP"_s);
+    Desk desk(sample);
+    click(&desk.tab, "cmdNewBook");
+    const QPointer<NewBookDialog> dialog = desk.tab.findChild<NewBookDialog *>();
+    QVERIFY(dialog);
+    QTRY_VERIFY(control<QLineEdit>(dialog, "txtBookName")->hasFocus());
+    QVERIFY(!isEnabled(dialog, "cmdCreateBook"));
+    QVERIFY(desk.text("lblPage").isEmpty());
+
+    const QMap<QString, QString> refused{
+        {u" pUMP "_s, u"\u26A0 There is a book named \"Pump\" already."_s},
+        {u"dynamichelp"_s, u"\u26A0 \"dynamichelp\" is a name that the product uses itself."_s},
+        {QString(201, u'x'), u"\u26A0 The name is too long: at most 200 characters."_s}};
+    for (auto row = refused.begin(); row != refused.end(); ++row) {
+        desk.enter(dialog, "txtBookName", row.key());
+        QCOMPARE(control<QLabel>(dialog, "txtBookNameSays")->text(), row.value());
+    }
+    desk.enter(dialog, "txtBookName", u"Operator's Guide"_s);
+    QVERIFY(!control<QLabel>(dialog, "txtBookNameSays")->isVisible());
+    desk.enter(dialog, "txtBookAcro", u"a/b"_s);
+    QCOMPARE(control<QLabel>(dialog, "txtBookAcroSays")->text(),
+             u"\u26A0 The acronym becomes part of a file name and cannot hold /"_s);
+    QVERIFY(!isEnabled(dialog, "cmdCreateBook"));
+    desk.enter(dialog, "txtBookAcro", u"OG"_s);
+    QCOMPARE(control<QLineEdit>(dialog, "txtBookFolder")->text(), u"Book_OG"_s);
+    desk.enter(dialog, "txtBookFolder", u"quicknav"_s);
+    QVERIFY(!isEnabled(dialog, "cmdCreateBook"));
+    desk.enter(dialog, "txtBookFolder", u"Book_Guide"_s);
+    auto *categories = control<QListWidget>(dialog, "lstCategories");
+    QCOMPARE(categories->count(), 2);
+    categories->item(1)->setCheckState(Qt::Checked);
+    click(dialog, "cmdCreateBook");
+    QTRY_VERIFY(!dialog);
+
+    TestProgram &world = sample.world;
+    const TocBook expected{u"Operator's Guide"_s,   u"OG"_s,          u"Plant 300"_s,
+                           u"Book_Guide"_s,         u"Book_OG.xml"_s, QString(),
+                           QStringList{u"Repair"_s}};
+    QCOMPARE(TableOfContents(world.session, world.files).read(sample.name).books.at(1), expected);
+    const Book book = BookFile(world.session, world.files).read(sample.name, expected);
+    QCOMPARE((QStringList{book.name, book.acronym, book.key, book.path, book.language,
+                          book.dateChanged}),
+             (QStringList{u"Operator's Guide"_s, u"OG"_s, u"Plant 300"_s,
+                          u"Docs\\Plant 300\\Book_Guide\\"_s, u"ENU"_s, u"2026-03-14"_s}));
+    QVERIFY(book.pages.isEmpty());
+    QCOMPARE(desk.session.currentBook(), std::optional(expected));
+    QCOMPARE(desk.books()->currentItem()->text(), u"Operator's Guide (OG)"_s);
+    QCOMPARE(world.messages.shown, QStringList());
+}
+
+void tst_controls::takesUpAFolderWithPages()
+{
+    SampleProject sample;
+    TestProgram &world = sample.world;
+    world.files.makeFolder(sample.folder + u"Book_OLD"_s);
+    world.put(sample.folder + u"Book_OLD\\a.htm"_s, "<title>First &amp; last</title>");
+    world.put(sample.folder + u"Book_OLD\\b.html"_s, "<h1>Heading</h1>");
+    world.put(sample.folder + u"Book_OLD\\c.css"_s, "p {}");
+    Desk desk(sample);
+    click(&desk.tab, "cmdNewBook");
+    auto *dialog = desk.tab.findChild<NewBookDialog *>();
+    desk.enter(dialog, "txtBookName", u"Old"_s);
+    desk.enter(dialog, "txtBookAcro", u"OLD"_s);
+    QCOMPARE(control<QLabel>(dialog, "txtBookFolderSays")->text(),
+             u"This folder is there already; the book takes it over."_s);
+    click(dialog, "cmdCreateBook");
+
+    QCOMPARE(desk.text("lblBookProblem"),
+             u"\u26A0 The book lists no pages, but its folder holds 2."_s);
+    click(&desk.tab, "cmdRemedy");
+    QCOMPARE(desk.pages()->topLevelItemCount(), 2);
+    QCOMPARE(desk.pages()->topLevelItem(0)->text(0), u"First & last"_s);
+    const Book book =
+        BookFile(world.session, world.files).read(sample.name, *desk.session.currentBook());
+    QCOMPARE(book.pages.at(1).title, u"Heading"_s);
+    QCOMPARE(book.pages.at(1).id, u"P0002"_s);
+    QVERIFY(!control<QWidget>(&desk.tab, "cmdRemedy")->isVisible());
+}
+
+void tst_controls::changesTheHeader()
+{
+    SampleProject sample;
+    const TocBook pump = sample.addBook(u"Pump"_s, u"PUMP"_s, {{u"start.htm"_s, "x"}});
+    sample.addBook(u"Valve"_s, u"VALVE"_s);
+    Desk desk(sample);
+    desk.tab.setBookName(u"Pump"_s);
+    QSignalSpy renamed(&desk.tab, &ctlBooksTab::OnEditBookNameAcro);
+
+    desk.enter(&desk.tab, "txtName", u"VALVE"_s);
+    QCOMPARE(desk.text("txtNameSays"), u"\u26A0 There is a book named \"Valve\" already."_s);
+    QTest::keyClick(control<QLineEdit>(&desk.tab, "txtName"), Qt::Key_Return);
+    QCOMPARE(control<QLineEdit>(&desk.tab, "txtName")->text(), u"Pump"_s);
+    desk.enter(&desk.tab, "txtName", u"Pump station"_s);
+    control<QLineEdit>(&desk.tab, "txtAcro")->setFocus(); // leaving the field is enough
+    QCOMPARE(renamed.size(), 1);
+    QCOMPARE(renamed.first(), (QVariantList{u"Pump station"_s, u"PUMP"_s}));
+    control<QListWidget>(&desk.tab, "lstBookCategories")->item(0)->setCheckState(Qt::Checked);
+
+    TestProgram &world = sample.world;
+    TocBook expected = pump;
+    expected.name = u"Pump station"_s;
+    expected.categories = {u"Operation"_s};
+    QTRY_COMPARE(TableOfContents(world.session, world.files).read(sample.name).books.first(),
+                 expected);
+    const Book book = BookFile(world.session, world.files).read(sample.name, expected);
+    QCOMPARE(book.name, u"Pump station"_s);
+    QCOMPARE(book.pages.size(), 1);
+    QCOMPARE(desk.session.currentBook(), std::optional(expected));
+    QCOMPARE(desk.books()->item(0)->text(), u"Pump station (PUMP)"_s);
+
+    // A book file that cannot be written leaves the list as it was.
+    world.put(sample.folder + u"Book_PUMP\\Book_PUMP.xml"_s, "no XML");
+    desk.enter(&desk.tab, "txtName", u"Other"_s);
+    QTest::keyClick(control<QLineEdit>(&desk.tab, "txtName"), Qt::Key_Return);
+    QCOMPARE(world.messages.shown.size(), 1);
+    QVERIFY(world.messages.shown.first().contains(u"Book_PUMP.xml"_s));
+    QCOMPARE(TableOfContents(world.session, world.files).read(sample.name).books.first(), expected);
+    QCOMPARE(control<QLineEdit>(&desk.tab, "txtName")->text(), u"Pump station"_s);
+}
+
+void tst_controls::savesAPageInItsOwnEncoding()
+{
+    SampleProject sample;
+    const TocBook pump = sample.addBook(u"Pump"_s, u"PUMP"_s,
+                                        {{u"start.htm"_s, latin("Gr\xfc\xdf"
+                                                                "e \x80")}});
+    const QString path = sample.folder + u"Book_PUMP\\start.htm"_s;
+    Desk desk(sample);
+    desk.open(pump);
+    QCOMPARE(desk.text("lblEncoding"), u"windows-1252"_s);
+    QCOMPARE(control<QTabWidget>(&desk.tab, "tabDetails")->currentIndex(), 1);
+    QVERIFY(!isEnabled(&desk.tab, "cmdSave"));
+
+    desk.insert(u"\u00e4"_s);
+    QVERIFY(isEnabled(&desk.tab, "cmdSave"));
+    QCOMPARE(desk.text("lblPage"), u"* start"_s);
+    desk.pressSave();
+    QCOMPARE(sample.world.bytes(path), "\xe4"
+                                           + latin("Gr\xfc\xdf"
+                                                   "e \x80"));
+    QVERIFY(!isEnabled(&desk.tab, "cmdSave"));
+
+    desk.insert(u"\u6f22"_s);
+    sample.world.messages.choices = {1};
+    desk.pressSave();
+    QVERIFY(sample.world.messages.shown.last().contains(u"\u6f22"_s));
+    QCOMPARE(sample.world.bytes(path), "\xe4"
+                                           + latin("Gr\xfc\xdf"
+                                                   "e \x80"));
+    sample.world.messages.choices = {0};
+    desk.pressSave();
+    QByteArray expected = "\xe6\xbc\xa2\xc3\xa4"
+                          + latin("Gr\xc3\xbc\xc3\x9f"
+                                  "e \xe2\x82\xac");
+    QCOMPARE(sample.world.bytes(path), expected.replace("windows-1252", "utf-8"));
+    QCOMPARE(desk.text("lblEncoding"), u"UTF-8"_s);
+
+    desk.insert(u"zzz"_s);
+    click(&desk.tab, "cmdRevert");
+    QVERIFY(!desk.source()->toPlainText().startsWith(u"zzz"_s));
+    QVERIFY(sample.world.messages.unexpected.isEmpty());
+}
+
+void tst_controls::unlocksALockedPage()
+{
+    SampleProject sample;
+    const TocBook pump = sample.addBook(u"Pump"_s, u"PUMP"_s, {{u"start.htm"_s, "<p>x</p>"}});
+    const QString path = sample.folder + u"Book_PUMP\\start.htm"_s;
+    sample.world.files.setAttributes(path, ReadOnlyFile);
+    Desk desk(sample);
+    desk.open(pump);
+    QVERIFY(desk.source()->isReadOnly());
+    auto *editor = desk.tab.findChild<PageEditor *>();
+
+    sample.world.messages.choices = {1, 0};
+    Q_EMIT editor->unlockRequested();
+    QVERIFY(sample.world.files.status(path).readOnly);
+    Q_EMIT editor->unlockRequested();
+    QVERIFY(!sample.world.files.status(path).readOnly);
+    QVERIFY(!desk.source()->isReadOnly());
+    desk.insert(u"y"_s);
+    desk.pressSave();
+    QCOMPARE(sample.world.bytes(path), "y<p>x</p>");
+}
+
+void tst_controls::asksWhenAnotherAuthorWasFaster()
+{
+    SampleProject sample;
+    const TocBook pump = sample.addBook(u"Pump"_s, u"PUMP"_s, {{u"start.htm"_s, "one"}});
+    const QString path = sample.folder + u"Book_PUMP\\start.htm"_s;
+    Desk desk(sample);
+    desk.open(pump);
+    ScriptedMessages &messages = sample.world.messages;
+
+    // Without changes of one's own the other text simply comes in.
+    sample.world.put(path, "two");
+    QEvent activated(QEvent::WindowActivate);
+    QApplication::sendEvent(&desk.tab, &activated);
+    QTRY_COMPARE(desk.source()->toPlainText(), u"two"_s);
+    QCOMPARE(messages.shown, QStringList());
+
+    desk.insert(u"my "_s);
+    sample.world.put(path, "three");
+    messages.choices = {2};
+    desk.pressSave();
+    QCOMPARE(sample.world.bytes(path), "three");
+    QVERIFY(isEnabled(&desk.tab, "cmdSave"));
+    messages.choices = {1};
+    desk.pressSave();
+    QCOMPARE(sample.world.bytes(path), "my two");
+
+    desk.insert(u"again "_s);
+    sample.world.put(path, "four");
+    messages.choices = {0};
+    desk.pressSave();
+    QCOMPARE(desk.source()->toPlainText(), u"four"_s);
+    QCOMPARE(sample.world.bytes(path), "four");
+    QCOMPARE(messages.shown.size(), 3);
+
+    // A second window of the project sees what the first one does, and the other way round.
+    Desk second(sample);
+    QCOMPARE(second.books()->count(), 1);
+    sample.addBook(u"Valve"_s, u"VALVE"_s);
+    QApplication::sendEvent(&desk.tab, &activated);
+    QTRY_COMPARE(desk.books()->count(), 2);
+    QCOMPARE(messages.unexpected, QStringList());
+}
+
+void tst_controls::savesOnLeavingAndAsksOnClosing()
+{
+    SampleProject sample;
+    const TocBook pump =
+        sample.addBook(u"Pump"_s, u"PUMP"_s, {{u"a.htm"_s, "a"}, {u"b.htm"_s, "b"}});
+    const QString path = sample.folder + u"Book_PUMP\\a.htm"_s;
+    Desk desk(sample);
+    desk.open(pump);
+    desk.insert(u"1"_s);
+    desk.pages()->setCurrentItem(desk.pages()->topLevelItem(1));
+    QCOMPARE(desk.session.currentPage(), u"P0002"_s);
+    QCOMPARE(sample.world.bytes(path), "1a");
+
+    // A page that cannot be written stays, and says why.
+    desk.open(pump);
+    desk.insert(u"2"_s);
+    sample.world.files.setAttributes(path, ReadOnlyFile);
+    desk.pages()->setCurrentItem(desk.pages()->topLevelItem(1));
+    QCOMPARE(sample.world.messages.shown.size(), 1);
+    QVERIFY(sample.world.messages.shown.first().contains(u"a.htm"_s));
+    QTRY_COMPARE(desk.pages()->currentItem()->text(0), u"a"_s);
+    QCOMPARE(desk.source()->toPlainText(), u"21a"_s);
+    sample.world.files.setAttributes(path, 0);
+
+    ScriptedMessages &messages = sample.world.messages;
+    messages.choices = {2};
+    QVERIFY(!desk.tab.mayLeave());
+    QCOMPARE(messages.shown.last(), u"The page \"a\" has changes that are not saved."_s);
+    messages.choices = {1};
+    QVERIFY(desk.tab.mayLeave());
+    QCOMPARE(sample.world.bytes(path), "1a");
+    QCOMPARE(desk.source()->toPlainText(), u"1a"_s);
+    desk.insert(u"3"_s);
+    messages.choices = {0};
+    QVERIFY(desk.tab.mayLeave());
+    QCOMPARE(sample.world.bytes(path), "31a");
+    const auto asked = messages.shown.size();
+    QVERIFY(desk.tab.mayLeave());
+    QCOMPARE(messages.shown.size(), asked);
+}
+
+void tst_controls::keepsUnsavedTextWhenTheProgramEnds()
+{
+    SampleProject sample;
+    const TocBook pump = sample.addBook(u"Pump"_s, u"PUMP"_s, {{u"a.htm"_s, "a"}});
+    {
+        Desk desk(sample);
+        desk.open(pump);
+        desk.insert(u"\u00fc unsaved "_s);
+        QVERIFY_THROWS_EXCEPTION(Unwinding, sample.world.ending.endNow());
+        QCOMPARE(sample.world.bytes(sample.folder + u"Book_PUMP\\a.htm"_s), "a");
+    }
+    Desk desk(sample);
+    desk.open(pump);
+    QVERIFY(control<QWidget>(&desk.tab, "recoveryBar")->isVisible());
+    QCOMPARE(desk.source()->toPlainText(), u"a"_s);
+    click(&desk.tab, "cmdUseRecovered");
+    QCOMPARE(desk.source()->toPlainText(), u"\u00fc unsaved a"_s);
+    desk.pressSave();
+    QCOMPARE(sample.world.bytes(sample.folder + u"Book_PUMP\\a.htm"_s), "\xc3\xbc unsaved a");
+    desk.session.select(std::nullopt);
+    desk.open(pump);
+    QVERIFY(!control<QWidget>(&desk.tab, "recoveryBar")->isVisible());
+
+    // Another project must not swallow what was typed here.
+    desk.insert(u"typed "_s);
+    desk.tab.setProjectName({});
+    desk.tab.setProjectName(sample.name);
+    desk.open(pump);
+    QVERIFY(control<QWidget>(&desk.tab, "recoveryBar")->isVisible());
+    click(&desk.tab, "cmdDiscardRecovered");
+    QVERIFY(
+        !sample.world.files.fileExists(sample.folder + u"_Backup\\Recovered\\Book_PUMP\\a.htm"_s));
+}
+
+void tst_controls::followsLinksOfThePreview()
+{
+    SampleProject sample;
+    const TocBook pump = sample.addBook(
+        u"Pump"_s, u"PUMP"_s, {{u"a.htm"_s, "<p>Text &uuml;</p>"}, {u"b.htm"_s, "<p>Second</p>"}});
+    Desk desk(sample);
+    desk.open(pump);
+    auto *tabs = control<QTabWidget>(&desk.tab, "tabDetails");
+    tabs->setCurrentIndex(2);
+    auto *preview = control<QTextBrowser>(&desk.tab, "preview");
+    QCOMPARE(preview->toPlainText(), u"Text \u00fc"_s);
+    QVERIFY(QMetaObject::invokeMethod(preview, "pageRequested",
+                                      Q_ARG(QString, sample.folder + u"book_pump\\B.htm"_s),
+                                      Q_ARG(QString, QString())));
+    QCOMPARE(desk.session.currentPage(), u"P0002"_s);
+    QCOMPARE(tabs->currentIndex(), 2);
+    QCOMPARE(preview->toPlainText(), u"Second"_s);
+    QVERIFY(QMetaObject::invokeMethod(preview, "pageRequested",
+                                      Q_ARG(QString, sample.folder + u"Book_PUMP\\c.htm"_s),
+                                      Q_ARG(QString, QString())));
+    QVERIFY(
+        sample.world.messages.shown.last().startsWith(u"No book of this project lists the page"_s));
+}
+
+void tst_controls::deletesABook()
+{
+    SampleProject sample;
+    const TocBook pump = sample.addBook(u"Pump"_s, u"PUMP"_s, {{u"a.htm"_s, "a"}});
+    sample.addBook(u"Valve"_s, u"VALVE"_s, {{u"a.htm"_s, "a"}});
+    TestProgram &world = sample.world;
+    Desk desk(sample);
+    QSignalSpy deleted(&desk.tab, &ctlBooksTab::OnDeleteBook);
+    const auto listed = [&] {
+        QStringList names;
+        for (const TocBook &book :
+             TableOfContents(world.session, world.files).read(sample.name).books)
+            names.append(book.name);
+        return names;
+    };
+    const auto askToDelete = [&](const TocBook &book) {
+        desk.session.select(book);
+        click(&desk.tab, "cmdDeleteBook");
+        return desk.tab.findChild<DeleteBookDialog *>();
+    };
+
+    QPointer dialog = askToDelete(pump);
+    QCOMPARE(control<QListWidget>(dialog, "lstPages")->item(0)->text(), u"a (a.htm)"_s);
+    dialog->reject();
+    QTRY_VERIFY(!dialog);
+    QCOMPARE(listed().size(), 2);
+    QCOMPARE(deleted.size(), 0);
+
+    dialog = askToDelete(pump);
+    click(dialog, "cmdDelete"); // the entry only, as proposed
+    QTRY_VERIFY(!dialog);
+    QCOMPARE(listed(), QStringList{u"Valve"_s});
+    QVERIFY(world.files.fileExists(sample.folder + u"Book_PUMP\\a.htm"_s));
+    QCOMPARE(deleted, (QList<QVariantList>{{true}}));
+    QVERIFY(!desk.session.currentBook());
+
+    world.files.setAttributes(sample.folder + u"Book_VALVE\\a.htm"_s, ReadOnlyFile);
+    dialog = askToDelete(desk.session.books().first());
+    control<QRadioButton>(dialog, "optAlsoFiles")->click();
+    click(dialog, "cmdDelete");
+    QTRY_VERIFY(!dialog);
+    QCOMPARE(listed(), QStringList());
+    QVERIFY(!world.files.exists(sample.folder + u"Book_VALVE"_s));
+    QCOMPARE(deleted.size(), 2);
+    QCOMPARE(desk.books()->count(), 0);
+    QCOMPARE(world.messages.shown, QStringList());
+}
+
+void tst_controls::deletesNoFolderThatIsNotTheBooksOwn()
+{
+    SampleProject sample;
+    TocBook inner = sample.addBook(u"Pump"_s, u"PUMP"_s);
+    TableOfContents toc(sample.world.session, sample.world.files);
+    const auto put = [&](const QString &name, const QString &folder) {
+        TocBook book{name, name, sample.name, folder, u"Book.xml"_s, {}, {}};
+        toc.addBook(sample.name, book);
+        return book;
+    };
+    sample.world.files.makeFolder(sample.folder + u"Real"_s);
+    QVERIFY(
+        QFile::link(sample.world.native(u"Docs"_s), sample.world.native(u"Docs/Plant 300/Link"_s)));
+    const QList<TocBook> refused{inner,
+                                 put(u"Sub"_s, u"Book_PUMP\\Sub"_s),
+                                 put(u"Whole"_s, u"."_s),
+                                 put(u"Empty"_s, QString()),
+                                 put(u"Out"_s, u"..\\Plant 300\\Book_PUMP"_s),
+                                 put(u"Root"_s, u"S:\\Docs"_s),
+                                 put(u"Linked"_s, u"Link\\Plant 300"_s)};
+    Desk desk(sample);
+    for (const TocBook &book : refused) {
+        Q_EMIT desk.session.deleteRequested(book);
+        QPointer dialog = desk.tab.findChild<DeleteBookDialog *>();
+        QVERIFY2(!isEnabled(dialog, "optAlsoFiles"), qPrintable(book.name));
+        dialog->reject();
+        QTRY_VERIFY(!dialog);
+    }
+    QVERIFY(sample.world.files.fileExists(sample.folder + u"Book_PUMP\\Book_PUMP.xml"_s));
+}
+
+void tst_controls::addsSourceFiles()
+{
+    SampleProject sample;
+    const TocBook pump = sample.addBook(u"Pump"_s, u"PUMP"_s);
+    TestProgram &world = sample.world;
+    world.files.makeFolder(u"S:\\Source"_s);
+    world.put(u"S:\\Source\\start.htm"_s, "<title>Start</title><img src=\"dot.png\">");
+    world.put(u"S:\\Source\\dot.png"_s, "PNG");
+    Desk desk(sample);
+    desk.session.select(pump);
+    QSignalSpy added(&desk.tab, &ctlBooksTab::OnAddSourceFiles);
+    world.dialogs.paths = {u"S:\\Source"_s};
+    control<QAction>(&desk.tab, "mnuAddFolder")->trigger();
+    QPointer list = desk.tab.findChild<AddSourceFilesDialog *>();
+    QVERIFY(list);
+    QCOMPARE(added.size(), 0);
+    list->accept();
+    QTRY_VERIFY(!list);
+
+    QCOMPARE(added, (QList<QVariantList>{{true}}));
+    QCOMPARE(world.bytes(sample.folder + u"Book_PUMP\\dot.png"_s), "PNG");
+    QCOMPARE(desk.pages()->topLevelItemCount(), 1);
+    QCOMPARE(desk.pages()->topLevelItem(0)->text(0), u"Start"_s);
+    QCOMPARE(desk.pages()->topLevelItem(0)->text(2), QString());
+    desk.pages()->setCurrentItem(desk.pages()->topLevelItem(0));
+    QVERIFY(desk.source()->toPlainText().startsWith(u"<title>Start"_s));
+}
+
+void tst_controls::saysWhatIsWrongWithABook()
+{
+    SampleProject sample;
+    TestProgram &world = sample.world;
+    const TocBook pump =
+        sample.addBook(u"Pump"_s, u"PUMP"_s, {{u"a.htm"_s, "a"}, {u"b.htm"_s, "b"}});
+    TableOfContents toc(world.session, world.files);
+    const TocBook gone{u"Gone"_s,          u"GONE"_s, sample.name, u"Book_GONE"_s,
+                       u"Book_GONE.xml"_s, {},        {}};
+    const TocBook outside{u"Outside"_s, u"OUT"_s, sample.name, u"..\\Other"_s, u"B.xml"_s, {}, {}};
+    toc.addBook(sample.name, gone);
+    toc.addBook(sample.name, outside);
+    world.files.removeFile(sample.folder + u"Book_PUMP\\b.htm"_s);
+    Desk desk(sample);
+
+    desk.session.select(pump);
+    QCOMPARE(desk.pages()->topLevelItem(0)->text(2), QString());
+    QCOMPARE(desk.pages()->topLevelItem(1)->text(2), u"file missing"_s);
+    desk.pages()->setCurrentItem(desk.pages()->topLevelItem(1));
+    QVERIFY(desk.text("lblPageProblem").contains(u"b.htm"_s));
+
+    desk.session.select(outside);
+    QVERIFY(desk.text("lblBookProblem").contains(u"..\\Other"_s));
+    QVERIFY(!control<QWidget>(&desk.tab, "cmdRemedy")->isVisible());
+    QVERIFY(!isEnabled(&desk.tab, "cmdAddSourceFiles"));
+
+    desk.session.select(gone);
+    QVERIFY(desk.text("lblBookProblem").contains(u"Book_GONE"_s));
+    click(&desk.tab, "cmdRemedy");
+    QCOMPARE(desk.text("lblBookProblem"), QString());
+    QCOMPARE(BookFile(world.session, world.files).read(sample.name, gone).name, u"Gone"_s);
+    QVERIFY(isEnabled(&desk.tab, "cmdAddSourceFiles"));
+}
+
+void tst_controls::showsGlobalsAndQuickNavigation()
+{
+    SampleProject sample;
+    TocBook pump = sample.addBook(u"Pump"_s, u"PUMP"_s, {{u"a.htm"_s, "a"}});
+    TocBook repaired = pump;
+    repaired.categories = {u"repair"_s};
+    TableOfContents(sample.world.session, sample.world.files)
+        .changeBook(sample.name, pump, repaired);
+    sample.addGlobals();
+    sample.addQuickNav(u"PUMP"_s);
+    ProjectSession session(sample.world.program);
+    ctlGlobalsTab globals(session);
+    ctlQuickNav quickNav(session);
+    globals.setProjectName(sample.name);
+
+    QCOMPARE(control<QLabel>(&globals, "lblBooks")->text(), u"1"_s);
+    auto *pages = control<QTreeWidget>(&globals, "tvwGlobalPages");
+    QCOMPARE(pages->topLevelItem(1)->text(3), u"file missing"_s);
+    globals.setGlobalPageName(u"welcome"_s);
+    QCOMPARE(control<QTabWidget>(&globals, "tabGlobals")->currentIndex(), 1);
+    QCOMPARE(control<QTextBrowser>(&globals, "globalPreview")->toPlainText(), u"Welcome"_s);
+    globals.setGlobalPageName({});
+    QCOMPARE(control<QTabWidget>(&globals, "tabGlobals")->currentIndex(), 0);
+    auto *categories = control<QTreeWidget>(&globals, "tvwCategories");
+    QCOMPARE(categories->topLevelItem(1)->text(0), u"Repair"_s);
+    QCOMPARE(categories->topLevelItem(1)->text(2), u"1"_s);
+
+    QStringList names{sample.name, u"The view"_s, u"The group"_s, u"The topic"_s,
+                      u"The category"_s};
+    int level = 4;
+    quickNav.LoadQuickNavInfo(names[0], names[1], names[2], names[3], names[4], level);
+    auto *links = control<QTreeWidget>(&quickNav, "tvwLinks");
+    QCOMPARE(links->topLevelItemCount(), 2);
+    QCOMPARE(links->topLevelItem(0)->text(0), u"To P0001"_s);
+    QCOMPARE(links->topLevelItem(0)->text(3), QString());
+    QCOMPARE(links->topLevelItem(1)->text(3), u"no such page"_s);
+    quickNav.ResetQuickNavView();
+    QCOMPARE(links->topLevelItemCount(), 0);
+    QCOMPARE(control<QListWidget>(&quickNav, "lstTopics")->currentItem()->text(), u"The topic"_s);
+    quickNav.SelectQuickNavCategory(u"The category"_s);
+    QCOMPARE(links->topLevelItemCount(), 2);
+
+    // One broken file takes nothing else with it.
+    sample.world.put(sample.folder + u"_Global Information\\Book_Global.xml"_s, "no XML");
+    session.reread();
+    QVERIFY(control<QLabel>(&globals, "lblPagesProblem")->text().contains(u"Book_Global.xml"_s));
+    QCOMPARE(categories->topLevelItemCount(), 2);
+}
+
+void tst_controls::stopsLongWork()
+{
+    TestProgram world;
+    QWidget window;
+    window.show();
+    int steps = 0;
+    const auto endless = [&](const Progress &progress) {
+        for (;; ++steps) {
+            progress.step(steps, 0, u"Step"_s);
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        }
+    };
+    QString title;
+    QTimer author;
+    connect(&author, &QTimer::timeout, this, [&] {
+        auto *box = qobject_cast<QProgressDialog *>(QApplication::activeModalWidget());
+        if (box == nullptr)
+            return;
+        title = box->windowTitle();
+        author.stop();
+        box->close(); // means Stop
+    });
+    author.start(10);
+    QVERIFY(!runInBackground(world.program, &window, u"Counting"_s, endless));
+    QCOMPARE(title, u"Counting"_s);
+    QVERIFY(steps > 0);
+
+    const auto failing = [](const Progress &) { throw QvError(PermissionDenied, {}, u"No."_s); };
+    QVERIFY_THROWS_EXCEPTION(QvError, runInBackground(world.program, &window, u"x"_s, failing));
+    bool done = false;
+    QVERIFY(
+        runInBackground(world.program, &window, u"x"_s, [&](const Progress &) { done = true; }));
+    QVERIFY(done);
+}
+
+int main(int argc, char *argv[])
+{
+    return runFormTest<tst_controls>(argc, argv);
+}
+
+#include "tst_controls.moc"
