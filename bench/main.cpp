@@ -1,0 +1,205 @@
+// The windows' work as single commands, each one process, to be timed from outside against the
+// peers beside it and against plain copying. It prints plain numbers and makes no judgement.
+//   bench launcher SERVER                start to launcher ready, the splash wait aside
+//   bench open SERVER PROJECT            the same to the main window with the project open
+//   bench blocked SERVER PROJECT         opens every book once; longest time without events, in ms
+//   bench copy SERVER SOURCE NAME        copies a project folder and makes it the new project's
+//   bench copytree SERVER FROM TO        copies a folder below Docs
+//   bench rewrite SERVER FROM TO OLD NEW copies a folder below Docs and rewrites its markers
+//   bench import SERVER PROJECT ACRONYM FOLDER   adds source files
+// SERVER and FOLDER are native paths.
+
+#include "driver/Console.h"
+
+#include "WindowNavigator.h"
+#include "platform/Paths.h"
+#include "platform/TreeWalker.h"
+#include "projectfiles/ProjectCopy.h"
+#include "startup/ContentFiles.h"
+#include "startup/FormWindow.h"
+#include "tools/SourceImport.h"
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QTimer>
+#include <QTreeView>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+void number(const char *what, double value, const char *unit)
+{
+    std::printf("%-24s %10.2f %s\n", what, value, unit);
+}
+
+/// The program's windows over a real folder.
+struct Windows
+{
+    Console console{u"/nonexistent"_s};
+    Program program{console.session,  console.files,  console.registry, console.processes,
+                    console.windows,  console.clock,  console.messages, console.dialogs,
+                    console.locale,   console.ending, navigator,        navigator,
+                    console.parts.all};
+    WindowNavigator navigator{program};
+
+    explicit Windows(const QString &server)
+    {
+        console.session.serverPath = withBackslash(console.files.productPath(server));
+        console.parts.registryAccess.SetQVServer(console.session.serverPath);
+        console.registry.setValue(Hive::LocalMachine, RegistryKey::product, u"Client"_s, u"C:\\"_s);
+    }
+};
+
+void settle()
+{
+    for (int round = 0; round < 3; ++round)
+        QCoreApplication::processEvents();
+}
+
+int launcher(const QStringList &arguments)
+{
+    Windows windows(arguments.at(0));
+    windows.console.session.gbBackToLauncher = true;
+    windows.navigator.show(Form::SelPrjType);
+    settle();
+    return 0;
+}
+
+int open(const QStringList &arguments)
+{
+    Windows windows(arguments.at(0));
+    windows.console.session.projectName = arguments.at(1);
+    windows.navigator.handOver(arguments.at(1), u"ENU"_s);
+    windows.navigator.show(Form::MainUI);
+    settle();
+    return 0;
+}
+
+/// Measures the longest stretch in which the event loop did not come round.
+class Heartbeat
+{
+public:
+    Heartbeat()
+    {
+        m_since.start();
+        QObject::connect(&m_timer, &QTimer::timeout, [this] { beat(); });
+        m_timer.start(1);
+    }
+    void beat() { m_longest = qMax(m_longest, m_since.restart()); }
+    [[nodiscard]] qint64 longest() const { return m_longest; }
+
+private:
+    QTimer m_timer;
+    QElapsedTimer m_since;
+    qint64 m_longest = 0;
+};
+
+int blocked(const QStringList &arguments)
+{
+    Windows windows(arguments.at(0));
+    windows.console.session.projectName = arguments.at(1);
+    QElapsedTimer opening;
+    opening.start();
+    windows.navigator.handOver(arguments.at(1), u"ENU"_s);
+    windows.navigator.show(Form::MainUI);
+    settle();
+    number("opening", static_cast<double>(opening.elapsed()), "ms");
+
+    auto *tree = windows.navigator.window(Form::MainUI)->findChild<QTreeView *>(u"tvwProject"_s);
+    Heartbeat heart;
+    int opened = 0;
+    const QAbstractItemModel *model = tree->model();
+    for (QModelIndex at = model->index(0, 0); at.isValid(); at = tree->indexBelow(at)) {
+        tree->setCurrentIndex(at);
+        tree->expand(at);
+        QCoreApplication::processEvents();
+        heart.beat();
+        ++opened;
+    }
+    number("nodes opened", opened, "");
+    number("longest without events", static_cast<double>(heart.longest()), "ms");
+    return 0;
+}
+
+int copy(const QStringList &arguments)
+{
+    Windows windows(arguments.at(0));
+    windows.console.session.projectName = arguments.at(2);
+    ProjectCopy(windows.console.session, windows.console.files, windows.console.clock,
+                windows.console.locale)
+        .CopyProjectFolder(arguments.at(1));
+    return 0;
+}
+
+QString below(const Windows &windows, const QString &name)
+{
+    return docsFolder(windows.console.session.serverPath) + name;
+}
+
+int copyTree(const QStringList &arguments)
+{
+    Windows windows(arguments.at(0));
+    windows.console.files.makeFolder(below(windows, arguments.at(2)));
+    ::copyTree(windows.console.files, below(windows, arguments.at(1)),
+               below(windows, arguments.at(2)));
+    return 0;
+}
+
+int rewrite(const QStringList &arguments)
+{
+    copyTree(arguments);
+    Windows windows(arguments.at(0));
+    windows.console.session.projectName = arguments.at(4);
+    ContentFiles(windows.console.session, windows.console.files)
+        .QVUpdateFiles(below(windows, arguments.at(2)), arguments.at(3), 0);
+    return 0;
+}
+
+int import(const QStringList &arguments)
+{
+    Windows windows(arguments.at(0));
+    Console &console = windows.console;
+    const Toc toc = TableOfContents(console.session, console.files).read(arguments.at(1));
+    for (const TocBook &book : toc.books) {
+        if (book.acronym != arguments.at(2))
+            continue;
+        SourceImport sources(console.session, console.files);
+        const ImportResult result = sources.run(
+            sources.plan(arguments.at(1), book, {console.files.productPath(arguments.at(3))}));
+        number("files", result.copied, "");
+        return 0;
+    }
+    return 1;
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    struct Job
+    {
+        QLatin1StringView name;
+        qsizetype arguments;
+        bool windows;
+        int (*run)(const QStringList &);
+    };
+    constexpr Job jobs[] = {{"launcher"_L1, 1, true, launcher},  {"open"_L1, 2, true, open},
+                            {"blocked"_L1, 2, true, blocked},    {"copy"_L1, 3, false, copy},
+                            {"copytree"_L1, 3, false, copyTree}, {"rewrite"_L1, 5, false, rewrite},
+                            {"import"_L1, 4, false, import}};
+    for (const Job &job : jobs) {
+        if (argc < 2 || QLatin1StringView(argv[1]) != job.name || argc < 2 + job.arguments)
+            continue;
+        const std::unique_ptr<QCoreApplication> app(job.windows ? new QApplication(argc, argv)
+                                                                : new QCoreApplication(argc, argv));
+        try {
+            return job.run(QCoreApplication::arguments().sliced(2));
+        } catch (const std::exception &error) {
+            std::fprintf(stderr, "%s\n", error.what());
+            return 1;
+        }
+    }
+    std::fputs("usage: bench launcher|open|blocked|copy|copytree|rewrite|import ...\n", stderr);
+    return 64;
+}

@@ -1,0 +1,124 @@
+#!/usr/bin/env bash
+# Breaks things on purpose and looks at what is left: bad files, every failing file operation,
+# sudden death, power cuts, several writers. Takes some minutes; not part of the quick tests.
+#   ./scripts/faults.sh TOOLS_FOLDER [badset|sweep|race|fence]...
+# TOOLS_FOLDER holds crash_sweep.py, fence_run.py, race_run.py, xml_badset.py and badset_run.py.
+set -euo pipefail
+. "$(dirname "$0")/lib.sh"
+
+[ $# -ge 1 ] && [ -f "$1/crash_sweep.py" ] || {
+    say "usage: faults.sh TOOLS_FOLDER [badset|sweep|race|fence]..."
+    exit 64
+}
+tools=$(cd "$1" && pwd)
+shift
+[ $# -gt 0 ] || set -- badset sweep race fence
+configure_and_build release driver
+driver=$root/build/release/bin/driver
+work=$(mktemp -d "${TMPDIR:-/tmp}/faults-XXXXXX")
+trap 'rm -rf "$work"' EXIT
+export FAULTFS_LIB=$work/libfaultfs.so
+failed=()
+
+# check NAME COMMAND...: runs one check and remembers when it finds something.
+check() {
+    local name=$1
+    shift
+    printf '== %s\n' "$name"
+    "$@" || failed+=("$name")
+}
+
+# installation DIR: a small installation with one released project that holds a book and a page.
+installation() {
+    rm -rf "$1"
+    mkdir -p "$1/Docs" "$work/pages"
+    printf '<html><head><title>One</title></head><body>**Base** one</body></html>\n' >"$work/pages/one.htm"
+    printf '<html><head><title>Two</title></head><body>two</body></html>\n' >"$work/pages/two.htm"
+    local run=("$driver" --server "$1" --date 2026-01-02)
+    "${run[@]}" create Base B01 ENU
+    "${run[@]}" add-book Base Alpha ALP Book_ALP
+    "${run[@]}" import Base ALP "$work/pages"
+    "${run[@]}" add-date Base 2026-01-02
+}
+
+sweep() {
+    local dir=$work/server
+    installation "$dir" >/dev/null
+    local common=(--watch "$dir" --leftover '*.qvtmp*' --leftover '*.lock' --leftover '*.qvnew/*'
+        --leftover '*.qvdel*/*' --leftover '*_Backup/*' --leftover '*TempFile.txt'
+        --check "$driver --server $dir --date 2026-01-02 verify" --quiet)
+    local run=("$driver" --server "$dir" --date 2026-01-02)
+    one() { # NAME OPTION... -- ARGUMENT...
+        local name=$1 options=()
+        shift
+        while [ "$1" != -- ]; do
+            options+=("$1")
+            shift
+        done
+        shift
+        check "sweep: $name" python3 "$tools/crash_sweep.py" "${common[@]}" "${options[@]}" -- "${run[@]}" "$@"
+    }
+    common[-2]="$driver --server $dir list" # what is appended has no folder
+    one "append to the catalogue" -- append Other O01 ENU
+    common[-2]="$driver --server $dir --date 2026-01-02 verify"
+    one "set ranks" -- rank Base#7
+    one "create a project" --steps '*QV_Toc.xml' -- create Fresh F01 ENU
+    one "copy a project" -- copy Base Twin T01 DEU
+    rm "$dir/Docs/Base/QV_StatusIndicators.xml"
+    one "make a project current" -- open Base
+    one "set the indicators" -- lights Base 255
+    one "create a book" -- add-book Base Beta BET Book_BET
+    one "add source files" -- import Base ALP "$work/more"
+    one "save a page" -- save-page Base ALP one.htm "changed text"
+    one "change a book" -- rename-book Base ALP "Alpha two"
+    one "delete a book" -- delete-book Base ALP
+}
+
+race() {
+    cat >"$work/count.py" <<'P'
+import re, sys
+text = open(sys.argv[2], "rb").read().decode("utf-16")
+names = re.findall(r"<QV_Name[^>]*>([^<]*)</QV_Name>", text)
+done = ["P%s-%s" % tuple(line.split()) for line in open(sys.argv[1])]
+lost = [name for name in done if names.count(name) != 1]
+print("%d appended, %d lost or doubled" % (len(done), len(lost)))
+sys.exit(1 if lost or not done else 0)
+P
+    appends() { # NAME FOLDER OPTION...
+        local name=$1 dir=$work/$2
+        shift 2
+        mkdir -p "$dir/Docs"
+        check "race: $name" python3 "$tools/race_run.py" "$@" \
+            --check "python3 $work/count.py \"\$RACE_DONE\" $dir/Docs/QV_Selection.xml" -- \
+            "$driver" --server "$dir" append 'P{job}-{i}' 'I{job}-{i}' ENU
+    }
+    appends "2 x 1,000 appends" race --jobs 2 --times 1000
+    appends "with killed writers" killed --jobs 3 --times 100 --kill 0.3 --kill-within 0.02 --timeout 15
+}
+
+badset() {
+    python3 "$tools/xml_badset.py" "$work/bad" >/dev/null
+    check "bad files" python3 "$tools/badset_run.py" "$work/bad" --only catalogue --only status \
+        --only toc --only book -- "$driver" read '{kind}' '{file}'
+}
+
+# The program's work on an installation stays inside it.
+fence() {
+    local dir=$work/fence
+    installation "$dir" >/dev/null
+    check "fence: copy a project" python3 "$tools/fence_run.py" --allow "$dir" -- \
+        "$driver" --server "$dir" --date 2026-01-02 copy Base Twin T01 ENU
+    check "fence: delete a book" python3 "$tools/fence_run.py" --allow "$dir" -- \
+        "$driver" --server "$dir" --date 2026-01-02 delete-book Base ALP
+}
+
+mkdir -p "$work/more"
+printf '<html><head><title>Three</title></head><body>three</body></html>\n' >"$work/more/three.htm"
+for part in "$@"; do
+    "$part"
+done
+if [ ${#failed[@]} -gt 0 ]; then
+    printf 'Found something: %s\n' "${failed[@]}"
+    exit 1
+fi
+echo "Nothing found."

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <QDir>
+#include <QString>
+#include <QWidget>
+
+/// Writes numbered pictures and tells on standard output what each shows.
+class Camera
+{
+public:
+    explicit Camera(const QDir &folder)
+        : m_folder(folder)
+    {
+    }
+
+    /// Lets pending events run, then takes `window` as NN-<name>.png.
+    void take(QWidget *window, const QString &name, const QString &caption);
+    [[nodiscard]] int count() const { return m_count; }
+
+private:
+    QDir m_folder;
+    int m_count = 0;
+};
+
+/// Lets the program run for a while.
+void settle(int milliseconds = 60);
+
+/// As soon as a modal window is open, runs `act` on it.
+void whenModal(const std::function<void(QWidget *)> &act);
+
+/// The child of that name. Ends the tour with a message when it is not there.
+template <typename Widget>
+Widget *child(const QWidget *window, const char *name);
+
+[[noreturn]] void tourFails(const QString &reason);
+
+template <typename Widget>
+Widget *child(const QWidget *window, const char *name)
+{
+    auto *found = window->findChild<Widget *>(QString::fromLatin1(name));
+    if (!found)
+        tourFails(QString::fromLatin1(name) + QStringLiteral(" was not found"));
+    return found;
+}

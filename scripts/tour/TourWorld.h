@@ -1,0 +1,69 @@
+#pragma once
+
+#include "ProductComponents.h"
+#include "WindowNavigator.h"
+#include "platform/DesktopWindows.h"
+#include "platform/Processes.h"
+#include "platform/portable/IniRegistry.h"
+#include "platform/portable/PortableFiles.h"
+#include "platform/portable/PortableLocale.h"
+#include "platform/portable/ProgramEndNow.h"
+#include "platform/portable/SystemClock.h"
+#include "platform/widgets/MessageBoxes.h"
+#include "startup/Program.h"
+#include "startup/Session.h"
+
+/// Other programs of the product are not on the tour; what would be started is told.
+class ToldProcesses final : public Processes
+{
+public:
+    void start(const QString &program, const QStringList &arguments) override;
+    void openText(const QString &path) override;
+};
+
+class NoOtherWindows final : public DesktopWindows
+{
+public:
+    bool exists(const QString &, const QString &) override { return false; }
+    void raiseMaximized(const QString &, const QString &, const QString &) override {}
+    void close(const QString &, const QString &) override {}
+    bool previousInstance() override { return false; }
+};
+
+/// The author's picks in file dialogs, which belong to the desktop and are not shown.
+class PickedPaths final : public FileDialogs
+{
+public:
+    QString next;
+    QString openFile(const QString &, const QString &, const QString &) override { return next; }
+    QStringList openFiles(const QString &, const QString &, const QString &) override
+    {
+        return {next};
+    }
+    QString chooseFolder(const QString &, const QString &) override { return next; }
+};
+
+/// The program's world with drives and settings where the tour wants them.
+struct TourWorld
+{
+    TourWorld(const QString &drives, const SettingsFolders &settings)
+        : files(drives)
+        , registry(settings)
+    {
+    }
+
+    Session session;
+    PortableFiles files;
+    IniRegistry registry;
+    ToldProcesses processes;
+    NoOtherWindows windows;
+    SystemClock clock;
+    MessageBoxes messages;
+    PickedPaths fileDialogs;
+    PortableLocale locale;
+    ProgramEndNow ending;
+    ProductComponents parts{session, registry, windows, files, messages};
+    Program program{session,     files,  registry, processes, windows,   clock,    messages,
+                    fileDialogs, locale, ending,   navigator, navigator, parts.all};
+    WindowNavigator navigator{program};
+};

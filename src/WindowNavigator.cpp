@@ -1,0 +1,179 @@
+#include "WindowNavigator.h"
+
+#include "controls/ctlBuildTab.h"
+#include "dialogs/frmSelPrjType.h"
+#include "dialogs/frmSelPrjTypetoAdd.h"
+#include "startup/StartUp.h"
+#include "startup/frmOrvantisVRXSplashScreen.h"
+#include "workspace/frmBuild.h"
+#include "workspace/frmMainUI.h"
+
+#include <QApplication>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+bool closeSplash()
+{
+    const QWidgetList windows = QApplication::topLevelWidgets();
+    for (QWidget *const window : windows) {
+        if (qobject_cast<frmOrvantisVRXSplashScreen *>(window))
+            window->close();
+    }
+    return true;
+}
+
+} // namespace
+
+WindowNavigator::WindowNavigator(Program &program)
+    : m_program(program)
+{
+}
+
+WindowNavigator::~WindowNavigator()
+{
+    // Windows that have closed go too, before the world they look at.
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    for (const auto &[form, window] : m_windows)
+        delete window;
+}
+
+bool WindowNavigator::offers(Form form) const
+{
+    switch (form) {
+    case Form::SelPrjType:
+    case Form::SelPrjTypetoAdd:
+    case Form::MainUI:
+    case Form::Build:
+    case Form::SplashScreen:
+        return true;
+    case Form::ContinueDeleteProject:
+    case Form::MergeProjects:
+    case Form::RankBookSet:
+    case Form::IBLReport:
+        return false;
+    }
+    return false;
+}
+
+void WindowNavigator::show(Form form)
+{
+    if (form == Form::SplashScreen) {
+        showSplashScreen(m_program);
+        return;
+    }
+    FormWindow &window = touch(form);
+    window.setWindowState(window.windowState() & ~Qt::WindowMinimized);
+    window.show();
+    window.raise();
+    window.activateWindow();
+}
+
+void WindowNavigator::loadform()
+{
+    static_cast<frmSelPrjType &>(touch(Form::SelPrjType)).loadform();
+}
+
+bool WindowNavigator::unload(Form form)
+{
+    if (form == Form::SplashScreen)
+        return closeSplash();
+    FormWindow *const open = window(form);
+    return open == nullptr || open->close();
+}
+
+void WindowNavigator::handOver(const QString &projectName, const QString &projectLanguage)
+{
+    mainWindow().setProjectName(projectName);
+    ctlBuildTab &build = buildWindow().ctlBuildTab1();
+    build.setProjectName(projectName);
+    build.setProjectLanguage(projectLanguage);
+}
+
+FormWindow *WindowNavigator::window(Form form) const
+{
+    const auto found = m_windows.find(form);
+    return found == m_windows.end() ? nullptr : found->second;
+}
+
+FormWindow &WindowNavigator::touch(Form form)
+{
+    if (FormWindow *const there = window(form))
+        return *there;
+    FormWindow *const made = make(form);
+    m_windows.emplace(form, made);
+    connect(made, &FormWindow::unloaded, this, [this, form] {
+        m_windows.erase(form);
+        // Queued: what closed the window may go on to open another.
+        QMetaObject::invokeMethod(this, &WindowNavigator::endAfterLastWindow, Qt::QueuedConnection);
+    });
+    return *made;
+}
+
+FormWindow *WindowNavigator::make(Form form)
+{
+    switch (form) {
+    case Form::SelPrjType:
+        return new frmSelPrjType(m_program);
+    case Form::SelPrjTypetoAdd:
+        return new frmSelPrjTypetoAdd(m_program);
+    case Form::MainUI:
+        return new frmMainUI(m_program, [this]() -> frmBuild & { return buildWindow(); });
+    case Form::Build:
+        return new frmBuild(m_program);
+    default:
+        throw QvError(ComponentMissing, {}, tr("This version of QV Developer cannot do this yet."));
+    }
+}
+
+frmMainUI &WindowNavigator::mainWindow()
+{
+    return static_cast<frmMainUI &>(touch(Form::MainUI));
+}
+
+frmBuild &WindowNavigator::buildWindow()
+{
+    return static_cast<frmBuild &>(touch(Form::Build));
+}
+
+void WindowNavigator::endAfterLastWindow()
+{
+    const bool anyLoaded = std::any_of(m_windows.cbegin(), m_windows.cend(),
+                                       [](const auto &entry) { return entry.second->isLoaded(); });
+    if (!anyLoaded)
+        QCoreApplication::exit();
+}
+
+FormWindow *WindowNavigator::frontWindow() const
+{
+    FormWindow *front = nullptr;
+    for (const auto &[form, window] : m_windows) {
+        if (window->isActiveWindow())
+            return window;
+        if (window->isVisible())
+            front = window;
+    }
+    return front;
+}
+
+void WindowNavigator::bringToFront()
+{
+    if (FormWindow *const front = frontWindow()) {
+        front->setWindowState((front->windowState() & ~Qt::WindowMinimized) | Qt::WindowMaximized);
+        front->raise();
+        front->activateWindow();
+    }
+    if (QWidget *const question = QApplication::activeModalWidget()) {
+        question->raise();
+        question->activateWindow();
+    }
+}
+
+void WindowNavigator::closeFront()
+{
+    if (FormWindow *const front = frontWindow())
+        front->close();
+}

@@ -1,0 +1,258 @@
+#include "dialogs/ProjectCreation.h"
+
+#include "catalogue/ProjectCatalogue.h"
+#include "catalogue/StatusIndicators.h"
+#include "components/Components.h"
+#include "components/DatabaseConverter.h"
+#include "components/RegistryAccess.h"
+#include "platform/Clock.h"
+#include "platform/Messages.h"
+#include "platform/Paths.h"
+#include "platform/ProgramEnd.h"
+#include "platform/QvError.h"
+#include "platform/TreeWalker.h"
+#include "projectfiles/CategoryFile.h"
+#include "projectfiles/GlobalBook.h"
+#include "projectfiles/ProjectCopy.h"
+#include "projectfiles/TableOfContents.h"
+#include "resources/Texts.h"
+#include "startup/ContentFiles.h"
+#include "startup/FileHelpers.h"
+#include "startup/Session.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// Names the step in the error, which the wizard shows behind the reason.
+template <typename Body>
+auto step(QLatin1StringView procedure, Body &&body)
+{
+    const auto onError = [procedure](const QvError &error) {
+        throw QvError(error.number(), ProjectCreation::formTag + procedure, error.description());
+    };
+    return trap(onError, std::forward<Body>(body));
+}
+
+QString firstOf(const QStringList &lines)
+{
+    constexpr qsizetype shown = 15;
+    QString text = lines.first(qMin(shown, lines.size())).join(u'\n');
+    if (lines.size() > shown)
+        text += u"\nand %1 more"_s.arg(lines.size() - shown);
+    return text;
+}
+
+} // namespace
+
+ProjectCreation::ProjectCreation(Program &program)
+    : m_program(program)
+{
+}
+
+void ProjectCreation::name(const QString &typedName, const QString &id, const QString &language)
+{
+    Session &session = m_program.session;
+    session.projectLanguage = language;
+    session.projectName = language == "ENU"_L1 ? typedName : language + u'_' + typedName;
+    session.projectId = id;
+}
+
+bool ProjectCreation::nameIsFree()
+{
+    return ProjectCatalogue(m_program.session, m_program.files).bCheckQVSelectionforProdName();
+}
+
+ProjectCreation::FolderAnswer ProjectCreation::settleFolder()
+{
+    FileSystem &files = m_program.files;
+    const QString path = withoutBackslash(folder());
+    if (!files.folderExists(path) || files.entries(path).isEmpty())
+        return FolderAnswer::MakeNew;
+
+    const Choice question{
+        u"The folder %1 is already there with files in it, but no project of this name is in the "
+        "list of projects.\n\nList it again to go on with what is in it. Or move it aside: it is "
+        "renamed, and the new project gets a folder of its own. Nothing in it is changed."_s.arg(
+            path),
+        {u"List It Again"_s, u"Move It Aside and Start New"_s, u"Cancel"_s}};
+    switch (m_program.messages.choose(question)) {
+    case 0:
+        return FolderAnswer::ListAgain;
+    case 1:
+        moveAside(path);
+        return FolderAnswer::MakeNew;
+    default:
+        return FolderAnswer::Cancel;
+    }
+}
+
+void ProjectCreation::moveAside(const QString &folder)
+{
+    const QString base =
+        folder + u" (moved aside "_s + m_program.clock.now().date().toString(Qt::ISODate);
+    QString target = base + u')';
+    for (int number = 2; m_program.files.exists(target); ++number)
+        target = base + u' ' + QString::number(number) + u')';
+    m_program.files.move(folder, target);
+}
+
+bool ProjectCreation::addNew(const QString &typedName)
+{
+    Session &session = m_program.session;
+    FileSystem &files = m_program.files;
+    makeFolder();
+    step("CreateQVTOCFile"_L1, [&] {
+        return TableOfContents(session, files).CreateQVTOCFile(folder() + ProjectFile::toc);
+    });
+    const bool filled = step("UpdateQVTocwithProdInfo"_L1, [&] {
+        return fillHeader(session, files, m_program.clock, m_program.locale, typedName);
+    });
+    if (!filled) {
+        m_program.messages.show({text(Text::NoTocFile)});
+        return false;
+    }
+    files.syncTree(folder());
+    ProjectCatalogue(session, files).UpdateQVSelection();
+    makeGlobalBook();
+    makeCurrent();
+    return true;
+}
+
+void ProjectCreation::addCopy(const QString &source, const Runner &run)
+{
+    const bool folderWasThere = m_program.files.folderExists(withoutBackslash(folder()));
+    makeFolder();
+    try {
+        removeUnfinishedCopy();
+        run([&](const Progress &progress) { copyFiles(source, progress); });
+    } catch (const CopyFailure &failure) {
+        trap([](const QvError &) {}, [&] { removeUnfinishedCopy(); }); // the copy's failure is told
+        m_program.messages.show({.text = text(Text::AtLocation) + u' ' + withoutBackslash(folder())
+                                         + u'\n' + text(Text::ReasonNoSpaceOrPermission),
+                                 .icon = MessageIcon::Critical,
+                                 .details = failure.reason});
+        m_program.ending.endNow();
+    } catch (const Unwinding &) {
+        removeUnfinishedCopy();
+        if (!folderWasThere)
+            m_program.files.removeFolder(withoutBackslash(folder()));
+        throw;
+    }
+    ProjectCatalogue(m_program.session, m_program.files).UpdateQVSelection();
+    makeGlobalBook();
+    step("AddQVBookCategories"_L1, [&] {
+        seedCategories(m_program.session, m_program.files, m_program.components.categories, source,
+                       mstrCategories);
+    });
+    makeCurrent();
+    tellWhatWasLeftOut();
+}
+
+// The copy grows beside its folder and takes its place when it is whole and on the disk, so that
+// no half copy ever stands under a project's name.
+void ProjectCreation::copyFiles(const QString &source, const Progress &progress)
+{
+    Session &session = m_program.session;
+    FileSystem &files = m_program.files;
+    ContentFiles content(session, files);
+    const QString growing = unfinishedCopy();
+    m_leftOut = ProjectCopy(session, files, m_program.clock, m_program.locale, growing + u'\\')
+                    .CopyProjectFolder(source, progress);
+    m_leftOut += content.QVUpdateFiles(growing + u'\\', source, 1, progress);
+    content.SecureContentFiles(growing + u'\\');
+    files.syncTree(growing);
+    progress.step(1, 1);
+
+    const QString target = withoutBackslash(folder());
+    files.removeFolder(target);
+    files.move(growing, target);
+    files.syncFolder(withoutBackslash(docsFolder(session.serverPath)));
+}
+
+QString ProjectCreation::unfinishedCopy() const
+{
+    return withoutBackslash(folder()) + u".qvnew"_s;
+}
+
+void ProjectCreation::removeUnfinishedCopy()
+{
+    if (m_program.files.exists(unfinishedCopy()))
+        deleteTree(m_program.files, unfinishedCopy());
+}
+
+void ProjectCreation::tellWhatWasLeftOut()
+{
+    if (m_leftOut.isEmpty())
+        return;
+    m_program.messages.show(
+        {u"The project was copied, except for what is listed here: links to other places are not "
+         "copied, and what cannot be read is kept as it was, pages under another name.\n\n%1"_s.arg(
+             firstOf(m_leftOut))});
+}
+
+void ProjectCreation::listAgain()
+{
+    Session &session = m_program.session;
+    FileSystem &files = m_program.files;
+    (void)TableOfContents(session, files).read(session.projectName);
+    ProjectCatalogue(session, files).UpdateQVSelection();
+    makeGlobalBook();
+    makeCurrent();
+}
+
+bool ProjectCreation::migrate(const QString &database, const QString &typedName)
+{
+    DatabaseConverter &converter = m_program.components.databaseConverter;
+    converter.convert(u"1"_s, database, withoutBackslash(folder()), typedName,
+                      m_program.session.projectId);
+    if (!converter.completed())
+        return false;
+    takeNameFromDestination();
+    requireCategories();
+    makeCurrent();
+    return true;
+}
+
+// The converter may have chosen another folder than the one it was given.
+void ProjectCreation::takeNameFromDestination()
+{
+    const QString written = m_program.components.registryAccess.vGetValueName(
+        Hive::LocalMachine, RegistryKey::compiler + u"Destination"_s, u"Path"_s);
+    const QString name = lastComponent(withoutBackslash(written));
+    (void)existingProjectFolder(m_program.files, m_program.session.serverPath, name);
+    m_program.session.projectName = name;
+}
+
+void ProjectCreation::requireCategories()
+{
+    Categories &categories = m_program.components.categories;
+    const QString path = folder() + ProjectFile::categories;
+    if (categories.isUsable(path))
+        return;
+    categories.open(docsFolder(m_program.session.serverPath), false, {}, path);
+    categories.write(path);
+}
+
+void ProjectCreation::makeFolder()
+{
+    FileHelpers(m_program.session, m_program.files).mbCreateFilePath(withoutBackslash(folder()));
+}
+
+void ProjectCreation::makeGlobalBook()
+{
+    step("UpdatePSModuleFrame_Dynamic"_L1, [&] {
+        makeGlobalBookIfMissing(m_program.session, m_program.files,
+                                m_program.components.globalInformation);
+    });
+}
+
+void ProjectCreation::makeCurrent()
+{
+    StatusIndicators(m_program.session, m_program.files, m_program.currentProject).AddProjectName();
+}
+
+QString ProjectCreation::folder() const
+{
+    return projectFolder(m_program.session.serverPath, m_program.session.projectName);
+}

@@ -1,0 +1,60 @@
+#pragma once
+
+#include "platform/Progress.h"
+#include "startup/Program.h"
+
+#include <QTimer>
+#include <QWidget>
+
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <stop_token>
+
+namespace Ui {
+class frmProgBar;
+}
+
+/// The progress dialog: what is being done, how far it is, the file at hand, Stop. No other window
+/// takes a command while it is open, and its close box means Stop.
+class frmProgBar final : public QWidget
+{
+    Q_OBJECT
+
+public:
+    frmProgBar(const QString &caption, QWidget *parent);
+    ~frmProgBar() override;
+
+    /// Runs `work` on a thread of its own and waits for its end while the dialog stays alive. What
+    /// it throws is thrown here.
+    void run(const std::function<void(const Progress &)> &work);
+
+    void cmdStop_Click();
+    [[nodiscard]] std::stop_source stopSource() const { return m_stop; }
+
+protected:
+    void closeEvent(QCloseEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+
+private:
+    struct State
+    {
+        int done = 0;
+        int total = 0;
+        QString what;
+    };
+
+    [[nodiscard]] Progress progress();
+    void showLatest();
+
+    std::unique_ptr<Ui::frmProgBar> ui;
+    std::stop_source m_stop;
+    QTimer m_refresh;
+    std::mutex m_guard; ///< of m_latest, which the worker writes
+    State m_latest;
+};
+
+/// Runs `work` under the progress dialog. Throws what it throws: Unwinding when Stop was pressed.
+/// `work` has the session and the ports to itself meanwhile.
+void runWithProgress(Program &program, QWidget *parent, const QString &caption,
+                     const std::function<void(const Progress &)> &work);

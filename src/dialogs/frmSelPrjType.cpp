@@ -1,0 +1,191 @@
+#include "dialogs/frmSelPrjType.h"
+
+#include "components/Components.h"
+#include "components/RegistryAccess.h"
+#include "dialogs/FirstRun.h"
+#include "resources/Icons.h"
+#include "resources/Texts.h"
+#include "startup/ExternalPrograms.h"
+#include "startup/FileHelpers.h"
+#include "startup/Session.h"
+#include "startup/StartUp.h"
+#include "ui_frmSelPrjType.h"
+
+#include <QScopedValueRollback>
+
+using namespace Qt::StringLiterals;
+
+frmSelPrjType::frmSelPrjType(Program &program, QWidget *parent)
+    : FormWindow(program, parent)
+    , ui(std::make_unique<Ui::frmSelPrjType>())
+{
+    ui->setupUi(this);
+    QSizePolicy policy = ui->fraSelProjectType->sizePolicy();
+    policy.setRetainSizeWhenHidden(true);
+    ui->fraSelProjectType->setSizePolicy(policy);
+    ui->fraSelProjectType->hide();
+
+    offer(ui->cmdAddNewProject, ui->imgAdd, "add"_L1, Form::SelPrjTypetoAdd);
+    offer(ui->cmdContinueProject, ui->imgContinue, "continue"_L1, Form::ContinueDeleteProject);
+    offer(ui->cmdMergeProjects, ui->imgMerge, "merge"_L1, Form::MergeProjects);
+    offer(ui->cmdDeleteProject, ui->imgDelete, "delete"_L1, Form::ContinueDeleteProject);
+    offer(ui->cmdRankBookSet, ui->imgRank, "rank"_L1, Form::RankBookSet);
+
+    using Self = frmSelPrjType;
+    connect(ui->cmdAddNewProject, &QPushButton::clicked, this, &Self::cmdAddNewProject_Click);
+    connect(ui->cmdContinueProject, &QPushButton::clicked, this, &Self::cmdContinueProject_Click);
+    connect(ui->cmdMergeProjects, &QPushButton::clicked, this, &Self::cmdMergeProjects_Click);
+    connect(ui->cmdDeleteProject, &QPushButton::clicked, this, &Self::cmdDeleteProject_Click);
+    connect(ui->cmdRankBookSet, &QPushButton::clicked, this, &Self::cmdRankbookset_Click);
+    connect(ui->cmdCancel, &QPushButton::clicked, this, &Self::cmdCancel_Click);
+    connect(ui->cmdHelp, &QPushButton::clicked, this, &Self::cmdHelp_Click);
+}
+
+frmSelPrjType::~frmSelPrjType() = default;
+
+void frmSelPrjType::offer(QPushButton *button, QLabel *picture, QLatin1StringView iconName,
+                          Form form)
+{
+    const bool offered = m_program.navigator.offers(form);
+    picture->setPixmap(icon(iconName).pixmap(QSize(24, 24), devicePixelRatioF(),
+                                             offered ? QIcon::Normal : QIcon::Disabled));
+    button->setEnabled(offered);
+    if (!offered)
+        button->setToolTip(u"This version of QV Developer cannot do this yet."_s);
+}
+
+void frmSelPrjType::Form_Load()
+{
+    const auto shape = [](const QvError &error) {
+        return withTag(error, u"QV_Developer::frmSelPrjType-Form_Load"_s);
+    };
+    trapped(shape, [this] {
+        Session &session = m_program.session;
+        const QScopedValueRollback quiet(mbQuietClose, true);
+        if (!readPaths()) {
+            close();
+            return;
+        }
+        if (!session.gbBackToLauncher && !session.gbFromMainWindow)
+            showSplashScreen(m_program);
+        if (!checkforwritability(m_program, session.serverPath))
+            return;
+        loadCaptions();
+        setWindowTitle(text(Text::WindowTitle));
+        ui->cmdRankBookSet->setText(text(Text::Rank));
+        if (!session.gbBackToLauncher)
+            unloadSplashScreen(m_program);
+        session.gbBackToLauncher = false;
+    });
+}
+
+/// False when no server is known and the author quits.
+bool frmSelPrjType::readPaths()
+{
+    FirstRun firstRun(m_program);
+    if (firstRun.isNeeded() && !firstRun.findServer())
+        return false;
+    RegistryAccess &registry = m_program.components.registryAccess;
+    m_program.session.serverPath = registry.GetQVServer();
+    m_program.session.clientBinPath =
+        registry.vGetValueName(Hive::LocalMachine, RegistryKey::product, u"Client"_s) + u"Bin\\"_s;
+    return true;
+}
+
+void frmSelPrjType::loadCaptions()
+{
+    ui->fraSelProjectType->setTitle(text(Text::SelectProjectType));
+    ui->cmdAddNewProject->setText(text(Text::Add));
+    ui->cmdContinueProject->setText(text(Text::Continue));
+    ui->cmdMergeProjects->setText(text(Text::Merge));
+    ui->cmdDeleteProject->setText(text(Text::DeleteProject));
+    ui->cmdCancel->setText(text(Text::Cancel));
+    ui->cmdHelp->setText(text(Text::Help));
+    ui->fraSelProjectType->show();
+}
+
+void frmSelPrjType::loadform()
+{
+    load();
+    inHandler("loadform"_L1, [this] {
+        const QScopedValueRollback quiet(mbQuietClose, true);
+        loadCaptions();
+        show();
+    });
+}
+
+void frmSelPrjType::Form_Unload(bool &cancel)
+{
+    inHandler("Form_Unload"_L1, [&] {
+        if (mbQuietClose)
+            return;
+        cancel = !saysYes(text(Text::CloseProgram));
+        if (!cancel)
+            CheckIndexManagerApp(m_program);
+    });
+}
+
+void frmSelPrjType::cmdAddNewProject_Click()
+{
+    inHandler("cmdAddNewProject_Click"_L1, [this] { leaveFor(Form::SelPrjTypetoAdd); });
+}
+
+void frmSelPrjType::cmdContinueProject_Click()
+{
+    inHandler("cmdContinueProject_Click"_L1, [this] { leaveFor(Form::ContinueDeleteProject); });
+}
+
+void frmSelPrjType::cmdMergeProjects_Click()
+{
+    inHandler("cmdMergeProjects_Click"_L1, [this] { leaveFor(Form::MergeProjects); });
+}
+
+void frmSelPrjType::cmdDeleteProject_Click()
+{
+    inHandler("cmdDeleteProject_Click"_L1, [this] { leaveFor(Form::ContinueDeleteProject); });
+}
+
+void frmSelPrjType::cmdRankbookset_Click()
+{
+    inHandler("cmdRankbookset_Click"_L1, [this] { leaveFor(Form::RankBookSet); });
+}
+
+void frmSelPrjType::cmdCancel_Click()
+{
+    inHandler("cmdCancel_Click"_L1, [this] {
+        mbQuietClose = false;
+        close();
+    });
+}
+
+void frmSelPrjType::cmdHelp_Click()
+{
+    inHandler("cmdHelp_Click"_L1,
+              [this] { OpenHelpTopic(m_program, u"Content"_s, whatToDoTopic); });
+}
+
+// The next form opens before this one closes: the program ends with its last window.
+void frmSelPrjType::leaveFor(Form form)
+{
+    m_program.navigator.show(form);
+    const QScopedValueRollback quiet(mbQuietClose, true);
+    close();
+}
+
+QAbstractButton *frmSelPrjType::cancelButton() const
+{
+    return ui->cmdCancel;
+}
+
+QAbstractButton *frmSelPrjType::helpButton() const
+{
+    return ui->cmdHelp;
+}
+
+void frmSelPrjType::inHandler(QLatin1StringView handler, const std::function<void()> &body)
+{
+    const auto shape = [&](const QvError &error) {
+        return inProcedure(error, handler, u"frmSelPrjType"_s);
+    };
+    trapped(shape, body);
+}

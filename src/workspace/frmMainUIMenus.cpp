@@ -1,0 +1,131 @@
+#include "workspace/frmMainUI.h"
+
+#include "controls/ctlBuildTab.h"
+#include "resources/Icons.h"
+#include "resources/Texts.h"
+#include "startup/ExternalPrograms.h"
+#include "startup/Session.h"
+#include "startup/StartUp.h"
+#include "ui_frmMainUI.h"
+#include "workspace/frmBuild.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr bool buildIsOffered = false; // the build window shows the lights but runs no tool yet
+
+void disable(QAction *action)
+{
+    action->setEnabled(false);
+    action->setToolTip(frmMainUI::tr("This version of QV Developer cannot do this yet."));
+}
+
+} // namespace
+
+void frmMainUI::connectMenus()
+{
+    using Self = frmMainUI;
+    connect(ui->cmdBuild, &QPushButton::clicked, this, &Self::cmdBuild_Click);
+    connect(ui->cmdPreview, &QPushButton::clicked, this, &Self::cmdPreview_Click);
+    connect(ui->mnuBuildProject, &QAction::triggered, this, &Self::mnuBuildProject_Click);
+    connect(ui->mnuIndexManager, &QAction::triggered, this, &Self::mnuIndexManager_Click);
+    connect(ui->mnuSelProject, &QAction::triggered, this, &Self::mnuSelProject_Click);
+    connect(ui->mnuExit, &QAction::triggered, this, &Self::mnuExit_Click);
+    connect(ui->mnuQV, &QAction::triggered, this, &Self::mnuQV_Click);
+    connect(ui->mnuQVDeveloper, &QAction::triggered, this, &Self::mnuQVDeveloper_Click);
+
+    ui->cmdBuild->setIcon(icon("build"_L1));
+    ui->cmdPreview->setIcon(icon("preview"_L1));
+    ui->mnuSelProject->setIcon(icon("folder-open"_L1));
+    ui->mnuBuildProject->setIcon(icon("build"_L1));
+    ui->mnuQV->setIcon(icon("help"_L1));
+    ui->mnuQVDeveloper->setIcon(icon("information"_L1));
+}
+
+void frmMainUI::disableWhatIsMissing()
+{
+    if (!buildIsOffered) {
+        for (QAction *const log :
+             {ui->mnuDoc_To_Doc, ui->mnuQAChecks, ui->mnuQNav, ui->mnuSearch_Words})
+            disable(log);
+        disable(ui->mnuBuildProject);
+        ui->cmdBuild->setEnabled(false);
+        ui->cmdBuild->setToolTip(ui->mnuBuildProject->toolTip());
+    }
+    if (!m_program.navigator.offers(Form::IBLReport))
+        disable(ui->mnu_Book_Linking_Report);
+}
+
+void frmMainUI::cmdBuild_Click()
+{
+    inHandler("cmdBuild_Click"_L1, [this] { openBuildWindow(); });
+}
+
+void frmMainUI::mnuBuildProject_Click()
+{
+    inHandler("mnuBuildProject_Click"_L1, [this] { openBuildWindow(); });
+}
+
+void frmMainUI::openBuildWindow()
+{
+    frmBuild &build = m_buildWindow();
+    build.setWindowTitle(text(Text::BuildStep1));
+    build.ctlBuildTab1().setProjectName(m_program.session.projectName);
+    m_program.navigator.show(Form::Build);
+}
+
+void frmMainUI::cmdPreview_Click()
+{
+    inHandler("cmdPreview_Click"_L1, [this] { OpenHelpTopic(m_program, u"Content"_s, u" "_s); });
+}
+
+void frmMainUI::mnuQV_Click()
+{
+    inHandler("mnuQV_Click"_L1, [this] { OpenHelpTopic(m_program, u"Content"_s, u" "_s); });
+}
+
+void frmMainUI::mnuQVDeveloper_Click()
+{
+    inHandler("mnuQVDeveloper_Click"_L1, [this] { showSplashScreen(m_program); });
+}
+
+void frmMainUI::mnuIndexManager_Click()
+{
+    const auto shape = [](const QvError &error) {
+        const QString text = u"Error(%1) in procedure mnuIndexManager_Click of Form frmMainUI"_s;
+        return Message{.text = text.arg(error.number()), .details = error.description()};
+    };
+    trapped(shape, [this] { startIndexManager(m_program); });
+}
+
+void frmMainUI::CallIndexManager()
+{
+    mnuIndexManager_Click();
+}
+
+// The close itself says whether the author refused; then nothing else is closed.
+void frmMainUI::mnuSelProject_Click()
+{
+    inHandler("mnuSelProject_Click"_L1, [this] {
+        m_switchingProject = true;
+        m_program.session.gbFromMainWindow = true;
+        m_program.session.closeWithoutAsking = false;
+        if (close()) {
+            m_program.navigator.unload(Form::Build);
+            m_program.navigator.unload(Form::MergeProjects);
+            m_program.navigator.show(Form::SelPrjType);
+        }
+        m_switchingProject = false;
+        m_program.session.closeWithoutAsking = false;
+    });
+}
+
+void frmMainUI::mnuExit_Click()
+{
+    inHandler("mnuExit_Click"_L1, [this] {
+        mbQuietClose = false;
+        close();
+        m_program.session.closeWithoutAsking = false;
+    });
+}

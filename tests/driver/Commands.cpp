@@ -1,0 +1,282 @@
+#include "driver/Commands.h"
+
+#include "catalogue/CatalogueLock.h"
+#include "catalogue/StatusIndicators.h"
+#include "controls/BookCommands.h"
+#include "controls/PageStore.h"
+#include "dialogs/ProjectCreation.h"
+#include "platform/Paths.h"
+#include "platform/Xml.h"
+#include "projectfiles/BookFile.h"
+#include "resources/Texts.h"
+#include "tools/SourceImport.h"
+
+#include <QFileInfo>
+#include <QTemporaryDir>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int read = 0;
+constexpr int empty = 2;
+
+void useProject(Console &console, const QStringList &nameIdLanguage)
+{
+    console.session.projectName = nameIdLanguage.value(0);
+    console.session.projectId = nameIdLanguage.value(1);
+    console.session.projectLanguage = nameIdLanguage.value(2, u"ENU"_s);
+}
+
+ProjectCatalogue catalogue(Console &console)
+{
+    return {console.session, console.files};
+}
+
+TocBook bookOf(ProjectSession &session, const QString &acronym)
+{
+    for (const TocBook &book : session.books()) {
+        if (book.acronym == acronym)
+            return book;
+    }
+    throw QvError(FileNotFound, {}, u"There is no book "_s + acronym);
+}
+
+BookPage pageOf(ProjectSession &session, const TocBook &book, const QString &file)
+{
+    for (const BookPage &page : flattened(session.book(book).pages)) {
+        if (page.file == file)
+            return page;
+    }
+    throw QvError(FileNotFound, {}, u"There is no page "_s + file);
+}
+
+/// Shows one file of any folder as the catalogue, or as a file of a project or of a book.
+int readFile(Console &console, const QStringList &arguments)
+{
+    const QString &kind = arguments.at(0);
+    const QFileInfo file(arguments.at(1));
+    const QString folder = file.absolutePath();
+    const QString above = QFileInfo(folder).absolutePath();
+    const QTemporaryDir server;
+    const auto docsIs = [&](const QString &target) {
+        QFile::link(target, server.filePath(u"Docs"_s));
+        console.session.serverPath = withBackslash(console.files.productPath(server.path()));
+    };
+
+    if (kind == "catalogue"_L1) {
+        docsIs(folder);
+        for (const CatalogueEntry &entry : catalogue(console).entries())
+            printLine({entry.id, entry.name, entry.location, entry.rank, entry.language});
+        return read;
+    }
+    if (kind == "book"_L1) {
+        docsIs(QFileInfo(above).absolutePath());
+        TocBook entry;
+        entry.folder = QFileInfo(folder).fileName();
+        entry.file = file.fileName();
+        const Book book =
+            BookFile(console.session, console.files).read(QFileInfo(above).fileName(), entry);
+        printLine({book.name, book.acronym, book.key, book.path});
+        return read;
+    }
+    docsIs(above);
+    useProject(console, {QFileInfo(folder).fileName()});
+    if (kind == "toc"_L1) {
+        const Toc toc =
+            TableOfContents(console.session, console.files).read(console.session.projectName);
+        for (const TocBook &book : toc.books)
+            printLine({book.name, book.acronym, book.folder, book.file});
+        return read;
+    }
+    return StatusIndicators(console.session, console.files, console.currentProject).lights()
+               ? read
+               : empty;
+}
+
+int list(Console &console, const QStringList &)
+{
+    for (const CatalogueEntry &entry : catalogue(console).entries())
+        printLine(
+            {entry.id, entry.name, entry.location, entry.addDate, entry.rank, entry.language});
+    return 0;
+}
+
+int append(Console &console, const QStringList &arguments)
+{
+    useProject(console, arguments);
+    catalogue(console).bCheckQVSelectionforProdName();
+    catalogue(console).UpdateQVSelection();
+    return 0;
+}
+
+int rank(Console &console, const QStringList &items)
+{
+    catalogue(console).UpdateRankInSelectionFile(*console.parts.ranking, items);
+    return 0;
+}
+
+int addDate(Console &console, const QStringList &arguments)
+{
+    const QString path = cataloguePath(console.session.serverPath);
+    const CatalogueLock lock(console.files, path);
+    const pugi::xml_document document = loadXml(console.files, path, "QV_Selection_List");
+    const pugi::xml_node entry = childWithText(document.child("QV_Selection_List").child("QVs"),
+                                               "QV", "QV_Name", arguments.at(0));
+    setAttribute(entry.child("QV_Name"), "AddDate", arguments.at(1));
+    saveXml(console.files, path, document);
+    return 0;
+}
+
+/// The name for a new project; taken ones are refused as the wizard does.
+void takeName(ProjectCreation &creation, const QStringList &nameIdLanguage)
+{
+    creation.name(nameIdLanguage.at(0), nameIdLanguage.at(1), nameIdLanguage.at(2));
+    if (!creation.nameIsFree())
+        throw QvError(InvalidCall, {}, text(Text::ProjectAlreadyExists));
+}
+
+int create(Console &console, const QStringList &arguments)
+{
+    ProjectCreation creation(console.program);
+    takeName(creation, arguments);
+    return creation.addNew(arguments.at(0)) ? 0 : 1;
+}
+
+int copy(Console &console, const QStringList &arguments)
+{
+    ProjectCreation creation(console.program);
+    takeName(creation, arguments.sliced(1));
+    creation.addCopy(arguments.at(0), [](const auto &work) { work({}); });
+    return 0;
+}
+
+int open(Console &console, const QStringList &arguments)
+{
+    useProject(console, arguments);
+    StatusIndicators(console.session, console.files, console.currentProject).AddProjectName();
+    return 0;
+}
+
+int lights(Console &console, const QStringList &arguments)
+{
+    useProject(console, arguments);
+    StatusIndicators(console.session, console.files, console.currentProject)
+        .UpdateStatusXml(arguments.at(1).toInt());
+    return 0;
+}
+
+int books(Console &console, const QStringList &arguments)
+{
+    const Toc toc = TableOfContents(console.session, console.files).read(arguments.at(0));
+    for (const TocBook &book : toc.books)
+        printLine({book.name, book.acronym, book.key, book.folder, book.file, book.type});
+    return 0;
+}
+
+int outline(Console &console, const QStringList &arguments)
+{
+    ProjectSession session(console.program);
+    session.open(arguments.at(0));
+    for (const BookPage &page : flattened(session.book(bookOf(session, arguments.at(1))).pages))
+        printLine({page.id, page.title, page.file});
+    return 0;
+}
+
+int addBook(Console &console, const QStringList &arguments)
+{
+    ProjectSession session(console.program);
+    session.open(arguments.at(0));
+    TocBook book;
+    book.name = arguments.at(1);
+    book.acronym = arguments.at(2);
+    book.key = arguments.at(0);
+    book.folder = arguments.at(3);
+    book.file = u"Book_"_s + arguments.at(2) + u".xml"_s;
+    BookCommands(session).create(book);
+    return 0;
+}
+
+int renameBook(Console &console, const QStringList &arguments)
+{
+    ProjectSession session(console.program);
+    session.open(arguments.at(0));
+    const TocBook old = bookOf(session, arguments.at(1));
+    TocBook now = old;
+    now.name = arguments.at(2);
+    BookCommands(session).change(old, now);
+    return 0;
+}
+
+int deleteBook(Console &console, const QStringList &arguments)
+{
+    ProjectSession session(console.program);
+    session.open(arguments.at(0));
+    BookCommands(session).remove(bookOf(session, arguments.at(1)), true);
+    return 0;
+}
+
+int import(Console &console, const QStringList &arguments)
+{
+    ProjectSession session(console.program);
+    session.open(arguments.at(0));
+    SourceImport sources(console.session, console.files);
+    const ImportPlan plan = sources.plan(arguments.at(0), bookOf(session, arguments.at(1)),
+                                         {console.files.productPath(arguments.at(2))});
+    const ImportResult result = sources.run(plan);
+    printLine({u"pages"_s, QString::number(result.pages.size()), u"files"_s,
+               QString::number(result.copied)});
+    return 0;
+}
+
+int savePage(Console &console, const QStringList &arguments)
+{
+    ProjectSession session(console.program);
+    session.open(arguments.at(0));
+    const TocBook book = bookOf(session, arguments.at(1));
+    PageStore store(session);
+    OpenPage page = store.read(book, pageOf(session, book, arguments.at(2)));
+    store.write(page, arguments.at(3));
+    return 0;
+}
+
+/// Every listed project opens, with all its books and pages.
+int verify(Console &console, const QStringList &)
+{
+    for (const QString &name : catalogue(console).GetProdQVSelection_All()) {
+        if (name.isEmpty())
+            continue;
+        ProjectSession session(console.program);
+        session.open(name);
+        for (const TocBook &book : session.books()) {
+            for (const BookPage &page : flattened(session.book(book).pages))
+                (void)PageStore(session).read(book, page);
+        }
+    }
+    return 0;
+}
+
+} // namespace
+
+QList<Command> commands()
+{
+    return {
+        {u"read"_s, 2, u"catalogue|status|toc|book FILE"_s, readFile},
+        {u"list"_s, 0, {}, list},
+        {u"append"_s, 3, u"NAME ID LANGUAGE"_s, append},
+        {u"rank"_s, 1, u"NAME#RANK..."_s, rank},
+        {u"add-date"_s, 2, u"NAME DATE"_s, addDate},
+        {u"create"_s, 3, u"NAME ID LANGUAGE"_s, create},
+        {u"copy"_s, 4, u"SOURCE NAME ID LANGUAGE"_s, copy},
+        {u"open"_s, 1, u"NAME"_s, open},
+        {u"lights"_s, 2, u"NAME COLOUR"_s, lights},
+        {u"books"_s, 1, u"NAME"_s, books},
+        {u"outline"_s, 2, u"NAME ACRONYM"_s, outline},
+        {u"add-book"_s, 4, u"NAME BOOK ACRONYM FOLDER"_s, addBook},
+        {u"rename-book"_s, 3, u"NAME ACRONYM NEW-BOOK-NAME"_s, renameBook},
+        {u"delete-book"_s, 2, u"NAME ACRONYM"_s, deleteBook},
+        {u"import"_s, 3, u"NAME ACRONYM FOLDER"_s, import},
+        {u"save-page"_s, 4, u"NAME ACRONYM FILE TEXT"_s, savePage},
+        {u"verify"_s, 0, {}, verify},
+    };
+}

@@ -1,0 +1,17 @@
+#pragma once
+
+#include "driver/Console.h"
+#include "projectfiles/ProjectCopy.h"
+
+#include <functional>
+
+/// One operation of the program as a command.
+struct Command
+{
+    QString name;
+    int arguments; ///< at least
+    QString usage;
+    std::function<int(Console &, const QStringList &)> run; ///< gives the exit status
+};
+
+QList<Command> commands();

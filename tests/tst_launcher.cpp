@@ -1,0 +1,247 @@
+#include "dialogs/frmSelPrjType.h"
+#include "startup/StartUp.h"
+#include "startup/frmOrvantisVRXSplashScreen.h"
+#include "support/FormDriver.h"
+#include "support/TestProgram.h"
+
+#include <QGroupBox>
+#include <QLabel>
+#include <QPointer>
+#include <QPushButton>
+
+using namespace Qt::StringLiterals;
+
+class tst_launcher final : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void showsTheChoicesAfterTheSplash();
+    void leavesWithoutAskingForAChoice();
+    void asksOnlyWhenTheUserLeaves();
+    void comesBackWithoutASplash();
+    void offersToCloseTheIndexManager();
+    void hasNothingToChooseWithoutWriteAccess();
+    void saysWhatFailedWhileLoading();
+    void asksForTheServerOnTheFirstRun();
+    void quitsOnTheFirstRun();
+    void startsAsTheArgumentsSay();
+
+private:
+    static QString splashFlag(const TestProgram &world)
+    {
+        return world.registry.values.value(
+            MemoryRegistry::place(Hive::CurrentUser, RegistryKey::splash, u"SplashScreen"_s));
+    }
+};
+
+void tst_launcher::showsTheChoicesAfterTheSplash()
+{
+    TestProgram world;
+    world.session.serverPath.clear();
+    world.session.clientBinPath.clear();
+    world.navigator.notOffered = {Form::ContinueDeleteProject, Form::RankBookSet};
+    frmSelPrjType form(world.program);
+    QVERIFY(!control<QGroupBox>(&form, "fraSelProjectType")->isVisibleTo(&form));
+    form.show();
+
+    QCOMPARE(form.windowTitle(), "Quovane Developer Pro"_L1);
+    QCOMPARE(world.session.serverPath, "S:\\"_L1);
+    QCOMPARE(world.session.clientBinPath, "C:\\Client\\Bin\\"_L1);
+    QVERIFY(control<QGroupBox>(&form, "fraSelProjectType")->isVisible());
+    QCOMPARE(control<QGroupBox>(&form, "fraSelProjectType")->title(), "Select Project Type"_L1);
+    const QMap<const char *, QString> captions{{"cmdAddNewProject", u"&Add "_s},
+                                               {"cmdContinueProject", u"&Continue"_s},
+                                               {"cmdMergeProjects", u"&Merge"_s},
+                                               {"cmdDeleteProject", u"&Delete "_s},
+                                               {"cmdRankBookSet", u"&Rank"_s},
+                                               {"cmdCancel", u"Ca&ncel"_s},
+                                               {"cmdHelp", u"&Help"_s}};
+    for (auto caption = captions.begin(); caption != captions.end(); ++caption)
+        QCOMPARE(control<QPushButton>(&form, caption.key())->text(), caption.value());
+    QCOMPARE(control<QLabel>(&form, "lblDelPrj")->text(), "Delete Project/Bookset :"_L1);
+    QCOMPARE(control<QLabel>(&form, "LblContinueProject")->text(), "Continue Project :"_L1);
+
+    QVERIFY(isEnabled(&form, "cmdAddNewProject") && isEnabled(&form, "cmdMergeProjects"));
+    QVERIFY(!isEnabled(&form, "cmdDeleteProject") && !isEnabled(&form, "cmdRankBookSet"));
+    QVERIFY(!control<QWidget>(&form, "cmdContinueProject")->toolTip().isEmpty());
+
+    QVERIFY2(world.clock.elapsed >= std::chrono::seconds(5), "the splash stayed for its time");
+    QVERIFY(!openWindow<frmOrvantisVRXSplashScreen>());
+    QCOMPARE(splashFlag(world), "0"_L1);
+    QVERIFY(!world.files.exists(u"S:\\Docs\\TempFile.txt"_s));
+}
+
+void tst_launcher::leavesWithoutAskingForAChoice()
+{
+    TestProgram world;
+    world.session.gbFromMainWindow = true;
+    QPointer form = new frmSelPrjType(world.program);
+    form->show();
+    QVERIFY2(world.clock.elapsed == std::chrono::seconds(0), "no splash from the main window");
+    form->activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(form));
+
+    QTest::keyClick(form, Qt::Key_A, Qt::AltModifier);
+    QTRY_COMPARE(world.navigator.shown, QList{Form::SelPrjTypetoAdd});
+    QTRY_VERIFY(!form);
+    QVERIFY(world.messages.shown.isEmpty());
+}
+
+void tst_launcher::asksOnlyWhenTheUserLeaves()
+{
+    TestProgram world;
+    QPointer form = new frmSelPrjType(world.program);
+    form->show();
+
+    world.messages.answers = {Answer::No, Answer::No, Answer::No};
+    click(form, "cmdCancel");
+    QTest::keyClick(form, Qt::Key_Escape);
+    form->close();
+    QVERIFY(form && form->isVisible());
+    QCOMPARE(world.messages.shown.size(), 3);
+    QCOMPARE(world.messages.boxes.last().text, "Do you want to close Quovane Developer?"_L1);
+    QCOMPARE(world.messages.boxes.last().title, "QV Developer"_L1);
+    QVERIFY(world.messages.boxes.last().buttons == Buttons::YesNo);
+
+    QTest::keyClick(form, Qt::Key_F1);
+    QCOMPARE(world.processes.started, QStringList{u"C:\\Client\\Bin\\StartApp.exe|"
+                                                  "QVT@qv@qvdev_ug@qv@What do you want to do"_s});
+
+    click(form, "cmdMergeProjects");
+    QCOMPARE(world.navigator.shown, QList{Form::MergeProjects});
+    QTRY_VERIFY(!form);
+    QCOMPARE(world.messages.shown.size(), 3);
+}
+
+void tst_launcher::comesBackWithoutASplash()
+{
+    TestProgram world;
+    world.session.gbBackToLauncher = true;
+    QPointer form = new frmSelPrjType(world.program);
+    form->loadform();
+    QVERIFY(form->isVisible() && form->isLoaded());
+    QCOMPARE(control<QPushButton>(form, "cmdAddNewProject")->text(), "&Add "_L1);
+    QCOMPARE(control<QPushButton>(form, "cmdRankBookSet")->text(), "&Rank"_L1);
+    QCOMPARE(splashFlag(world), QString());
+    QVERIFY(!world.session.gbBackToLauncher);
+
+    world.messages.answers = {Answer::Yes};
+    click(form, "cmdCancel");
+    QCOMPARE(world.messages.shown, QStringList{u"Do you want to close Quovane Developer?"_s});
+    QTRY_VERIFY(!form);
+}
+
+void tst_launcher::offersToCloseTheIndexManager()
+{
+    TestProgram world;
+    QPointer form = new frmSelPrjType(world.program);
+    form->show();
+    world.windows.open = {u"Nairurda"_s};
+    world.messages.answers = {Answer::Yes, Answer::Yes};
+    form->close();
+    QCOMPARE(world.messages.shown.last(),
+             "Index Manager is still running, do you want to close it?"_L1);
+    QCOMPARE(world.windows.closed, QStringList{u"WindowsForms10.Window.8.app3|Nairurda"_s});
+    QTRY_VERIFY(!form);
+}
+
+void tst_launcher::hasNothingToChooseWithoutWriteAccess()
+{
+    TestProgram world;
+    QVERIFY(QDir(world.native(u"Docs"_s)).removeRecursively());
+    frmSelPrjType form(world.program);
+    form.show();
+    QCOMPARE(world.messages.shown,
+             QStringList{u"Your QV server S:\\  does not have sufficient privileges to do the "
+                         "operation."_s});
+    QCOMPARE(world.ending.ended, 1);
+    QVERIFY(!control<QGroupBox>(&form, "fraSelProjectType")->isVisible());
+}
+
+void tst_launcher::saysWhatFailedWhileLoading()
+{
+    TestProgram world;
+    world.registry.values.remove(
+        MemoryRegistry::place(Hive::LocalMachine, RegistryKey::product, u"Client"_s));
+    frmSelPrjType form(world.program);
+    form.show();
+    QCOMPARE(world.messages.shown.size(), 1);
+    QVERIFY(world.messages.shown.first().contains("Client"_L1));
+    QVERIFY(world.messages.shown.first().endsWith(": QV_Developer::frmSelPrjType-Form_Load"_L1));
+    QVERIFY(!control<QGroupBox>(&form, "fraSelProjectType")->isVisible());
+}
+
+void tst_launcher::asksForTheServerOnTheFirstRun()
+{
+    TestProgram world;
+    world.registry.values.clear();
+    world.files.makeFolder(u"C:\\Try"_s);
+    world.dialogs.paths = {u"\\\\server\\qv"_s, u"C:\\Try"_s, u"C:\\Try"_s};
+    world.messages.choices = {0, 0, 1};
+    frmSelPrjType form(world.program);
+    form.show();
+
+    const QStringList said = world.messages.shown;
+    QCOMPARE(said.size(), 5); // three questions, two refusals
+    QVERIFY(said[1].contains("\\\\server\\qv is a network name"_L1));
+    QVERIFY(said[1].contains("drive letter"_L1));
+    QVERIFY(said[3].contains("no folder Docs in C:\\Try"_L1));
+
+    QCOMPARE(world.session.serverPath, "C:\\Try\\Quovane Sample\\Server\\"_L1);
+    QCOMPARE(world.session.clientBinPath, "C:\\Try\\Quovane Sample\\Client\\Bin\\"_L1);
+    QVERIFY(world.files.folderExists(u"C:\\Try\\Quovane Sample\\Client\\Bin"_s));
+    const QString docs = u"C:\\Try\\Quovane Sample\\Server\\Docs\\"_s;
+    QVERIFY(CategoryFile(world.files).read(docs + u"QV_DefaultCategories.xml"_s).size() > 3);
+    QVERIFY(world.files.fileExists(docs + u"QV_Selection.xml"_s));
+    QVERIFY(ProjectCatalogue(world.session, world.files).entries().isEmpty());
+    QVERIFY(control<QGroupBox>(&form, "fraSelProjectType")->isVisible());
+
+    world.registry.values.clear(); // a second sample never touches the first
+    world.dialogs.paths = {u"C:\\Try"_s, u"C:\\Try\\Quovane Sample\\Server"_s};
+    world.messages.choices = {1, 0};
+    frmSelPrjType again(world.program);
+    again.show();
+    QVERIFY(world.messages.shown[6].contains("already something at C:\\Try\\Quovane Sample"_L1));
+    QCOMPARE(world.session.serverPath, "C:\\Try\\Quovane Sample\\Server\\"_L1);
+}
+
+void tst_launcher::quitsOnTheFirstRun()
+{
+    TestProgram world;
+    world.registry.values.clear();
+    world.messages.choices = {2};
+    QPointer form = new frmSelPrjType(world.program);
+    form->show();
+    QVERIFY(!form->isVisible());
+    QTRY_VERIFY(!form);
+    QCOMPARE(world.messages.shown.size(), 1);
+    QVERIFY(world.registry.values.isEmpty());
+}
+
+void tst_launcher::startsAsTheArgumentsSay()
+{
+    TestProgram world;
+    QVERIFY(Main(world.program, {u"IBL"_s, u"more"_s}));
+    QCOMPARE(world.navigator.shown, QList{Form::SelPrjType});
+
+    QVERIFY(!Main(world.program, {u"iBl"_s}));
+    QCOMPARE(world.processes.started, QStringList{u"C:\\Client\\Bin\\QV_IBLIndexMgr.exe"_s});
+    world.processes.missing = true;
+    QVERIFY(!Main(world.program, {u"ibl"_s}));
+    QCOMPARE(world.messages.shown,
+             QStringList{u"Error(53) in procedure mnuIndexManager_Click of Form frmMainUI"_s});
+    QVERIFY(world.messages.boxes.first().details.contains("QV_IBLIndexMgr.exe"_L1));
+
+    world.windows.running = true;
+    QVERIFY(!Main(world.program, {}));
+    QCOMPARE(world.windows.raised, QStringList{u"Quovane Developer Pro||"_s});
+    QCOMPARE(world.navigator.shown.size(), 1);
+}
+
+int main(int argc, char *argv[])
+{
+    return runFormTest<tst_launcher>(argc, argv);
+}
+
+#include "tst_launcher.moc"

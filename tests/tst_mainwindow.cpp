@@ -1,0 +1,478 @@
+#include "catalogue/StatusIndicators.h"
+#include "controls/QV_DeveloperTreeOCX.h"
+#include "controls/StatusLight.h"
+#include "controls/ctlBooksTab.h"
+#include "controls/ctlBuildTab.h"
+#include "controls/ctlGlobalsTab.h"
+#include "controls/ctlQuickNav.h"
+#include "dialogs/frmSelPrjType.h"
+#include "startup/frmOrvantisVRXSplashScreen.h"
+#include "support/WorkspaceWorld.h"
+#include "workspace/frmBuild.h"
+
+#include <QAction>
+#include <QLabel>
+#include <QListWidget>
+#include <QMenu>
+#include <QPlainTextEdit>
+#include <QPointer>
+#include <QSplitter>
+#include <QStatusBar>
+#include <QTabBar>
+#include <QTreeWidget>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr auto closeQuestion = "Do you want to close Quovane Developer?"_L1;
+constexpr auto switchQuestion = "Do you want to Close the current Project session?"_L1;
+constexpr auto notBuilt = "You have not performed the build, all the changes you have done will "
+                          "not be reflected in the QV Delivery engine."_L1;
+constexpr std::array editors{"ctlGlobalsTab1", "ctlBooksTab1", "ctlQuickNav1"};
+constexpr std::array lights{"DoctoDoc", "ContextSettings", "QuickNav", "SearchIndex"};
+
+/// The editors that can be seen: "" or the one name.
+QString visibleEditor(const QWidget *form)
+{
+    QStringList visible;
+    for (const char *const editor : editors) {
+        if (control<QWidget>(form, editor)->isVisible())
+            visible.append(QString::fromLatin1(editor));
+    }
+    return visible.join(u'+');
+}
+
+QString chosenIn(const QWidget *form, const char *list)
+{
+    const QListWidgetItem *const item = control<QListWidget>(form, list)->currentItem();
+    return item ? item->text() : QString();
+}
+
+void trigger(const QWidget *form, const char *menuItem)
+{
+    auto *const action = form->findChild<QAction *>(QString::fromLatin1(menuItem));
+    QVERIFY2(action && action->isEnabled(), menuItem);
+    action->trigger();
+}
+
+constexpr auto quickNavText =
+    "<QV_QuickNav><View ID=\"1\"><View_Name>Tasks</View_Name><Group ID=\"2\">"
+    "<Group_Name>Service</Group_Name><Topic ID=\"3\"><Topic_Name>Pumps</Topic_Name>"
+    "<Category ID=\"4\"><Category_Name>Seals</Category_Name></Category></Topic></Group></View>"
+    "</QV_QuickNav>\r\n"_L1;
+constexpr auto globalBookText =
+    "<Book_Master><Book><Book_Name>Global Information</Book_Name><Book_Acro>GLOBAL</Book_Acro>"
+    "</Book><Global_Pages><Page ID=\"G1\" Type=\"Welcome\"><Page_Title>Welcome</Page_Title>"
+    "<Page_File>welcome.htm</Page_File></Page></Global_Pages></Book_Master>\r\n"_L1;
+
+} // namespace
+
+class tst_mainwindow final : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void opensOnTheGlobals();
+    void showsTheEditorOfTheTab();
+    void passesTheChosenNodeOn();
+    void passesQuickNavigationOn();
+    void marksChangesThatNoBuildHasTakenIn();
+    void saysWhichHandlerFailed();
+    void followsANewProjectName();
+    void asksBeforeItCloses();
+    void asksForPageTextFirst();
+    void returnsToTheLauncherUnlessRefused();
+    void startsOtherPrograms();
+    void keepsItsLayout();
+    void keepsTheBuildWindowInStep();
+};
+
+void tst_mainwindow::opensOnTheGlobals()
+{
+    WorkspaceWorld world;
+    world.makeProject(u"Plant"_s);
+    world.real.handOver(u"Plant"_s, u"ENU"_s);
+    QVERIFY2(!world.mainWindow()->isVisible() && !world.mainWindow()->isLoaded(), "only touched");
+
+    world.real.show(Form::MainUI);
+    const frmMainUI *const form = world.mainWindow();
+    QCOMPARE(form->windowTitle(), "Quovane Developer Pro"_L1);
+    QCOMPARE(control<QAbstractButton>(form, "cmdBuild")->text(), "B&uild"_L1);
+    QCOMPARE(control<QAbstractButton>(form, "cmdPreview")->text(), "&Preview"_L1);
+    QCOMPARE(control<QTreeView>(form, "tvwProject")->model()->index(0, 0).data(), u"Plant"_s);
+    QVERIFY(control<QTreeView>(form, "tvwProject")->hasFocus()
+            || form->focusWidget() == control<QTreeView>(form, "tvwProject"));
+    QCOMPARE(visibleEditor(form), "ctlGlobalsTab1"_L1);
+    QCOMPARE(control<QStatusBar>(form, "stbState")->currentMessage(), "Project Plant is open."_L1);
+
+    QVERIFY(!isEnabled(form, "cmdBuild"));
+    QVERIFY(!control<QWidget>(form, "cmdBuild")->toolTip().isEmpty());
+    for (const char *const item : {"mnuBuildProject", "mnu_Book_Linking_Report", "mnuDoc_To_Doc",
+                                   "mnuQAChecks", "mnuQNav", "mnuSearch_Words"}) {
+        const auto *const action = form->findChild<QAction *>(QString::fromLatin1(item));
+        QVERIFY2(action && !action->isEnabled(), item);
+        QCOMPARE(action->toolTip(), "This version of QV Developer cannot do this yet."_L1);
+        QVERIFY(qobject_cast<QMenu *>(action->associatedObjects().first())->toolTipsVisible());
+    }
+    QVERIFY(world.messages.shown.isEmpty());
+}
+
+void tst_mainwindow::showsTheEditorOfTheTab()
+{
+    WorkspaceWorld world;
+    world.makeProject(u"Plant"_s);
+    const frmMainUI *const form = world.openMainWindow();
+    auto *const tabs = control<QTabBar>(form, "SSTab1");
+    QCOMPARE(tabs->count(), 3);
+    QVERIFY2(tabs->rect().contains(tabs->tabRect(2)), "the tabs can be seen");
+    for (const int tab : {1, 2, 0}) {
+        QTest::mouseClick(tabs, Qt::LeftButton, {}, tabs->tabRect(tab).center());
+        QCOMPARE(tabs->currentIndex(), tab);
+        QCOMPARE(visibleEditor(form), QLatin1String(editors.at(std::size_t(tab))));
+    }
+    tabs->setCurrentIndex(tabs->addTab(u"None of ours"_s));
+    QCOMPARE(visibleEditor(form), QString());
+}
+
+void tst_mainwindow::passesTheChosenNodeOn()
+{
+    WorkspaceWorld world;
+    world.makeProject(u"Plant"_s);
+    world.addBook(u"Operator's Guide"_s, u"OPG"_s);
+    world.addBook(u"Repair"_s, u"REP"_s);
+    world.putXml(world.projectPath() + u"_Global Information\\Book_Global.xml"_s, globalBookText);
+    frmMainUI *const form = world.openMainWindow();
+    auto *const tabs = control<QTabBar>(form, "SSTab1");
+    const QString globalsName = u"Globals"_s;
+
+    tabs->setCurrentIndex(2);
+    chooseInTree(form, {u"Books"_s, u"Repair"_s});
+    QVERIFY(chosenIn(form, "lstBooks").contains(u"Repair"_s));
+    QCOMPARE(visibleEditor(form), "ctlQuickNav1"_L1);
+
+    Q_EMIT control<ctlGlobalsTab>(form, "ctlGlobalsTab1")->OnCategoryDeletion();
+    QVERIFY2(chosenIn(form, "lstBooks").isEmpty(), "no book is shown once a category has gone");
+
+    chooseInTree(form, {u"Books"_s, u"Operator's Guide"_s});
+    chooseInTree(form, {globalsName, u"Welcome"_s});
+    QCOMPARE(tabs->currentIndex(), 0);
+    QCOMPARE(visibleEditor(form), "ctlGlobalsTab1"_L1);
+    QVERIFY(chosenIn(form, "lstBooks").isEmpty());
+    const auto *const pages = control<QTreeWidget>(form, "tvwGlobalPages");
+    QVERIFY(pages->currentItem());
+    QCOMPARE(pages->currentItem()->text(0), "Welcome"_L1);
+
+    chooseInTree(form, {u"Books"_s, u"Repair"_s});
+    tabs->setCurrentIndex(1);
+    chooseInTree(form, {globalsName});
+    QCOMPARE(visibleEditor(form), "ctlGlobalsTab1"_L1);
+    QVERIFY(chosenIn(form, "lstBooks").isEmpty());
+    QVERIFY(world.messages.shown.isEmpty());
+}
+
+void tst_mainwindow::passesQuickNavigationOn()
+{
+    WorkspaceWorld world;
+    world.makeProject(u"Plant"_s);
+    world.files.makeFolder(world.projectPath() + u"QuickNav"_s);
+    world.putXml(world.projectPath() + u"QuickNav\\Book_QuickNav.xml"_s, quickNavText);
+    frmMainUI *const form = world.openMainWindow();
+    auto *const tree = control<QV_DeveloperTreeOCX>(form, "QV_DeveloperTreeOCX1");
+
+    chooseInTree(form, {u"Quick Navigation"_s, u"Tasks"_s, u"Service"_s, u"Pumps"_s, u"Seals"_s});
+    QCOMPARE(chosenIn(form, "lstViews"), "Tasks"_L1);
+    QCOMPARE(chosenIn(form, "lstTopics"), "Pumps"_L1);
+    QCOMPARE(chosenIn(form, "lstCategories"), "Seals"_L1);
+
+    const auto tell = [&](const QString &category, int level) {
+        Q_EMIT tree->evtQVTreeQuickNavInfo(u"Plant"_s, u"Tasks"_s, u"Service"_s, u"Pumps"_s,
+                                           category, level);
+    };
+    tell({}, 4);
+    QCOMPARE(chosenIn(form, "lstTopics"), "Pumps"_L1);
+    QCOMPARE(chosenIn(form, "lstCategories"), QString());
+    tell(u"Seals"_s, 4);
+    QCOMPARE(chosenIn(form, "lstCategories"), "Seals"_L1);
+    tell(u"Seals"_s, 3);
+    QCOMPARE(chosenIn(form, "lstCategories"), QString());
+}
+
+void tst_mainwindow::marksChangesThatNoBuildHasTakenIn()
+{
+    WorkspaceWorld world;
+    world.makeProject(u"Plant"_s);
+    const frmMainUI *const form = world.openMainWindow();
+    auto *const globals = control<ctlGlobalsTab>(form, "ctlGlobalsTab1");
+    auto *const books = control<ctlBooksTab>(form, "ctlBooksTab1");
+    auto *const quickNav = control<ctlQuickNav>(form, "ctlQuickNav1");
+    const QWidget *const build = world.real.window(Form::Build);
+
+    struct Event
+    {
+        const char *name;
+        std::function<void(bool)> raise;
+        bool Session::*flag;
+    };
+    const QList<Event> events{
+        {"OnAddGlobalPage", [=](bool c) { Q_EMIT globals->OnAddGlobalPage({}, {}, c); },
+         &Session::globalsChanged},
+        {"OnAdditionQNCategory", [=](bool c) { Q_EMIT globals->OnAdditionQNCategory(c); },
+         &Session::globalsChanged},
+        {"OnAddImportFiles", [=](bool c) { Q_EMIT books->OnAddImportFiles(c); },
+         &Session::booksChanged},
+        {"OnAddSourceFiles", [=](bool c) { Q_EMIT books->OnAddSourceFiles(c); },
+         &Session::booksChanged},
+        {"OnDeleteBook", [=](bool c) { Q_EMIT books->OnDeleteBook(c); }, &Session::booksChanged},
+        {"evtRefreshTree", [=](bool c) { Q_EMIT quickNav->evtRefreshTree({}, {}, c); },
+         &Session::quickNavChanged},
+    };
+    StatusIndicators status(world.session, world.files, world.real);
+    for (const Event &event : events) {
+        Session &session = world.session;
+        session.globalsChanged = session.booksChanged = session.quickNavChanged = false;
+        status.UpdateStatusXml(255);
+
+        event.raise(false);
+        QVERIFY2(!session.hasUnbuiltChanges(), event.name);
+        QCOMPARE(status.lights()->searchIndex, 255);
+
+        event.raise(true);
+        QVERIFY2(session.*event.flag, event.name);
+        QCOMPARE(session.globalsChanged + session.booksChanged + session.quickNavChanged, 1);
+        for (const char *const light : lights)
+            QCOMPARE(control<StatusLight>(build, light)->word(), "Must run"_L1);
+        QCOMPARE(status.lights()->docToDoc, neutralColour);
+    }
+}
+
+void tst_mainwindow::saysWhichHandlerFailed()
+{
+    WorkspaceWorld world;
+    world.makeProject(u"Plant"_s);
+    const frmMainUI *const form = world.openMainWindow();
+    const QString statusFile = world.projectPath() + u"QV_StatusIndicators.xml"_s;
+    world.files.setAttributes(statusFile, 1);
+
+    Q_EMIT control<ctlBooksTab>(form, "ctlBooksTab1")->OnDeleteBook(true);
+    const QString reason = world.session.errorText;
+    QVERIFY(reason.contains(statusFile));
+    QCOMPARE(world.messages.shown,
+             QStringList{reason + u": QV_Developer-frmMainUI::ctlBooksTab1_OnDeleteBook"_s});
+    QVERIFY2(world.session.booksChanged, "what the handler had set stays set");
+
+    Q_EMIT control<ctlQuickNav>(form, "ctlQuickNav1")->evtRefreshTree({}, {}, true);
+    QCOMPARE(world.messages.shown.last(),
+             u"Error 70 ("_s + reason
+                 + u") in procedure ctlQuickNav1_evtRefreshTree of Form frmMainUI"_s);
+
+    world.put(world.projectPath() + u"QV_Toc.xml"_s, "broken");
+    Q_EMIT control<ctlGlobalsTab>(form, "ctlGlobalsTab1")->OnRefreshTree();
+    QVERIFY(world.messages.shown.last().startsWith(u"Error 75 ("_s));
+    QVERIFY(world.messages.shown.last().contains(u"QV_Toc.xml"_s, Qt::CaseInsensitive));
+    QVERIFY(world.messages.shown.last().endsWith(
+        u") in procedure ctlGlobalsTab1_OnRefreshTree of Form frmMainUI"_s));
+}
+
+void tst_mainwindow::followsANewProjectName()
+{
+    WorkspaceWorld world;
+    world.makeProject(u"Plant 2"_s);
+    world.makeProject(u"Plant"_s);
+    const frmMainUI *const form = world.openMainWindow();
+    auto *const globals = control<ctlGlobalsTab>(form, "ctlGlobalsTab1");
+
+    globals->setProjectName(u"Plant 2"_s);
+    Q_EMIT globals->OnprojectNameChange();
+    QCOMPARE(world.session.projectName, "Plant 2"_L1);
+    QCOMPARE(control<QV_DeveloperTreeOCX>(form, "QV_DeveloperTreeOCX1")->ProjectName(),
+             "Plant 2"_L1);
+    QCOMPARE(control<ctlBooksTab>(form, "ctlBooksTab1")->ProjectName(), "Plant 2"_L1);
+    QCOMPARE(control<QLabel>(world.real.window(Form::Build), "lblProject")->text(),
+             "Plant 2 (ENU)"_L1);
+    QCOMPARE(globals->ProjectName(), "Plant 2"_L1);
+}
+
+void tst_mainwindow::asksBeforeItCloses()
+{
+    struct Case
+    {
+        bool unbuilt, quiet, yes;
+        QStringList shown;
+    };
+    const QString question(closeQuestion);
+    const QString warning(notBuilt);
+    const QList<Case> cases{{false, false, false, {question}},
+                            {false, false, true, {question}},
+                            {true, false, false, {warning, question}},
+                            {true, false, true, {warning, question}},
+                            {false, true, true, {}},
+                            {true, true, true, {warning}}};
+    for (const Case &row : cases) {
+        WorkspaceWorld world;
+        world.makeProject(u"Plant"_s);
+        frmMainUI *const form = world.openMainWindow();
+        world.session.quickNavChanged = row.unbuilt;
+        form->mbQuietClose = row.quiet;
+        if (!row.quiet)
+            world.messages.answers = {row.yes ? Answer::Yes : Answer::No};
+
+        QCOMPARE(form->close(), row.yes);
+        QCOMPARE(world.messages.shown, row.shown);
+        QVERIFY(row.quiet || world.messages.boxes.last().title == "QV Developer"_L1);
+        QVERIFY(form->isVisible() != row.yes && world.messages.unexpected.isEmpty());
+        QVERIFY2(world.session.quickNavChanged == row.unbuilt, "only a build clears it");
+    }
+}
+
+void tst_mainwindow::asksForPageTextFirst()
+{
+    WorkspaceWorld world;
+    world.makeProject(u"Plant"_s);
+    world.addBook(u"Repair"_s, u"REP"_s);
+    frmMainUI *const form = world.openMainWindow();
+    chooseInTree(form, {u"Books"_s, u"Repair"_s, u"Start"_s});
+    QPlainTextEdit *source = nullptr;
+    for (auto *const text :
+         control<QWidget>(form, "ctlBooksTab1")->findChildren<QPlainTextEdit *>())
+        source = text->toPlainText().contains(u"Old text"_s) ? text : source;
+    QVERIFY(source);
+    source->insertPlainText(u"New. "_s);
+    world.session.booksChanged = true;
+    const QString page = world.projectPath() + u"Book_REP\\a.htm"_s;
+
+    world.messages.choices = {2};
+    QVERIFY2(!form->close() && form->isVisible(), "the author wants to stay");
+    QCOMPARE(world.messages.shown.size(), 1);
+
+    world.messages.choices = {0};
+    world.messages.answers = {Answer::Yes};
+    QVERIFY(form->close());
+    QCOMPARE(world.messages.shown.mid(2), (QStringList{notBuilt, closeQuestion}));
+    QVERIFY(world.bytes(page).contains("New. "));
+}
+
+void tst_mainwindow::returnsToTheLauncherUnlessRefused()
+{
+    WorkspaceWorld world;
+    world.makeProject(u"Plant"_s);
+    const QPointer form = world.openMainWindow();
+    const QPointer build = world.real.window(Form::Build);
+
+    world.messages.answers = {Answer::No, Answer::No};
+    trigger(form, "mnuSelProject");
+    QCOMPARE(world.messages.shown, QStringList{switchQuestion});
+    QVERIFY(form->isVisible() && build && !openWindow<frmSelPrjType>());
+    form->close();
+    QCOMPARE(world.messages.shown.last(), closeQuestion);
+
+    world.windows.open = {u"Nairurda"_s};
+    world.messages.answers = {Answer::Yes, Answer::Yes};
+    trigger(form, "mnuSelProject");
+    QCOMPARE(world.messages.shown.mid(2),
+             (QStringList{switchQuestion,
+                          u"Index Manager is still running, do you want to close it?"_s}));
+    QCOMPARE(world.windows.closed, QStringList{u"WindowsForms10.Window.8.app3|Nairurda"_s});
+    QTRY_VERIFY(!form && !build);
+    QVERIFY(openWindow<frmSelPrjType>());
+    QVERIFY(world.session.gbFromMainWindow);
+    QVERIFY2(!openWindow<frmOrvantisVRXSplashScreen>(), "no splash on the way back");
+
+    world.session.projectName = u"Plant"_s;
+    const QPointer again = world.openMainWindow();
+    world.messages.answers = {Answer::Yes, Answer::No};
+    trigger(again, "mnuExit");
+    QCOMPARE(world.messages.shown.at(4), closeQuestion);
+    QTRY_VERIFY(!again);
+}
+
+void tst_mainwindow::startsOtherPrograms()
+{
+    WorkspaceWorld world;
+    world.makeProject(u"Plant"_s);
+    frmMainUI *const form = world.openMainWindow();
+    click(form, "cmdPreview");
+    trigger(form, "mnuQV");
+    trigger(form, "mnuIndexManager");
+    QCOMPARE(world.processes.started, (QStringList{u"C:\\Client\\Bin\\StartApp.exe| "_s,
+                                                   u"C:\\Client\\Bin\\StartApp.exe| "_s,
+                                                   u"C:\\Client\\Bin\\QV_IBLIndexMgr.exe"_s}));
+
+    world.processes.missing = true;
+    form->CallIndexManager();
+    QCOMPARE(world.messages.shown,
+             QStringList{u"Error(53) in procedure mnuIndexManager_Click of Form frmMainUI"_s});
+    QVERIFY(world.messages.boxes.last().details.contains(u"QV_IBLIndexMgr.exe"_s));
+
+    trigger(form, "mnuQVDeveloper");
+    QVERIFY(openWindow<frmOrvantisVRXSplashScreen>());
+    QTest::mouseClick(form, Qt::LeftButton, {}, {3, form->height() / 2});
+    QVERIFY(!openWindow<frmOrvantisVRXSplashScreen>());
+}
+
+void tst_mainwindow::keepsItsLayout()
+{
+    WorkspaceWorld world;
+    world.makeProject(u"Plant"_s);
+    QPointer form = world.openMainWindow();
+    form->resize(700, 520);
+    const QSize size = form->size();
+    QVERIFY2(size.width() < 750 && size.height() < 600, "unlike the first time");
+    control<QSplitter>(form, "splWorkspace")->setSizes({210, 460});
+    const QList<int> sizes = control<QSplitter>(form, "splWorkspace")->sizes();
+    form->mbQuietClose = true;
+    form->close();
+
+    form = world.openMainWindow();
+    QCOMPARE(form->size(), size);
+    QCOMPARE(control<QSplitter>(form, "splWorkspace")->sizes(), sizes);
+}
+
+void tst_mainwindow::keepsTheBuildWindowInStep()
+{
+    WorkspaceWorld world;
+    world.makeProject(u"Plant"_s);
+    world.putXml(world.projectPath() + u"QV_StatusIndicators.xml"_s,
+                 u"<QV_StatusIndicator><DoctoDoc>3046706</DoctoDoc><ContextSettings>16361509"
+                 "</ContextSettings><QuickNav>12986408</QuickNav><SearchIndex>7</SearchIndex>"
+                 "</QV_StatusIndicator>\r\n"_s);
+    world.real.handOver(u"Plant"_s, u"ENU"_s);
+    const QPointer window = static_cast<frmBuild *>(world.real.window(Form::Build));
+    ctlBuildTab &control1 = window->ctlBuildTab1();
+    const auto words = [&] {
+        QStringList shown;
+        for (const char *const light : lights)
+            shown.append(control<StatusLight>(window, light)->word());
+        return shown;
+    };
+    QCOMPARE(words(), (QStringList{u"Good"_s, u"Finished with warnings"_s, u"Failed"_s,
+                                   u"Set by another tool (7)"_s}));
+    QCOMPARE(control<QWidget>(window, "QuickNav")->accessibleName(), "Quick navigation: Failed"_L1);
+
+    world.files.removeFile(world.projectPath() + u"QV_StatusIndicators.xml"_s);
+    control1.RefreshStatus(u"MainUI"_s);
+    QCOMPARE(words(), QStringList(4, u"Not known"_s));
+    QVERIFY(control<QLabel>(window, "lblProblem")->isVisibleTo(window));
+
+    Q_EMIT control1.evtNext();
+    QCOMPARE(window->windowTitle(), "Build Step 2 of 2"_L1);
+    Q_EMIT control1.evtBack();
+    QCOMPARE(window->windowTitle(), "Build Step 1 of 2"_L1);
+
+    world.session.booksChanged = world.session.globalsChanged = true;
+    Q_EMIT control1.evtProcessComplete(false);
+    QVERIFY(world.session.booksChanged && world.session.globalsChanged);
+    Q_EMIT control1.evtProcessComplete(true);
+    QVERIFY(!world.session.hasUnbuiltChanges());
+
+    Q_EMIT control1.evtZippingComplete();
+    QTRY_VERIFY(!window);
+    QVERIFY(world.messages.shown.isEmpty());
+}
+
+int main(int argc, char *argv[])
+{
+    return runFormTest<tst_mainwindow>(argc, argv);
+}
+
+#include "tst_mainwindow.moc"

@@ -1,0 +1,150 @@
+#include "dialogs/frmSelPrjType.h"
+#include "dialogs/frmSelPrjTypetoAdd.h"
+#include "startup/StartUp.h"
+#include "startup/frmOrvantisVRXSplashScreen.h"
+#include "support/WorkspaceWorld.h"
+
+#include <QLineEdit>
+#include <QPointer>
+#include <QTabBar>
+#include <QTimer>
+
+using namespace Qt::StringLiterals;
+
+class tst_navigation final : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void leadsFromTheLauncherToTheWorkspace();
+    void tellsWhatCannotBeRead();
+    void endsWithTheLastWindow();
+    void comesToTheFront();
+    void refusesWindowsItDoesNotHave();
+};
+
+void tst_navigation::leadsFromTheLauncherToTheWorkspace()
+{
+    WorkspaceWorld world;
+    QVERIFY(Main(world.live, {}));
+    QPointer launcher = openWindow<frmSelPrjType>();
+    QVERIFY(launcher);
+    QVERIFY(isEnabled(launcher, "cmdAddNewProject") && !isEnabled(launcher, "cmdMergeProjects"));
+
+    click(launcher, "cmdAddNewProject");
+    QTRY_VERIFY(!launcher);
+    QPointer wizard = openWindow<frmSelPrjTypetoAdd>();
+    const auto before = world.clock.elapsed;
+    click(wizard, "cmdBack");
+    QTRY_VERIFY(!wizard);
+    launcher = openWindow<frmSelPrjType>();
+    QVERIFY(launcher && control<QWidget>(launcher, "fraSelProjectType")->isVisible());
+    QVERIFY2(world.clock.elapsed == before, "Back shows no splash");
+
+    click(launcher, "cmdAddNewProject");
+    QTRY_VERIFY(!launcher);
+    wizard = openWindow<frmSelPrjTypetoAdd>();
+    control<QLineEdit>(wizard, "txtProjectName")->setText(u"Plant"_s);
+    control<QLineEdit>(wizard, "txtPrjId")->setText(u"PLT"_s);
+    click(wizard, "cmdContinue");
+    QTRY_VERIFY(!wizard);
+    QCOMPARE(world.messages.shown, QStringList{});
+    const frmMainUI *const workspace = openWindow<frmMainUI>();
+    QVERIFY(workspace);
+    QCOMPARE(control<QTreeView>(workspace, "tvwProject")->model()->index(0, 0).data(), u"Plant"_s);
+
+    // Opening a book's editor from the tree brings its tab to the front.
+    world.addBook(u"Repair"_s, u"REP"_s);
+    auto *const tree = control<QTreeView>(workspace, "tvwProject");
+    QTest::keyClick(tree, Qt::Key_F5);
+    chooseInTree(world.mainWindow(), {u"Books"_s, u"Repair"_s});
+    QCOMPARE(control<QTabBar>(workspace, "SSTab1")->currentIndex(), 0);
+    Q_EMIT tree->activated(tree->currentIndex());
+    QCOMPARE(control<QTabBar>(workspace, "SSTab1")->currentIndex(), 1);
+}
+
+void tst_navigation::tellsWhatCannotBeRead()
+{
+    WorkspaceWorld world;
+    world.makeProject(u"Plant"_s);
+    world.put(world.projectPath() + u"QV_Toc.xml"_s, "broken");
+    try {
+        world.real.handOver(u"Plant"_s, u"ENU"_s);
+        QFAIL("A broken table of contents was taken for a project");
+    } catch (const QvError &error) {
+        QCOMPARE(error.number(), int(PathFileAccess));
+        QVERIFY(error.description().contains(u"QV_Toc.xml"_s, Qt::CaseInsensitive));
+    }
+    QVERIFY(!openWindow<frmMainUI>());
+}
+
+void tst_navigation::endsWithTheLastWindow()
+{
+    WorkspaceWorld world;
+    world.makeProject(u"Plant"_s);
+    world.session.gbFromMainWindow = true; // no splash
+    world.real.handOver(u"Plant"_s, u"ENU"_s);
+    world.real.show(Form::SelPrjType);
+    QTimer overdue;
+    overdue.setSingleShot(true);
+    connect(&overdue, &QTimer::timeout, this, [] { QCoreApplication::exit(1); });
+    overdue.start(20000);
+
+    // The workspace takes the launcher's place: the program goes on.
+    QTimer::singleShot(0, this, [&] {
+        world.messages.answers = {Answer::Yes, Answer::Yes};
+        world.real.show(Form::MainUI);
+        QVERIFY(world.real.unload(Form::SelPrjType));
+        QTimer::singleShot(0, this, [&] {
+            QVERIFY(openWindow<frmMainUI>());
+            QVERIFY(world.real.unload(Form::MainUI));
+        });
+    });
+    QCOMPARE(QCoreApplication::exec(), 0);
+    QCOMPARE(world.messages.shown.size(), 2);
+
+    // A hidden main window does not keep the program alive.
+    world.real.handOver(u"Plant"_s, u"ENU"_s);
+    QVERIFY(world.real.window(Form::MainUI) && world.real.window(Form::Build));
+    world.real.show(Form::SelPrjType);
+    QTimer::singleShot(0, this, [&] {
+        world.messages.answers = {Answer::Yes};
+        QVERIFY(world.real.unload(Form::SelPrjType));
+    });
+    QCOMPARE(QCoreApplication::exec(), 0);
+}
+
+void tst_navigation::comesToTheFront()
+{
+    WorkspaceWorld world;
+    world.makeProject(u"Plant"_s);
+    frmMainUI *const form = world.openMainWindow();
+    form->showMinimized();
+    world.real.bringToFront();
+    QVERIFY(form->isMaximized() && !form->isMinimized());
+    QVERIFY(QTest::qWaitForWindowActive(form));
+
+    world.messages.answers = {Answer::No};
+    world.real.closeFront();
+    QVERIFY(form->isVisible());
+    QCOMPARE(world.messages.shown, QStringList{u"Do you want to close Quovane Developer?"_s});
+}
+
+void tst_navigation::refusesWindowsItDoesNotHave()
+{
+    WorkspaceWorld world;
+    for (const Form form :
+         {Form::ContinueDeleteProject, Form::MergeProjects, Form::RankBookSet, Form::IBLReport}) {
+        QVERIFY(!world.real.offers(form));
+        QVERIFY_THROWS_EXCEPTION(QvError, world.real.show(form));
+        QVERIFY2(world.real.unload(form), "nothing to close is nothing refused");
+    }
+    QVERIFY(QApplication::topLevelWidgets().isEmpty());
+}
+
+int main(int argc, char *argv[])
+{
+    return runFormTest<tst_navigation>(argc, argv);
+}
+
+#include "tst_navigation.moc"

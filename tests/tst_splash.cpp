@@ -1,0 +1,139 @@
+#include "startup/StartUp.h"
+#include "startup/frmOrvantisVRXSplashScreen.h"
+#include "support/FormDriver.h"
+#include "support/TestProgram.h"
+
+#include <QLabel>
+#include <QMessageBox>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+class tst_splash final : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+    void showsNameVersionAndNotices();
+    void staysForFiveSeconds();
+    void closesWhenTheFlagReadsOne();
+    void closesAtOnceLater();
+    void closesAtAClick();
+    void makesWayForAMessage();
+
+private:
+    std::optional<QString> flag()
+    {
+        return world->registry.value(Hive::CurrentUser, RegistryKey::splash, u"SplashScreen"_s);
+    }
+    void setFlag(const QString &value)
+    {
+        world->registry.setValue(Hive::CurrentUser, RegistryKey::splash, u"SplashScreen"_s, value);
+    }
+
+    std::unique_ptr<TestProgram> world;
+};
+
+void tst_splash::init()
+{
+    world = std::make_unique<TestProgram>();
+    setFlag(u"1"_s); // left over from another program; showing clears it
+    showSplashScreen(world->program);
+    QCOMPARE(flag(), u"0"_s);
+    QVERIFY(openWindow<frmOrvantisVRXSplashScreen>());
+}
+
+void tst_splash::cleanup()
+{
+    if (auto *const splash = openWindow<frmOrvantisVRXSplashScreen>())
+        splash->close();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
+void tst_splash::showsNameVersionAndNotices()
+{
+    const auto *splash = openWindow<frmOrvantisVRXSplashScreen>();
+    const auto label = [&](const char *name) { return control<QLabel>(splash, name); };
+    QCOMPARE(label("lblQV")->text(), "Quovane"_L1);
+    QCOMPARE(label("lblQV2")->text(), "Developer Pro"_L1);
+    QCOMPARE(label("lblVRX")->text(), "VRX"_L1);
+    QCOMPARE(label("lblVersion")->text(), world->parts.generalTasks.QVDeveloperVersion());
+    QCOMPARE(label("lblVersion")->palette().color(QPalette::WindowText), QColor(0x7f, 0x7f, 0x7f));
+    for (QLabel *const notice : {label("lblCopyRight"), label("lblNotice")}) {
+        QVERIFY(!notice->text().isEmpty());
+        QVERIFY2(notice->heightForWidth(notice->width()) <= notice->height()
+                     || notice->sizeHint().width() <= notice->width(),
+                 "the notice fits");
+    }
+    const QLabel *image = label("Image1");
+    QCOMPARE(image->size(), QSize(521, 318));
+    QCOMPARE(image->pixmap().deviceIndependentSize(), QSizeF(521, 318));
+    QVERIFY(splash->windowFlags() & Qt::WindowStaysOnTopHint);
+    QVERIFY(splash->testAttribute(Qt::WA_ShowWithoutActivating));
+}
+
+void tst_splash::staysForFiveSeconds()
+{
+    world->registry.values.clear(); // a value that is not there is no wish to close
+    const auto shown = world->clock.elapsed;
+    unloadSplashScreen(world->program);
+    QVERIFY(world->clock.elapsed - shown >= 5s && world->clock.elapsed - shown < 6s);
+    QVERIFY(!openWindow<frmOrvantisVRXSplashScreen>());
+    QCOMPARE(flag(), u"0"_s);
+}
+
+void tst_splash::closesWhenTheFlagReadsOne()
+{
+    setFlag(u"1"_s);
+    const auto shown = world->clock.elapsed;
+    unloadSplashScreen(world->program);
+    QVERIFY(world->clock.elapsed - shown < 2s);
+    QVERIFY(!openWindow<frmOrvantisVRXSplashScreen>());
+    QCOMPARE(flag(), u"0"_s);
+}
+
+void tst_splash::closesAtOnceLater()
+{
+    world->clock.elapsed += 5s;
+    const auto later = world->clock.elapsed;
+    unloadSplashScreen(world->program);
+    QCOMPARE((world->clock.elapsed - later).count(), 500); // one look
+    QVERIFY(!openWindow<frmOrvantisVRXSplashScreen>());
+
+    setFlag(u"1"_s); // with none open only the flag is cleared
+    unloadSplashScreen(world->program);
+    QCOMPARE((world->clock.elapsed - later).count(), 500);
+    QCOMPARE(flag(), u"0"_s);
+}
+
+void tst_splash::closesAtAClick()
+{
+    setFlag(u"left"_s);
+    const auto *splash = openWindow<frmOrvantisVRXSplashScreen>();
+    QTest::mouseClick(splash->windowHandle(), Qt::LeftButton, {}, {40, 60}); // on the name
+    QVERIFY(!openWindow<frmOrvantisVRXSplashScreen>());
+    QCOMPARE(flag(), u"left"_s);
+
+    showSplashScreen(world->program); // it can be shown again, as the information window
+    QVERIFY(openWindow<frmOrvantisVRXSplashScreen>());
+    QWidget elsewhere;
+    elsewhere.show();
+    QTest::keyClick(&elsewhere, Qt::Key_Escape);
+    QVERIFY(!openWindow<frmOrvantisVRXSplashScreen>());
+}
+
+void tst_splash::makesWayForAMessage()
+{
+    QMessageBox box(QMessageBox::Information, u"Title"_s, u"Text"_s, QMessageBox::Ok);
+    box.open();
+    QVERIFY(!openWindow<frmOrvantisVRXSplashScreen>());
+}
+
+int main(int argc, char *argv[])
+{
+    return runFormTest<tst_splash>(argc, argv);
+}
+
+#include "tst_splash.moc"

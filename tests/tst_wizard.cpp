@@ -1,0 +1,551 @@
+#include "dialogs/frmProgBar.h"
+#include "dialogs/frmSelPrjTypetoAdd.h"
+#include "platform/Xml.h"
+#include "projectfiles/BookFile.h"
+#include "startup/clsRegAccess.h"
+#include "support/FormDriver.h"
+#include "support/TestProgram.h"
+
+#include <QButtonGroup>
+#include <QComboBox>
+#include <QGroupBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPointer>
+#include <QPushButton>
+
+#include <atomic>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr auto catalogueFile = "S:\\Docs\\QV_Selection.xml"_L1;
+
+/// The wizard open in front of a world, with what an author does in it.
+struct Wizard
+{
+    TestProgram &world;
+    QPointer<frmSelPrjTypetoAdd> form = new frmSelPrjTypetoAdd(world.program);
+
+    explicit Wizard(TestProgram &program)
+        : world(program)
+    {
+        form->show();
+        form->activateWindow();
+        [[maybe_unused]] const bool active = QTest::qWaitForWindowActive(form);
+    }
+    ~Wizard() { delete form; }
+
+    void fill(const QString &name, const QString &id, const QString &language = u"English"_s)
+    {
+        control<QLineEdit>(form, "txtProjectName")->setText(name);
+        control<QLineEdit>(form, "txtPrjId")->setText(id);
+        control<QComboBox>(form, "cboLanguage")->setCurrentText(language);
+    }
+    void chooseCopy(const QString &source)
+    {
+        click(form, "optSelPrjTypetoAdd_1");
+        control<QComboBox>(form, "cboSelPrjtoCopy")->setCurrentText(source);
+    }
+    QString focus() const
+    {
+        return form->focusWidget() ? form->focusWidget()->objectName() : QString();
+    }
+};
+
+QString utf16Text(TestProgram &world, const QString &path)
+{
+    const QByteArray bytes = world.bytes(path);
+    return QString::fromUtf16(reinterpret_cast<const char16_t *>(bytes.constData()) + 1,
+                              bytes.size() / 2 - 1);
+}
+
+QStringList names(TestProgram &world)
+{
+    QStringList names;
+    for (const CatalogueEntry &entry : ProjectCatalogue(world.session, world.files).entries())
+        names.append(entry.name);
+    return names;
+}
+
+QStringList everythingBelowDocs(TestProgram &world)
+{
+    QStringList found;
+    for (const FolderEntry &entry : world.files.entries(u"S:\\Docs"_s))
+        found.append(entry.name);
+    return found;
+}
+
+/// A released project "Plant" with one book of one page, a content folder and a packed copy.
+void makeReleasedPlant(TestProgram &world)
+{
+    Wizard wizard(world);
+    wizard.fill(u"Plant"_s, u"P01"_s);
+    click(wizard.form, "cmdContinue");
+    const TocBook entry{.name = u"Pumps"_s,
+                        .acronym = u"PMP"_s,
+                        .key = u"Plant"_s,
+                        .folder = u"Pumps"_s,
+                        .file = u"Book_PMP.xml"_s,
+                        .type = {},
+                        .categories = {}};
+    TableOfContents(world.session, world.files).addBook(u"Plant"_s, entry);
+    Book book;
+    book.name = entry.name;
+    BookFile(world.session, world.files).write(u"Plant"_s, entry, book);
+    world.put(u"S:\\Docs\\Plant\\Pumps\\start.htm"_s, "<p>**Plant** and **plant**</p>");
+    world.put(u"S:\\Docs\\Plant\\Pumps\\readme.txt"_s, "**Plant**");
+    world.put(u"S:\\Docs\\Plant\\QVPlant_Server.Zip"_s, "packed");
+    CategoryFile(world.files)
+        .write(u"S:\\Docs\\Plant\\QV_BookCategories.xml"_s, {{{}, u"Operation"_s, {}}});
+
+    QString catalogue = utf16Text(world, catalogueFile);
+    catalogue.replace(u"AddDate=\"\" Pro"_s, u"AddDate=\"2026-01-02\" Pro"_s);
+    world.put(catalogueFile, utf16Bytes(catalogue));
+    world.navigator.shown.clear();
+    world.currentProject.handed.clear();
+}
+
+/// Presses Stop the moment the progress dialog comes up.
+class StopsAtOnce final : public QObject
+{
+public:
+    StopsAtOnce() { qApp->installEventFilter(this); }
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        if (const auto dialog = qobject_cast<frmProgBar *>(watched);
+            dialog && event->type() == QEvent::Show)
+            dialog->close(); // its close box means Stop
+        return false;
+    }
+};
+
+/// Writes a project under a name of its own choice, as the real converter may.
+class RenamingConverter final : public DatabaseConverter
+{
+public:
+    explicit RenamingConverter(TestProgram &world)
+        : m_world(world)
+    {
+    }
+    void convert(const QString &mode, const QString &database, const QString &folder,
+                 const QString &name, const QString &id) override
+    {
+        given = {mode, database, folder, name, id};
+        m_world.files.makeFolder(u"S:\\Docs\\Legacy Plant"_s);
+        m_world.registry.setValue(Hive::LocalMachine, RegistryKey::compiler + u"Destination"_s,
+                                  u"Path"_s, u"S:\\Docs\\Legacy Plant"_s);
+    }
+    bool completed() override { return true; }
+
+    QStringList given;
+
+private:
+    TestProgram &m_world;
+};
+
+} // namespace
+
+class tst_wizard final : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void showsWhatCanBeChosen();
+    void refusals_data();
+    void refusals();
+    void addsAGermanProject();
+    void copiesAReleasedProject();
+    void stopLeavesNothing();
+    void aFailedCopyEndsTheProgram();
+    void asksWhenTheFolderIsThere();
+    void leavesABrokenCatalogueAlone();
+    void migratesWithTheConverter();
+    void goesBackAndAsksBeforeItCloses();
+    void progressGivesBackWhatHappened();
+};
+
+void tst_wizard::showsWhatCanBeChosen()
+{
+    TestProgram world;
+    makeReleasedPlant(world);
+    Wizard wizard(world);
+    auto *const form = wizard.form.data();
+    const auto text = [&](const char *name) {
+        return control<QAbstractButton>(form, name)->text();
+    };
+    QCOMPARE(text("optSelPrjTypetoAdd_1"), "C&opy Existing Project/BookSet"_L1);
+    QCOMPARE(text("optSelPrjTypetoAdd_2"), "&Migrate Legacy Bookset(.mdb Migration)"_L1);
+    QCOMPARE(text("cmdContinue"), "&Continue..."_L1);
+    QCOMPARE(text("cmdBack"), "Bac&k"_L1);
+    QCOMPARE(control<QLabel>(form, "lblSelPrjtoCopy")->text(), "Select Project Copy:"_L1);
+    QCOMPARE(control<QComboBox>(form, "cboLanguage")->currentText(), "English"_L1);
+    QCOMPARE(control<QComboBox>(form, "cboLanguage")->count(), 6);
+    auto *const copyList = control<QComboBox>(form, "cboSelPrjtoCopy");
+    QCOMPARE(copyList->count(), 1); // neither the favourites nor what is not released
+    QCOMPARE(copyList->itemText(0), "Plant"_L1);
+    QCOMPARE(copyList->currentIndex(), -1);
+
+    const auto enabled = [&] {
+        QString marks;
+        for (const char *const name :
+             {"txtProjectName", "txtPrjId", "cboSelPrjtoCopy", "lblSelPrjtoCopy",
+              "txtSelDBtoMigrate", "cmdBrowseDBtoMigrate"})
+            marks += isEnabled(form, name) ? u'1' : u'0';
+        return marks;
+    };
+    QCOMPARE(enabled(), "110000"_L1);
+    QCOMPARE(wizard.focus(), "txtProjectName"_L1);
+    control<QWidget>(form, "txtPrjId")->setFocus();
+    click(form, "optSelPrjTypetoAdd_1");
+    QCOMPARE(enabled(), "111100"_L1);
+    QCOMPARE(wizard.focus(), "txtProjectName"_L1);
+    click(form, "optSelPrjTypetoAdd_2");
+    QCOMPARE(enabled(), "110011"_L1);
+
+    world.registry.setValue(Hive::LocalMachine, RegistryKey::compiler + u"Source"_s, u"Path"_s,
+                            u"C:\\Old\\sets.mdb"_s);
+    world.dialogs.paths = {QString(), u"C:\\Old\\plant.mdb"_s};
+    click(form, "cmdBrowseDBtoMigrate"); // cancelled
+    click(form, "cmdBrowseDBtoMigrate");
+    QCOMPARE(world.dialogs.startedIn, QStringList(2, u"C:\\Old\\sets.mdb"_s));
+    QCOMPARE(control<QLineEdit>(form, "txtSelDBtoMigrate")->text(), "C:\\Old\\plant.mdb"_L1);
+}
+
+void tst_wizard::refusals_data()
+{
+    QTest::addColumn<int>("kind");
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("id");
+    QTest::addColumn<QString>("message");
+    QTest::addColumn<QString>("focus");
+    QTest::addRow("no name") << 0 << u"  "_s << u""_s << u"Please enter project name"_s
+                             << u"txtProjectName"_s;
+    QTest::addRow("blank id") << 0 << u"Pump"_s << u"  "_s << u"Please enter project id"_s
+                              << u"txtPrjId"_s;
+    QTest::addRow("bad name") << 0 << u"a:b"_s << u"P"_s
+                              << u"Invalid Character : Found in project name"_s
+                              << u"txtProjectName"_s;
+    QTest::addRow("bad id") << 0 << u"Pump"_s << u"P|1"_s
+                            << u"Invalid Character | Found in project id"_s << u"txtPrjId"_s;
+    QTest::addRow("exists") << 0 << u"pLANT"_s << u"P"_s << u"Project already exists"_s
+                            << QString();
+    QTest::addRow("nothing to copy")
+        << 1 << u"Pump"_s << u"P"_s << u"Select a project to continue"_s << QString();
+    QTest::addRow("no database") << 2 << u"Pump"_s << u"P"_s
+                                 << u"Please Select a database to continue"_s << QString();
+}
+
+void tst_wizard::refusals()
+{
+    QFETCH(const int, kind);
+    QFETCH(const QString, name);
+    QFETCH(const QString, id);
+    TestProgram world;
+    makeReleasedPlant(world);
+    const QByteArray before = world.bytes(catalogueFile);
+    const QStringList folders = everythingBelowDocs(world);
+
+    Wizard wizard(world);
+    click(wizard.form, QByteArray("optSelPrjTypetoAdd_" + QByteArray::number(kind)).constData());
+    wizard.fill(name, id);
+    click(wizard.form, "cmdContinue");
+
+    QCOMPARE(world.messages.boxes.size(), 1);
+    const Message box = world.messages.boxes.first();
+    QTEST(box.text, "message");
+    QCOMPARE(box.title, kind == 1 ? QString() : u"Quovane Developer Pro"_s);
+    QVERIFY(box.icon == (kind == 1 ? MessageIcon::Critical : MessageIcon::Information));
+    QFETCH(const QString, focus);
+    if (!focus.isEmpty())
+        QCOMPARE(wizard.focus(), focus);
+    QVERIFY(wizard.form && wizard.form->isVisible());
+    QCOMPARE(control<QLineEdit>(wizard.form, "txtProjectName")->text(), name);
+    QCOMPARE(everythingBelowDocs(world), folders);
+    QCOMPARE(world.bytes(catalogueFile), before);
+}
+
+void tst_wizard::addsAGermanProject()
+{
+    TestProgram world;
+    Wizard wizard(world);
+    wizard.fill(u" Plant 300 "_s, u" P01 "_s, u"German"_s);
+    QTest::keyClick(wizard.form, Qt::Key_Return);
+
+    QCOMPARE(world.messages.shown, QStringList());
+    QCOMPARE(world.session.projectName, "DEU_Plant 300"_L1);
+    QCOMPARE(world.session.projectLanguage, "DEU"_L1);
+    QCOMPARE(names(world), QStringList({u"My Favorites"_s, u"DEU_Plant 300"_s}));
+    const CatalogueEntry entry = ProjectCatalogue(world.session, world.files).entries().last();
+    QCOMPARE(entry.id, "P01"_L1);
+    QCOMPARE(entry.language, "DEU"_L1);
+    QCOMPARE(entry.location, "Docs\\DEU_Plant 300\\"_L1);
+
+    const TocHeader header =
+        TableOfContents(world.session, world.files).read(u"DEU_Plant 300"_s).header;
+    QCOMPARE(header.platform, "Plant "_L1);
+    QCOMPARE(header.variation, "300"_L1);
+    QCOMPARE(header.dateProcess, "3/14/2026"_L1);
+    const QString folder = u"S:\\Docs\\DEU_Plant 300\\"_s;
+    QVERIFY(world.files.fileExists(folder + u"_Global Information\\Book_Global.xml"_s));
+    QVERIFY(world.files.fileExists(folder + u"QV_StatusIndicators.xml"_s));
+    QVERIFY(!world.files.exists(folder + u"QV_BookCategories.xml"_s));
+
+    QCOMPARE(world.currentProject.handed, QStringList{u"DEU_Plant 300|DEU"_s});
+    QCOMPARE(world.navigator.shown, QList{Form::MainUI});
+    QTRY_VERIFY(!wizard.form);
+}
+
+void tst_wizard::copiesAReleasedProject()
+{
+    TestProgram world;
+    makeReleasedPlant(world);
+    Wizard wizard(world);
+    wizard.fill(u"Harbour"_s, u"H01"_s);
+    wizard.chooseCopy(u"Plant"_s);
+    click(wizard.form, "cmdContinue");
+
+    QCOMPARE(world.messages.shown, QStringList());
+    QCOMPARE(names(world), QStringList({u"My Favorites"_s, u"Plant"_s, u"Harbour"_s}));
+    const QString folder = u"S:\\Docs\\Harbour\\"_s;
+    QCOMPARE(world.bytes(folder + u"Pumps\\start.htm"_s),
+             utf16Bytes(u"<p>**Harbour** and **plant**</p>"_s));
+    QCOMPARE(world.bytes(folder + u"Pumps\\readme.txt"_s), QByteArray("**Plant**"));
+    QVERIFY(!world.files.exists(folder + u"QVPlant_Server.Zip"_s));
+    QVERIFY(world.files.exists(u"S:\\Docs\\Plant\\QVPlant_Server.Zip"_s));
+
+    const Toc toc = TableOfContents(world.session, world.files).read(u"Harbour"_s);
+    QCOMPARE(toc.header.platform, "Harbour"_L1);
+    QCOMPARE(toc.header.dateMigration, "3/14/2026"_L1);
+    QCOMPARE(toc.books.first().key, "Harbour"_L1);
+    const Book book = BookFile(world.session, world.files).read(u"Harbour"_s, toc.books.first());
+    QCOMPARE(book.key, "Harbour"_L1);
+    QCOMPARE(book.path, "Docs\\Harbour\\Pumps\\"_L1);
+    QCOMPARE(CategoryFile(world.files).read(folder + u"QV_BookCategories.xml"_s).first().name,
+             "Operation"_L1);
+
+    // Copied content is secured; what authors go on editing is not.
+    const auto readOnly = [&](const QString &file) {
+        return world.files.status(folder + file).readOnly;
+    };
+    QVERIFY(readOnly(u"Pumps\\start.htm"_s) && readOnly(u"Pumps\\readme.txt"_s));
+    QVERIFY(!readOnly(u"Pumps\\Book_PMP.xml"_s) && !readOnly(u"QV_Toc.xml"_s));
+    QCOMPARE(world.navigator.shown, QList{Form::MainUI});
+    QCOMPARE(world.currentProject.handed, QStringList{u"Harbour|ENU"_s});
+    QTRY_VERIFY(!wizard.form);
+}
+
+void tst_wizard::stopLeavesNothing()
+{
+    TestProgram world;
+    makeReleasedPlant(world);
+    const QStringList folders = everythingBelowDocs(world);
+    Wizard wizard(world);
+    wizard.fill(u"Harbour"_s, u"H01"_s);
+    wizard.chooseCopy(u"Plant"_s);
+    const StopsAtOnce author;
+    click(wizard.form, "cmdContinue");
+
+    QCOMPARE(everythingBelowDocs(world), folders);
+    QCOMPARE(names(world), QStringList({u"My Favorites"_s, u"Plant"_s}));
+    QVERIFY(wizard.form && wizard.form->isVisible());
+    QCOMPARE(control<QLineEdit>(wizard.form, "txtProjectName")->text(), "Harbour"_L1);
+    QCOMPARE(control<QComboBox>(wizard.form, "cboSelPrjtoCopy")->currentText(), "Plant"_L1);
+    QVERIFY(world.messages.shown.isEmpty() && world.navigator.shown.isEmpty());
+    QVERIFY(!openWindow<frmProgBar>());
+
+    // Later on the way, while pages are rewritten, it is the same; a folder that was there stays.
+    world.files.makeFolder(u"S:\\Docs\\Harbour"_s);
+    ProjectCreation creation(world.program);
+    creation.name(u"Harbour"_s, u"H01"_s, u"ENU"_s);
+    const auto stopAtThePage = [](const auto &work) {
+        std::stop_source source;
+        work(Progress{[&](int, int, const QString &what) {
+                          if (what.endsWith("start.htm"_L1))
+                              source.request_stop();
+                      },
+                      source.get_token()});
+    };
+    QVERIFY_THROWS_EXCEPTION(Unwinding, creation.addCopy(u"Plant"_s, stopAtThePage));
+    QVERIFY(world.files.folderExists(u"S:\\Docs\\Harbour"_s));
+    QVERIFY(world.files.entries(u"S:\\Docs\\Harbour"_s).isEmpty());
+}
+
+void tst_wizard::aFailedCopyEndsTheProgram()
+{
+    TestProgram world;
+    makeReleasedPlant(world);
+    QString deep = u"S:\\Docs\\Plant"_s; // deeper than anything is copied
+    for (int level = 0; level < 70; ++level) {
+        deep += u"\\d"_s;
+        world.files.makeFolder(deep);
+    }
+    Wizard wizard(world);
+    wizard.fill(u"Harbour"_s, u"H01"_s);
+    wizard.chooseCopy(u"Plant"_s);
+    click(wizard.form, "cmdContinue");
+    QCOMPARE(world.messages.shown,
+             QStringList{u"at location S:\\Docs\\Harbour\nReason: No Hard Disk Space Available Or "
+                         "No Permission "_s});
+    QVERIFY(world.messages.boxes.first().icon == MessageIcon::Critical);
+    QVERIFY(!world.messages.boxes.first().details.isEmpty());
+    QCOMPARE(world.ending.ended, 1);
+    QCOMPARE(names(world), QStringList({u"My Favorites"_s, u"Plant"_s}));
+}
+
+void tst_wizard::asksWhenTheFolderIsThere()
+{
+    TestProgram world;
+    makeReleasedPlant(world);
+    world.files.removeFile(catalogueFile);
+    const QString toc = u"S:\\Docs\\Plant\\QV_Toc.xml"_s;
+    const QByteArray before = world.bytes(toc);
+    Wizard wizard(world);
+    wizard.fill(u"Plant"_s, u"P02"_s);
+
+    world.messages.choices = {2};
+    click(wizard.form, "cmdContinue");
+    QVERIFY(world.messages.shown.takeLast().contains("S:\\Docs\\Plant is already there"_L1));
+    QCOMPARE(names(world), QStringList());
+    QVERIFY(wizard.form->isVisible() && world.bytes(toc) == before);
+
+    world.messages.choices = {0};
+    click(wizard.form, "cmdContinue");
+    QCOMPARE(names(world), QStringList({u"My Favorites"_s, u"Plant"_s}));
+    QCOMPARE(world.bytes(toc), before);
+    QCOMPARE(world.navigator.shown, QList{Form::MainUI});
+
+    for (const QString &aside :
+         {u"Plant (moved aside 2026-03-14)"_s, u"Plant (moved aside 2026-03-14 2)"_s}) {
+        world.files.removeFile(catalogueFile);
+        Wizard again(world);
+        again.fill(u"Plant"_s, u"P03"_s);
+        world.messages.choices = {1};
+        click(again.form, "cmdContinue");
+        QVERIFY(world.files.fileExists(u"S:\\Docs\\"_s + aside + u"\\QV_Toc.xml"_s));
+        QVERIFY(!world.files.exists(u"S:\\Docs\\Plant\\Pumps"_s));
+        QCOMPARE(names(world), QStringList({u"My Favorites"_s, u"Plant"_s}));
+    }
+
+    world.files.removeFile(catalogueFile); // what is no project is not listed
+    world.files.removeFile(toc);
+    Wizard last(world);
+    last.fill(u"Plant"_s, u"P04"_s);
+    world.messages.choices = {0};
+    click(last.form, "cmdContinue");
+    QVERIFY(world.messages.shown.last().contains("QV_Toc.xml"_L1));
+    QVERIFY(world.messages.shown.last().endsWith(
+        ": QV_Developer::frmSelPrjTypetoAdd-cmdContinue_Click"_L1));
+    QCOMPARE(names(world), QStringList());
+}
+
+void tst_wizard::leavesABrokenCatalogueAlone()
+{
+    TestProgram world;
+    const QByteArray broken = utf16Bytes(u"<QV_Selection_List><QVs></QV_Selection_List>"_s);
+    world.put(catalogueFile, broken);
+    Wizard wizard(world);
+    QCOMPARE(world.messages.shown.size(), 1);
+    QVERIFY(world.messages.shown.first().contains(catalogueFile));
+    QVERIFY(world.messages.shown.first().endsWith(
+        ": QV_Developer::frmSelPrjTypetoAdd-GetProdQVSelection_Complete"_L1));
+    QCOMPARE(control<QComboBox>(wizard.form, "cboLanguage")->count(), 6);
+
+    wizard.fill(u"Plant"_s, u"P01"_s);
+    click(wizard.form, "cmdContinue");
+    QVERIFY(world.messages.shown.last().contains(catalogueFile));
+    QVERIFY(world.messages.shown.last().endsWith(
+        ": QV_Developer::frmSelPrjTypetoAdd-cmdContinue_Click"_L1));
+    QCOMPARE(world.bytes(catalogueFile), broken);
+    QVERIFY(!world.files.exists(u"S:\\Docs\\Plant"_s));
+    QVERIFY(wizard.form->isVisible());
+}
+
+void tst_wizard::migratesWithTheConverter()
+{
+    TestProgram world;
+    Wizard wizard(world);
+    wizard.fill(u"Plant"_s, u"P01"_s);
+    click(wizard.form, "optSelPrjTypetoAdd_2");
+    control<QLineEdit>(wizard.form, "txtSelDBtoMigrate")->setText(u"C:\\Old\\plant.mdb"_s);
+    click(wizard.form, "cmdContinue");
+    QCOMPARE(world.messages.shown.size(), 1);
+    QVERIFY(world.messages.shown.first().contains("converter (qv_dbtoxml) is not installed"_L1));
+    QCOMPARE(clsRegAccess(world.registry).mstrGetDesPath(u"Source"_s), "C:\\Old\\plant.mdb"_L1);
+    QCOMPARE(names(world), QStringList());
+    QVERIFY(wizard.form->isVisible() && !world.files.exists(u"S:\\Docs\\Plant"_s));
+
+    RenamingConverter converter(world);
+    Components &parts = world.components;
+    Components components{parts.registryAccess,    parts.windowHelper,   parts.generalTasks,
+                          parts.installInfo,       parts.xmlCharacters,  parts.categories,
+                          parts.globalInformation, parts.projectRanking, converter};
+    Program &all = world.program;
+    Program program{all.session,   all.files,          all.registry,    all.processes, all.windows,
+                    all.clock,     all.messages,       all.fileDialogs, all.locale,    all.ending,
+                    all.navigator, all.currentProject, components};
+    ProjectCreation creation(program);
+    creation.name(u"Plant"_s, u"P01"_s, u"ENU"_s);
+    QVERIFY(creation.migrate(u"C:\\Old\\plant.mdb"_s, u"Plant"_s));
+    QCOMPARE(converter.given, QStringList({u"1"_s, u"C:\\Old\\plant.mdb"_s, u"S:\\Docs\\Plant"_s,
+                                           u"Plant"_s, u"P01"_s}));
+    QCOMPARE(world.currentProject.handed, QStringList{u"Legacy Plant|ENU"_s});
+    QVERIFY(world.files.fileExists(u"S:\\Docs\\Legacy Plant\\QV_BookCategories.xml"_s));
+}
+
+void tst_wizard::goesBackAndAsksBeforeItCloses()
+{
+    TestProgram world;
+    Wizard wizard(world);
+    world.messages.answers = {Answer::No};
+    QTest::keyClick(wizard.form, Qt::Key_Escape);
+    QVERIFY(wizard.form->isVisible());
+    QCOMPARE(world.messages.boxes.first().text, "Do you want to close Quovane Developer?"_L1);
+    QCOMPARE(world.messages.boxes.first().title, "QV Developer"_L1);
+
+    click(wizard.form, "cmdBack");
+    QCOMPARE(world.navigator.loadforms, 1);
+    QVERIFY(world.session.gbBackToLauncher);
+    QCOMPARE(world.messages.shown.size(), 1);
+    QTRY_VERIFY(!wizard.form);
+
+    Wizard closed(world);
+    world.messages.answers = {Answer::Yes};
+    click(closed.form, "cmdCancelSelPrjTypetoAdd");
+    QTRY_VERIFY(!closed.form);
+}
+
+void tst_wizard::progressGivesBackWhatHappened()
+{
+    TestProgram world;
+    QString seen;
+    std::atomic<bool> wasSeen = false;
+    const auto work = [&](const Progress &progress) {
+        while (!wasSeen)
+            progress.step(1, 3, u"page.htm"_s);
+        throw QvError(PermissionDenied, {}, u"locked"_s);
+    };
+    QTimer look; // the window stays alive and shows what is being done
+    QObject::connect(&look, &QTimer::timeout, [&] {
+        const auto *dialog = openWindow<frmProgBar>();
+        if (!dialog || control<QLabel>(dialog, "lblFile")->text() != "page.htm"_L1)
+            return;
+        seen = control<QLabel>(dialog, "lblCaption")->text();
+        wasSeen = true;
+    });
+    look.start(1);
+    QVERIFY_THROWS_EXCEPTION(QvError,
+                             runWithProgress(world.program, nullptr, u"Working..."_s, work));
+    QCOMPARE(seen, "Working..."_L1);
+    QVERIFY(!openWindow<frmProgBar>());
+}
+
+int main(int argc, char *argv[])
+{
+    return runFormTest<tst_wizard>(argc, argv);
+}
+
+#include "tst_wizard.moc"
