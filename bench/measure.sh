@@ -1,16 +1,16 @@
 #!/usr/bin/env bash
 # Times the benchmark's jobs against their yardsticks, in turn, and prints the ratios.
 #   ./bench/measure.sh TOOLS_FOLDER [JOB]...
-# TOOLS_FOLDER holds pair.py, make_installation.py and yardstick.cpp. Data lies in a memory file
+# TOOLS_FOLDER/installations holds pair.py, make_installation.py and yardstick.cpp. Data lies in a memory file
 # system (MEASURE_DIR, default /dev/shm), so that the state of a disk does not count.
 set -euo pipefail
 . "$(dirname "$0")/../scripts/lib.sh"
 
-[ $# -ge 1 ] && [ -f "$1/pair.py" ] || { say "usage: measure.sh TOOLS_FOLDER [JOB]..."; exit 64; }
-tools=$(cd "$1" && pwd)
+[ $# -ge 1 ] && [ -f "$1/installations/pair.py" ] || { say "usage: measure.sh TOOLS_FOLDER [JOB]..."; exit 64; }
+tools=$(cd "$1/installations" && pwd)
 shift
 [ $# -gt 0 ] || set -- launcher second open pages blocked copy rewrite import
-configure_and_build release
+configure_and_build release bench driver qv_tour quovane-developer qvdeveloper peer_dialog peer_empty
 bin=$root/build/release/bin
 work=$(mktemp -d "${MEASURE_DIR:-/dev/shm}/measure-XXXXXX")
 trap 'rm -rf "$work"' EXIT
@@ -41,13 +41,17 @@ launcher() {
 }
 second() {
     echo "== second start against an empty program"
-    mkdir -p "$work/settings" "$work/small2/Docs"
-    QUOVANE_SETTINGS=$work/settings "$bin/qv_tour" hold "$work/small2" &
+    mkdir -p "$work/settings"
+    export QUOVANE_SETTINGS=$work/settings QUOVANE_DRIVES=$work/drives
+    mkdir -p "$work/drives"
+    "$bin/qv_tour" sample >/dev/null
+    "$bin/qvdeveloper" &
     local first=$!
     for _ in $(seq 100); do
         [ -n "$(find "$work/run" -type s 2>/dev/null)" ] && break
         sleep 0.1
     done
+    sleep 7 # the splash
     RUNS=${RUNS:-51} pair "$bin/quovane-developer" "$bin/peer_empty"
     kill $first
     wait $first 2>/dev/null || true
@@ -82,9 +86,17 @@ rewrite() {
     page_server
     local name
     name=$(name_of "$work/pages")
-    echo "== copying and rewriting the markers of 5,000 pages against the yardstick"
-    pair "rm -rf $work/pages/Docs/Twin; $bin/bench rewrite $work/pages $name Twin $name Fresh" \
-        "rm -rf $work/out; $work/yardstick rewrite $work/pages/Docs/$name $work/out '**$name**' '**Fresh**'"
+    echo "== rewriting the markers of 5,000 pages against the yardstick, 1 and 2 threads of it"
+    for _ in $(seq "${RUNS:-7}"); do
+        rm -rf "$work/pages/Docs/Twin" "$work/out"
+        cp -a "$work/pages/Docs/$name" "$work/pages/Docs/Twin"
+        "$bin/bench" rewrite "$work/pages" Twin "$name" Fresh | awk '{print "ours", $2}'
+        for threads in 1 2; do
+            rm -rf "$work/out"
+            "$work/yardstick" rewrite "$work/pages/Docs/$name" "$work/out" "**$name**" '**Fresh**' $threads |
+                awk -v t=$threads '/^rewrite / {print "yardstick" t, $2}' | tail -n 1
+        done
+    done | awk '{a[$1] = a[$1] " " $2} END {for (k in a) print k ":" a[k]}'
 }
 import() {
     yardstick

@@ -2,15 +2,15 @@
 # Breaks things on purpose and looks at what is left: bad files, every failing file operation,
 # sudden death, power cuts, several writers. Takes some minutes; not part of the quick tests.
 #   ./scripts/faults.sh TOOLS_FOLDER [badset|sweep|race|fence]...
-# TOOLS_FOLDER holds crash_sweep.py, fence_run.py, race_run.py, xml_badset.py and badset_run.py.
+# TOOLS_FOLDER/faults holds crash_sweep.py, fence_run.py, race_run.py, xml_badset.py and badset_run.py.
 set -euo pipefail
 . "$(dirname "$0")/lib.sh"
 
-[ $# -ge 1 ] && [ -f "$1/crash_sweep.py" ] || {
+[ $# -ge 1 ] && [ -f "$1/faults/crash_sweep.py" ] || {
     say "usage: faults.sh TOOLS_FOLDER [badset|sweep|race|fence]..."
     exit 64
 }
-tools=$(cd "$1" && pwd)
+tools=$(cd "$1/faults" && pwd)
 shift
 [ $# -gt 0 ] || set -- badset sweep race fence
 configure_and_build release driver

@@ -47,5 +47,5 @@ configure_and_build() {
     shift
     cd "$root"
     cmake --preset "$preset" >/dev/null || cmake --preset "$preset"
-    cmake --build --preset "$preset" ${1+--target "$@"}
+    cmake --build --preset "$preset" ${1+--target "$@"} || return
 }

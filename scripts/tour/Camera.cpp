@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QElapsedTimer>
+#include <QKeyEvent>
 #include <QPixmap>
 #include <QTimer>
 
@@ -30,7 +31,7 @@ void settle(int milliseconds)
     } while (since.elapsed() < milliseconds);
 }
 
-void whenModal(const std::function<void(QWidget *)> &act)
+QPointer<QObject> whenModal(const std::function<void(QWidget *)> &act)
 {
     auto *timer = new QTimer(qApp);
     QObject::connect(timer, &QTimer::timeout, timer, [timer, act] {
@@ -41,7 +42,16 @@ void whenModal(const std::function<void(QWidget *)> &act)
         timer->deleteLater();
         act(modal);
     });
-    timer->start(20);
+    timer->start(5);
+    return timer;
+}
+
+void type(QWidget *field, const QString &text)
+{
+    for (const QChar character : text) {
+        QKeyEvent press(QEvent::KeyPress, 0, Qt::NoModifier, character);
+        QCoreApplication::sendEvent(field, &press);
+    }
 }
 
 void tourFails(const QString &reason)

@@ -1,8 +1,11 @@
 #pragma once
 
 #include <QDir>
+#include <QPointer>
 #include <QString>
 #include <QWidget>
+
+#include <functional>
 
 /// Writes numbered pictures and tells on standard output what each shows.
 class Camera
@@ -25,8 +28,11 @@ private:
 /// Lets the program run for a while.
 void settle(int milliseconds = 60);
 
-/// As soon as a modal window is open, runs `act` on it.
-void whenModal(const std::function<void(QWidget *)> &act);
+/// As soon as a modal window is open, runs `act` on it. Delete what it returns to stop waiting.
+QPointer<QObject> whenModal(const std::function<void(QWidget *)> &act);
+
+/// Types into a field key by key, as an author does.
+void type(QWidget *field, const QString &text);
 
 /// The child of that name. Ends the tour with a message when it is not there.
 template <typename Widget>

@@ -114,8 +114,8 @@ void Tour::createProject()
     QWidget *wizard = window(Form::SelPrjTypetoAdd);
     answer(u"OK"_s, u"refusal"_s, u"A project without a name is refused"_s);
     click(wizard, "cmdContinue");
-    child<QLineEdit>(wizard, "txtProjectName")->setText(u"Plant 300"_s);
-    child<QLineEdit>(wizard, "txtPrjId")->setText(u"P300"_s);
+    type(child<QLineEdit>(wizard, "txtProjectName"), u"Plant 300"_s);
+    type(child<QLineEdit>(wizard, "txtPrjId"), u"P300"_s);
     m_camera.take(wizard, u"wizard-new"_s, u"A new project"_s);
     click(wizard, "cmdContinue");
     settle(300);
@@ -129,8 +129,8 @@ void Tour::createBook(const QString &name, const QString &acronym)
     child<QTabBar>(main, "SSTab1")->setCurrentIndex(1);
     settle();
     whenModal([=, this](QWidget *dialog) {
-        child<QLineEdit>(dialog, "txtBookName")->setText(name);
-        child<QLineEdit>(dialog, "txtBookAcro")->setText(acronym);
+        type(child<QLineEdit>(dialog, "txtBookName"), name);
+        type(child<QLineEdit>(dialog, "txtBookAcro"), acronym);
         m_camera.take(dialog, u"new-book"_s, u"A new book: "_s + name);
         child<QAbstractButton>(dialog, "cmdCreateBook")->click();
     });
@@ -174,10 +174,9 @@ void Tour::editAndSave()
     settle();
     m_camera.take(main, u"page-edited"_s, u"The page was edited"_s);
     click(main, "cmdSave");
-    child<QTabWidget>(main, "tabDetails")->setCurrentIndex(1);
+    child<QTabWidget>(main, "tabDetails")->setCurrentIndex(2);
     settle(300);
     m_camera.take(main, u"page-preview"_s, u"The page as readers see it"_s);
-    child<QTabWidget>(main, "tabDetails")->setCurrentIndex(0);
 }
 
 void Tour::lookAround()
@@ -238,21 +237,24 @@ void Tour::copyProject()
     click(window(Form::SelPrjType), "cmdAddNewProject");
     QWidget *wizard = window(Form::SelPrjTypetoAdd);
     click(wizard, "optSelPrjTypetoAdd_1");
-    child<QLineEdit>(wizard, "txtProjectName")->setText(u"Werk Süd"_s);
-    child<QLineEdit>(wizard, "txtPrjId")->setText(u"WS1"_s);
+    type(child<QLineEdit>(wizard, "txtProjectName"), u"Werk Süd"_s);
+    type(child<QLineEdit>(wizard, "txtPrjId"), u"WS1"_s);
     child<QComboBox>(wizard, "cboLanguage")->setCurrentText(u"German"_s);
     child<QComboBox>(wizard, "cboSelPrjtoCopy")->setCurrentIndex(0);
     m_camera.take(wizard, u"wizard-copy"_s, u"A copy of a released project"_s);
-    whenModal([this](QWidget *progress) {
+    const QPointer<QObject> waiting = whenModal([this](QWidget *progress) {
         m_camera.take(progress, u"copying"_s, u"Copying shows progress and can be stopped"_s);
     });
     click(wizard, "cmdContinue");
+    delete waiting; // a quick copy shows no progress
     settle(500);
     QWidget *main = window(Form::MainUI);
     main->resize(1240, 800);
     child<QTabBar>(main, "SSTab1")->setCurrentIndex(1);
-    auto *books = child<QListWidget>(main, "lstBooks");
-    books->setCurrentRow(0);
+    child<QListWidget>(main, "lstBooks")->setCurrentRow(1);
+    settle(300);
+    auto *pages = child<QTreeView>(main, "tvwPages");
+    pages->setCurrentIndex(pages->model()->index(0, 0));
     settle(300);
     m_camera.take(main, u"copied-project"_s, u"The copied project"_s);
 }
@@ -260,7 +262,10 @@ void Tour::copyProject()
 void Tour::leave()
 {
     QWidget *main = window(Form::MainUI);
-    answer(u"Yes"_s, u"close-program"_s, u"The question before the program ends"_s);
+    answer(u"OK"_s, u"not-built-again"_s, u"The changes still wait for a build"_s);
+    QTimer::singleShot(400, qApp, [this] {
+        answer(u"Yes"_s, u"close-program"_s, u"The question before the program ends"_s);
+    });
     child<QAction>(main, "mnuExit")->trigger();
     settle(200);
 }

@@ -30,6 +30,8 @@ void goDark()
     dark.setColor(QPalette::AlternateBase, QColor(0x26, 0x29, 0x2e));
     dark.setColor(QPalette::Highlight, QColor(0x3d, 0x7e, 0xbf));
     dark.setColor(QPalette::Link, QColor(0x6f, 0xb1, 0xf0));
+    for (const auto role : {QPalette::Text, QPalette::WindowText, QPalette::ButtonText})
+        dark.setColor(QPalette::Disabled, role, QColor(0x85, 0x8a, 0x91));
     QApplication::setPalette(dark);
 }
 
