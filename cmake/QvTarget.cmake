@@ -13,7 +13,7 @@ target_include_directories(qv_options INTERFACE ${PROJECT_SOURCE_DIR}/src)
 
 # qv_library(NAME SOURCES file... LINKS target...)
 # One folder of src/ (or its core or its ui half). LINKS is the proof of the layers: it names
-# the lower folders that this one uses, and nothing else is visible to it.
+# the lower folders that this one uses, which bring those below them; nothing else links.
 function(qv_library name)
     cmake_parse_arguments(arg "" "" "SOURCES;LINKS" ${ARGN})
     add_library(${name} STATIC ${arg_SOURCES})

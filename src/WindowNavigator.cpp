@@ -174,6 +174,8 @@ void WindowNavigator::bringToFront()
 
 void WindowNavigator::closeFront()
 {
-    if (FormWindow *const front = frontWindow())
+    // What is open in front of a window, a question or long work, needs the window until it ends.
+    QWidget *const question = QApplication::activeModalWidget();
+    if (QWidget *const front = question ? question : frontWindow())
         front->close();
 }

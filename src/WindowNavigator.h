@@ -37,7 +37,8 @@ public:
 
     /// Brings the window the author works in to the front, maximized.
     void bringToFront();
-    /// Asks the window the author works in to close, as its close box would.
+    /// Asks what the author works in to close, as its close box would: the question or the long
+    /// work in front, else the window.
     void closeFront();
 
 private:

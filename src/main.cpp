@@ -1,6 +1,7 @@
 // Makes the adapters and the windows' world, then runs the program.
 #include "ProductComponents.h"
 #include "WindowNavigator.h"
+#include "platform/QvError.h"
 #include "platform/portable/DrivesFolder.h"
 #include "platform/portable/IniRegistry.h"
 #include "platform/portable/PortableFiles.h"
@@ -20,6 +21,8 @@
 
 #include <QApplication>
 #include <QSettings>
+
+#include <memory>
 
 using namespace Qt::StringLiterals;
 
@@ -63,6 +66,15 @@ void setUpApplication()
     QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, settingsFolders().user);
 }
 
+/// Nothing, and a message, when the folders that the environment names cannot be used.
+std::unique_ptr<World> makeWorld(const SingleInstance &instance)
+{
+    const auto showError = [](const QvError &error) {
+        MessageBoxes().show({u"QV Developer cannot start. "_s + error.description()});
+    };
+    return trap(showError, [&] { return std::make_unique<World>(instance); });
+}
+
 } // namespace
 
 int main(int argc, char *argv[])
@@ -76,13 +88,15 @@ int main(int argc, char *argv[])
 
     const QApplication application(argc, argv);
     setUpApplication();
-    World world(instance);
+    const std::unique_ptr<World> world = makeWorld(instance);
+    if (!world)
+        return 1;
 
     const WindowAnnouncer announcer(programClass, programTitle);
-    WindowNavigator &navigator = world.navigator;
+    WindowNavigator &navigator = world->navigator;
     QObject::connect(&announcer, &WindowAnnouncer::raiseRequested, &navigator,
                      &WindowNavigator::bringToFront);
     QObject::connect(&announcer, &WindowAnnouncer::closeRequested, &navigator,
                      &WindowNavigator::closeFront);
-    return Main(world.program, QApplication::arguments().sliced(1)) ? QApplication::exec() : 0;
+    return Main(world->program, QApplication::arguments().sliced(1)) ? QApplication::exec() : 0;
 }

@@ -1,5 +1,4 @@
 #include "controls/AddSourceFilesDialog.h"
-#include "controls/BackgroundWork.h"
 #include "controls/DeleteBookDialog.h"
 #include "controls/NewBookDialog.h"
 #include "controls/PageEditor.h"
@@ -7,24 +6,13 @@
 #include "controls/ctlBooksTab.h"
 #include "controls/ctlGlobalsTab.h"
 #include "controls/ctlQuickNav.h"
+#include "platform/Xml.h"
+#include "startup/PageText.h"
 #include "support/FormDriver.h"
 #include "support/SampleProject.h"
 
 #include <QDialogButtonBox>
-#include <QLabel>
-#include <QLineEdit>
-#include <QListWidget>
-#include <QPlainTextEdit>
-#include <QProgressDialog>
-#include <QPushButton>
 #include <QRadioButton>
-#include <QSignalSpy>
-#include <QTabWidget>
-#include <QTextBrowser>
-#include <QTimer>
-#include <QTreeWidget>
-
-#include <thread>
 
 using namespace Qt::StringLiterals;
 
@@ -55,6 +43,14 @@ public:
     QPlainTextEdit *source() const
     {
         return tab.findChild<PageEditor *>()->findChild<QPlainTextEdit *>();
+    }
+    QList<TocBook> listed() const
+    {
+        return TableOfContents(sample.world.session, sample.world.files).read(sample.name).books;
+    }
+    Book file(const TocBook &book) const
+    {
+        return BookFile(sample.world.session, sample.world.files).read(sample.name, book);
     }
     QString text(const char *label) const { return control<QLabel>(&tab, label)->text(); }
     QTreeWidget *pages() const { return control<QTreeWidget>(&tab, "tvwPages"); }
@@ -95,11 +91,11 @@ private Q_SLOTS:
     void keepsUnsavedTextWhenTheProgramEnds();
     void followsLinksOfThePreview();
     void deletesABook();
+    void deletesTheTwinThatIsMeant();
     void deletesNoFolderThatIsNotTheBooksOwn();
     void addsSourceFiles();
     void saysWhatIsWrongWithABook();
     void showsGlobalsAndQuickNavigation();
-    void stopsLongWork();
 };
 
 void tst_controls::createsABook()
@@ -143,8 +139,8 @@ void tst_controls::createsABook()
     const TocBook expected{u"Operator's Guide"_s,   u"OG"_s,          u"Plant 300"_s,
                            u"Book_Guide"_s,         u"Book_OG.xml"_s, QString(),
                            QStringList{u"Repair"_s}};
-    QCOMPARE(TableOfContents(world.session, world.files).read(sample.name).books.at(1), expected);
-    const Book book = BookFile(world.session, world.files).read(sample.name, expected);
+    QCOMPARE(desk.listed().at(1), expected);
+    const Book book = desk.file(expected);
     QCOMPARE((QStringList{book.name, book.acronym, book.key, book.path, book.language,
                           book.dateChanged}),
              (QStringList{u"Operator's Guide"_s, u"OG"_s, u"Plant 300"_s,
@@ -163,6 +159,8 @@ void tst_controls::takesUpAFolderWithPages()
     world.put(sample.folder + u"Book_OLD\\a.htm"_s, "<title>First &amp; last</title>");
     world.put(sample.folder + u"Book_OLD\\b.html"_s, "<h1>Heading</h1>");
     world.put(sample.folder + u"Book_OLD\\c.css"_s, "p {}");
+    world.put(sample.folder + u"Book_OLD\\Book_OLD.xml"_s,
+              "<Book_Master><Book/><Book_Pages NextID='7'/></Book_Master>");
     Desk desk(sample);
     click(&desk.tab, "cmdNewBook");
     auto *dialog = desk.tab.findChild<NewBookDialog *>();
@@ -177,10 +175,9 @@ void tst_controls::takesUpAFolderWithPages()
     click(&desk.tab, "cmdRemedy");
     QCOMPARE(desk.pages()->topLevelItemCount(), 2);
     QCOMPARE(desk.pages()->topLevelItem(0)->text(0), u"First & last"_s);
-    const Book book =
-        BookFile(world.session, world.files).read(sample.name, *desk.session.currentBook());
+    const Book book = desk.file(*desk.session.currentBook());
     QCOMPARE(book.pages.at(1).title, u"Heading"_s);
-    QCOMPARE(book.pages.at(1).id, u"P0002"_s);
+    QCOMPARE(book.pages.at(1).id, u"P0008"_s);
     QVERIFY(!control<QWidget>(&desk.tab, "cmdRemedy")->isVisible());
 }
 
@@ -207,9 +204,8 @@ void tst_controls::changesTheHeader()
     TocBook expected = pump;
     expected.name = u"Pump station"_s;
     expected.categories = {u"Operation"_s};
-    QTRY_COMPARE(TableOfContents(world.session, world.files).read(sample.name).books.first(),
-                 expected);
-    const Book book = BookFile(world.session, world.files).read(sample.name, expected);
+    QTRY_COMPARE(desk.listed().first(), expected);
+    const Book book = desk.file(expected);
     QCOMPARE(book.name, u"Pump station"_s);
     QCOMPARE(book.pages.size(), 1);
     QCOMPARE(desk.session.currentBook(), std::optional(expected));
@@ -221,16 +217,15 @@ void tst_controls::changesTheHeader()
     QTest::keyClick(control<QLineEdit>(&desk.tab, "txtName"), Qt::Key_Return);
     QCOMPARE(world.messages.shown.size(), 1);
     QVERIFY(world.messages.shown.first().contains(u"Book_PUMP.xml"_s));
-    QCOMPARE(TableOfContents(world.session, world.files).read(sample.name).books.first(), expected);
+    QCOMPARE(desk.listed().first(), expected);
     QCOMPARE(control<QLineEdit>(&desk.tab, "txtName")->text(), u"Pump station"_s);
 }
 
 void tst_controls::savesAPageInItsOwnEncoding()
 {
     SampleProject sample;
-    const TocBook pump = sample.addBook(u"Pump"_s, u"PUMP"_s,
-                                        {{u"start.htm"_s, latin("Gr\xfc\xdf"
-                                                                "e \x80")}});
+    const QByteArray page = latin("Gr\xfc\xdf\x65 \x80");
+    const TocBook pump = sample.addBook(u"Pump"_s, u"PUMP"_s, {{u"start.htm"_s, page}});
     const QString path = sample.folder + u"Book_PUMP\\start.htm"_s;
     Desk desk(sample);
     desk.open(pump);
@@ -242,27 +237,22 @@ void tst_controls::savesAPageInItsOwnEncoding()
     QVERIFY(isEnabled(&desk.tab, "cmdSave"));
     QCOMPARE(desk.text("lblPage"), u"* start"_s);
     desk.pressSave();
-    QCOMPARE(sample.world.bytes(path), "\xe4"
-                                           + latin("Gr\xfc\xdf"
-                                                   "e \x80"));
+    QCOMPARE(sample.world.bytes(path), "\xe4" + page);
     QVERIFY(!isEnabled(&desk.tab, "cmdSave"));
 
     desk.insert(u"\u6f22"_s);
     sample.world.messages.choices = {1};
     desk.pressSave();
     QVERIFY(sample.world.messages.shown.last().contains(u"\u6f22"_s));
-    QCOMPARE(sample.world.bytes(path), "\xe4"
-                                           + latin("Gr\xfc\xdf"
-                                                   "e \x80"));
+    QCOMPARE(sample.world.bytes(path), "\xe4" + page);
     sample.world.messages.choices = {0};
     desk.pressSave();
-    QByteArray expected = "\xe6\xbc\xa2\xc3\xa4"
-                          + latin("Gr\xc3\xbc\xc3\x9f"
-                                  "e \xe2\x82\xac");
+    QByteArray expected = "\xe6\xbc\xa2\xc3\xa4" + latin("Gr\xc3\xbc\xc3\x9f\x65 \xe2\x82\xac");
     QCOMPARE(sample.world.bytes(path), expected.replace("windows-1252", "utf-8"));
     QCOMPARE(desk.text("lblEncoding"), u"UTF-8"_s);
 
     desk.insert(u"zzz"_s);
+    sample.world.messages.choices = {0};
     click(&desk.tab, "cmdRevert");
     QVERIFY(!desk.source()->toPlainText().startsWith(u"zzz"_s));
     QVERIFY(sample.world.messages.unexpected.isEmpty());
@@ -276,13 +266,14 @@ void tst_controls::unlocksALockedPage()
     sample.world.files.setAttributes(path, ReadOnlyFile);
     Desk desk(sample);
     desk.open(pump);
-    QVERIFY(desk.source()->isReadOnly());
-    auto *editor = desk.tab.findChild<PageEditor *>();
+    QCOMPARE(desk.text("lblPageLock"), u"This page is locked."_s);
+    QTest::keyClick(desk.source(), Qt::Key_X);
+    QCOMPARE(desk.source()->toPlainText(), u"<p>x</p>"_s);
 
     sample.world.messages.choices = {1, 0};
-    Q_EMIT editor->unlockRequested();
+    click(&desk.tab, "cmdUnlockPage");
     QVERIFY(sample.world.files.status(path).readOnly);
-    Q_EMIT editor->unlockRequested();
+    click(&desk.tab, "cmdUnlockPage");
     QVERIFY(!sample.world.files.status(path).readOnly);
     QVERIFY(!desk.source()->isReadOnly());
     desk.insert(u"y"_s);
@@ -324,6 +315,23 @@ void tst_controls::asksWhenAnotherAuthorWasFaster()
     QCOMPARE(sample.world.bytes(path), "four");
     QCOMPARE(messages.shown.size(), 3);
 
+    // Every message box makes the window active again when it closes: what was said is said.
+    desk.insert(u"mine "_s);
+    sample.world.files.removeFile(path);
+    sample.world.put(sample.folder + ProjectFile::toc, "broken");
+    messages.choices = {1};
+    for (int activation = 0; activation < 3; ++activation) {
+        QApplication::sendEvent(&desk.tab, &activated);
+        QCoreApplication::processEvents();
+    }
+    QCOMPARE(messages.shown.size(), 5);
+    sample.world.files.removeFile(sample.folder + ProjectFile::toc);
+    TableOfContents(sample.world.session, sample.world.files)
+        .CreateQVTOCFile(sample.folder + ProjectFile::toc);
+    TableOfContents(sample.world.session, sample.world.files).addBook(sample.name, pump);
+    desk.pressSave();
+    QCOMPARE(sample.world.bytes(path), "mine four");
+
     // A second window of the project sees what the first one does, and the other way round.
     Desk second(sample);
     QCOMPARE(second.books()->count(), 1);
@@ -364,11 +372,11 @@ void tst_controls::savesOnLeavingAndAsksOnClosing()
     messages.choices = {1};
     QVERIFY(desk.tab.mayLeave());
     QCOMPARE(sample.world.bytes(path), "1a");
-    QCOMPARE(desk.source()->toPlainText(), u"1a"_s);
+    QVERIFY2(desk.source()->toPlainText() == u"21a"_s, "until the window closes");
     desk.insert(u"3"_s);
     messages.choices = {0};
     QVERIFY(desk.tab.mayLeave());
-    QCOMPARE(sample.world.bytes(path), "31a");
+    QCOMPARE(sample.world.bytes(path), "321a");
     const auto asked = messages.shown.size();
     QVERIFY(desk.tab.mayLeave());
     QCOMPARE(messages.shown.size(), asked);
@@ -389,6 +397,9 @@ void tst_controls::keepsUnsavedTextWhenTheProgramEnds()
     desk.open(pump);
     QVERIFY(control<QWidget>(&desk.tab, "recoveryBar")->isVisible());
     QCOMPARE(desk.source()->toPlainText(), u"a"_s);
+    desk.insert(u"typed "_s);
+    desk.pressSave();
+    QVERIFY2(control<QWidget>(&desk.tab, "recoveryBar")->isVisible(), "neither used nor refused");
     click(&desk.tab, "cmdUseRecovered");
     QCOMPARE(desk.source()->toPlainText(), u"\u00fc unsaved a"_s);
     desk.pressSave();
@@ -419,15 +430,16 @@ void tst_controls::followsLinksOfThePreview()
     tabs->setCurrentIndex(2);
     auto *preview = control<QTextBrowser>(&desk.tab, "preview");
     QCOMPARE(preview->toPlainText(), u"Text \u00fc"_s);
-    QVERIFY(QMetaObject::invokeMethod(preview, "pageRequested",
-                                      Q_ARG(QString, sample.folder + u"book_pump\\B.htm"_s),
-                                      Q_ARG(QString, QString())));
+    const auto follow = [&](const QString &page) {
+        return QMetaObject::invokeMethod(preview, "pageRequested",
+                                         Q_ARG(QString, sample.folder + page),
+                                         Q_ARG(QString, QString()));
+    };
+    QVERIFY(follow(u"book_pump\\B.htm"_s));
     QCOMPARE(desk.session.currentPage(), u"P0002"_s);
     QCOMPARE(tabs->currentIndex(), 2);
     QCOMPARE(preview->toPlainText(), u"Second"_s);
-    QVERIFY(QMetaObject::invokeMethod(preview, "pageRequested",
-                                      Q_ARG(QString, sample.folder + u"Book_PUMP\\c.htm"_s),
-                                      Q_ARG(QString, QString())));
+    QVERIFY(follow(u"Book_PUMP\\c.htm"_s));
     QVERIFY(
         sample.world.messages.shown.last().startsWith(u"No book of this project lists the page"_s));
 }
@@ -436,17 +448,10 @@ void tst_controls::deletesABook()
 {
     SampleProject sample;
     const TocBook pump = sample.addBook(u"Pump"_s, u"PUMP"_s, {{u"a.htm"_s, "a"}});
-    sample.addBook(u"Valve"_s, u"VALVE"_s, {{u"a.htm"_s, "a"}});
+    const TocBook valve = sample.addBook(u"Valve"_s, u"VALVE"_s, {{u"a.htm"_s, "a"}});
     TestProgram &world = sample.world;
     Desk desk(sample);
     QSignalSpy deleted(&desk.tab, &ctlBooksTab::OnDeleteBook);
-    const auto listed = [&] {
-        QStringList names;
-        for (const TocBook &book :
-             TableOfContents(world.session, world.files).read(sample.name).books)
-            names.append(book.name);
-        return names;
-    };
     const auto askToDelete = [&](const TocBook &book) {
         desk.session.select(book);
         click(&desk.tab, "cmdDeleteBook");
@@ -457,27 +462,49 @@ void tst_controls::deletesABook()
     QCOMPARE(control<QListWidget>(dialog, "lstPages")->item(0)->text(), u"a (a.htm)"_s);
     dialog->reject();
     QTRY_VERIFY(!dialog);
-    QCOMPARE(listed().size(), 2);
+    QCOMPARE(desk.listed().size(), 2);
     QCOMPARE(deleted.size(), 0);
 
     dialog = askToDelete(pump);
     click(dialog, "cmdDelete"); // the entry only, as proposed
     QTRY_VERIFY(!dialog);
-    QCOMPARE(listed(), QStringList{u"Valve"_s});
+    QCOMPARE(desk.listed(), QList{valve});
     QVERIFY(world.files.fileExists(sample.folder + u"Book_PUMP\\a.htm"_s));
     QCOMPARE(deleted, (QList<QVariantList>{{true}}));
     QVERIFY(!desk.session.currentBook());
 
     world.files.setAttributes(sample.folder + u"Book_VALVE\\a.htm"_s, ReadOnlyFile);
-    dialog = askToDelete(desk.session.books().first());
+    dialog = askToDelete(valve);
     control<QRadioButton>(dialog, "optAlsoFiles")->click();
     click(dialog, "cmdDelete");
     QTRY_VERIFY(!dialog);
-    QCOMPARE(listed(), QStringList());
+    QVERIFY(desk.listed().isEmpty());
     QVERIFY(!world.files.exists(sample.folder + u"Book_VALVE"_s));
     QCOMPARE(deleted.size(), 2);
     QCOMPARE(desk.books()->count(), 0);
     QCOMPARE(world.messages.shown, QStringList());
+}
+
+void tst_controls::deletesTheTwinThatIsMeant()
+{
+    SampleProject sample;
+    sample.addBook(u"Pump"_s, u"PUMP"_s, {{u"a.htm"_s, "a"}});
+    sample.addBook(u"Twin"_s, u"TWIN"_s, {{u"b.htm"_s, "b"}});
+    QString list = decodePage(sample.world.bytes(sample.folder + ProjectFile::toc), {}).text;
+    list.replace(u">Twin<"_s, u">Pump<"_s).replace(u">TWIN<"_s, u">PUMP<"_s);
+    sample.world.put(sample.folder + ProjectFile::toc, utf16Bytes(list));
+    Desk desk(sample);
+    desk.books()->setCurrentRow(1);
+    QCOMPARE(desk.pages()->topLevelItem(0)->text(1), u"b.htm"_s);
+    click(&desk.tab, "cmdDeleteBook");
+    auto *dialog = desk.tab.findChild<DeleteBookDialog *>();
+    QCOMPARE(control<QListWidget>(dialog, "lstPages")->item(0)->text(), u"b (b.htm)"_s);
+    control<QRadioButton>(dialog, "optAlsoFiles")->click();
+    click(dialog, "cmdDelete");
+    QCOMPARE(desk.listed().size(), 1);
+    QCOMPARE(desk.listed().first().folder, u"Book_PUMP"_s);
+    QVERIFY(sample.world.files.fileExists(sample.folder + u"Book_PUMP\\a.htm"_s));
+    QVERIFY(!sample.world.files.exists(sample.folder + u"Book_TWIN"_s));
 }
 
 void tst_controls::deletesNoFolderThatIsNotTheBooksOwn()
@@ -569,14 +596,14 @@ void tst_controls::saysWhatIsWrongWithABook()
     QVERIFY(desk.text("lblBookProblem").contains(u"Book_GONE"_s));
     click(&desk.tab, "cmdRemedy");
     QCOMPARE(desk.text("lblBookProblem"), QString());
-    QCOMPARE(BookFile(world.session, world.files).read(sample.name, gone).name, u"Gone"_s);
+    QCOMPARE(desk.file(gone).name, u"Gone"_s);
     QVERIFY(isEnabled(&desk.tab, "cmdAddSourceFiles"));
 }
 
 void tst_controls::showsGlobalsAndQuickNavigation()
 {
     SampleProject sample;
-    TocBook pump = sample.addBook(u"Pump"_s, u"PUMP"_s, {{u"a.htm"_s, "a"}});
+    const TocBook pump = sample.addBook(u"Pump"_s, u"PUMP"_s, {{u"a.htm"_s, "a"}});
     TocBook repaired = pump;
     repaired.categories = {u"repair"_s};
     TableOfContents(sample.world.session, sample.world.files)
@@ -620,41 +647,6 @@ void tst_controls::showsGlobalsAndQuickNavigation()
     session.reread();
     QVERIFY(control<QLabel>(&globals, "lblPagesProblem")->text().contains(u"Book_Global.xml"_s));
     QCOMPARE(categories->topLevelItemCount(), 2);
-}
-
-void tst_controls::stopsLongWork()
-{
-    TestProgram world;
-    QWidget window;
-    window.show();
-    int steps = 0;
-    const auto endless = [&](const Progress &progress) {
-        for (;; ++steps) {
-            progress.step(steps, 0, u"Step"_s);
-            std::this_thread::sleep_for(std::chrono::milliseconds(1));
-        }
-    };
-    QString title;
-    QTimer author;
-    connect(&author, &QTimer::timeout, this, [&] {
-        auto *box = qobject_cast<QProgressDialog *>(QApplication::activeModalWidget());
-        if (box == nullptr)
-            return;
-        title = box->windowTitle();
-        author.stop();
-        box->close(); // means Stop
-    });
-    author.start(10);
-    QVERIFY(!runInBackground(world.program, &window, u"Counting"_s, endless));
-    QCOMPARE(title, u"Counting"_s);
-    QVERIFY(steps > 0);
-
-    const auto failing = [](const Progress &) { throw QvError(PermissionDenied, {}, u"No."_s); };
-    QVERIFY_THROWS_EXCEPTION(QvError, runInBackground(world.program, &window, u"x"_s, failing));
-    bool done = false;
-    QVERIFY(
-        runInBackground(world.program, &window, u"x"_s, [&](const Progress &) { done = true; }));
-    QVERIFY(done);
 }
 
 int main(int argc, char *argv[])

@@ -2,15 +2,17 @@
 #include "platform/QvError.h"
 #include "platform/TreeWalker.h"
 #include "platform/portable/PortableFiles.h"
+#include "support/ChildProcess.h"
+#include "support/Errors.h"
 
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <fcntl.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <csignal>
@@ -63,26 +65,14 @@ public:
     {
         QCOMPARE(chmod(QFile::encodeName(native(below)).constData(), mode), 0);
     }
+    void changedHoursAgo(const QString &below, int hours)
+    {
+        const timespec then{time(nullptr) - hours * 60 * 60, 0};
+        const timespec times[]{then, then};
+        const QByteArray path = QFile::encodeName(native(below));
+        QCOMPARE(utimensat(AT_FDCWD, path.constData(), times, 0), 0);
+    }
 };
-
-/// The text of the error that `body` raises, with the machine's folder left out; "" for none.
-QString errorOf(const std::function<void()> &body)
-{
-    QString text;
-    trap([&](const QvError &error) { text = error.text(); }, body);
-    return text;
-}
-
-/// Runs `body` in a process of its own and returns its exit status.
-int inChild(const std::function<int()> &body)
-{
-    const pid_t child = fork();
-    if (child == 0)
-        _exit(body());
-    int status = -1;
-    waitpid(child, &status, 0);
-    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-}
 
 } // namespace
 
@@ -102,6 +92,7 @@ private Q_SLOTS:
     void walksWithoutFollowingLinks();
     void copiesATree();
     void deletesATree();
+    void whatKilledProgramsLeftIsRemoved();
     void refusedDeletionChangesNothing();
     void lockKeepsOthersOut();
 };
@@ -111,26 +102,11 @@ void tst_files::namesAndPaths()
     for (const QString &name : {u"Plant 300"_s, u"Operator's Guide"_s, u".hidden"_s, u"設備"_s,
                                 u"COM10"_s, u"Console"_s, u"a..b"_s, u"x&y"_s, QString(255, u'n')})
         QVERIFY2(isSafeName(name), qPrintable(name));
-    for (const QString &name : {u""_s,
-                                u"."_s,
-                                u".."_s,
-                                u"a\\b"_s,
-                                u"a/b"_s,
-                                u"C:"_s,
-                                u"a*"_s,
-                                u"a?"_s,
-                                u"a\"b"_s,
-                                u"a|b"_s,
-                                u"a\tb"_s,
-                                u"nul"_s,
-                                u"Aux.txt"_s,
-                                u"com1"_s,
-                                u"LPT\u00B2.x"_s,
-                                u"con .txt"_s,
-                                u"end."_s,
-                                u"end "_s,
-                                QString(QChar(0xD800)),
-                                QString(256, u'n')})
+    QStringList refused =
+        u"|.|..|a\\b|a/b|C:|a*|a?|a\"b|a\tb|nul|Aux.txt|com1|LPT\u00B2.x|con .txt|"
+        "end.|end "_s.split(u'|');
+    refused << u"a|b"_s << QString(QChar(0xD800)) << QString(256, u'n');
+    for (const QString &name : std::as_const(refused))
         QVERIFY2(!isSafeName(name), qPrintable(name));
 
     const QString base = u"S:\\Docs\\Plant"_s;
@@ -429,7 +405,7 @@ void tst_files::copiesATree()
     QCOMPARE(disk.names(u"Docs/Q/Book_A"_s), (QStringList{u"big.png"_s, u"p.htm"_s}));
     QCOMPARE(disk.bytes(u"Docs/Q/Book_A/big.png"_s), QByteArray(200'000, 'p'));
     QCOMPARE(disk.mode(u"Docs/Q/Book_A/p.htm"_s), mode_t(0440));
-    QCOMPARE(disk.mode(u"Docs/Q/Book_A"_s) & 0222, mode_t(0));
+    QVERIFY(disk.mode(u"Docs/Q/Book_A"_s) & 0200);
     QCOMPARE(disk.files.status(u"S:\\Docs\\Q\\QV_Toc.xml"_s).modified, old);
 
     QCOMPARE(errorOf([&] { copyTree(disk.files, from, u"S:\\DOCS\\p\\Copy"_s); }),
@@ -473,8 +449,31 @@ void tst_files::deletesATree()
     disk.put(u"Docs/P.qvdel1/Book_A/p.htm"_s, "page");
     disk.put(u"Docs/P.qvdelta/p.htm"_s, "page");
     disk.put(u"Docs/Q.qvdel2"_s, "a file");
-    removeLeftovers(disk.files, u"S:\\Docs"_s);
-    QCOMPARE(disk.names(u"Docs"_s), (QStringList{u"Alias"_s, u"P.qvdelta"_s, u"Q.qvdel2"_s}));
+    disk.put(u"Docs/R.qvdel3/p.htm"_s, "listed in the catalogue");
+    removeLeftovers(disk.files, u"S:\\Docs"_s, {u"r.QVDEL3"_s});
+    QCOMPARE(disk.names(u"Docs"_s),
+             (QStringList{u"Alias"_s, u"P.qvdelta"_s, u"Q.qvdel2"_s, u"R.qvdel3"_s}));
+}
+
+void tst_files::whatKilledProgramsLeftIsRemoved()
+{
+    Disk disk;
+    const QStringList folders{u"a.qvnew"_s, u"fresh.qvnew"_s, u"listed.qvnew"_s, u"o.qvtmp1"_s};
+    const QStringList single{u"b.xml.qvtmp77"_s, u"fresh.xml.qvtmp78"_s, u"n.qvnew"_s,
+                             u"n.qvtmp"_s};
+    for (const QString &name : folders)
+        disk.put(u"Docs/"_s + name + u"/p.htm"_s, "page");
+    for (const QString &name : single)
+        disk.put(u"Docs/"_s + name, "half");
+    for (const QString &name : folders + single) {
+        if (!name.startsWith(u"fresh"_s))
+            disk.changedHoursAgo(u"Docs/"_s + name, 25);
+    }
+    disk.setMode(u"Docs/b.xml.qvtmp77"_s, 0444);
+    removeAbandoned(disk.files, u"S:\\Docs\\"_s, {u"Listed.qvnew"_s});
+    QCOMPARE(disk.names(u"Docs"_s),
+             (QStringList{u"fresh.qvnew"_s, u"fresh.xml.qvtmp78"_s, u"listed.qvnew"_s, u"n.qvnew"_s,
+                          u"n.qvtmp"_s, u"o.qvtmp1"_s}));
 }
 
 void tst_files::refusedDeletionChangesNothing()
@@ -510,12 +509,12 @@ void tst_files::lockKeepsOthersOut()
     QVERIFY(mine);
     QCOMPARE(disk.mode(u"Docs/QV_Selection.xml.lock"_s), mode_t(0660));
     QVERIFY(!lock(0ms));
-    QCOMPARE(inChild([&] { return lock(20ms) ? 1 : 2; }), 2);
+    QCOMPARE(ChildProcess([&] { return lock(20ms) ? 1 : 2; }).exitStatus(), 2);
     mine.reset();
     QVERIFY(QFile::exists(disk.native(u"Docs/QV_Selection.xml.lock"_s)));
 
     // A process that dies with the lock in its hands.
-    QCOMPARE(inChild([&] { return lock(0ms).release() ? 3 : 4; }), 3);
+    QCOMPARE(ChildProcess([&] { return lock(0ms).release() ? 3 : 4; }).exitStatus(), 3);
     QVERIFY(lock(0ms));
 }
 

@@ -4,11 +4,6 @@
 #include "support/FormDriver.h"
 #include "support/TestProgram.h"
 
-#include <QGroupBox>
-#include <QLabel>
-#include <QPointer>
-#include <QPushButton>
-
 using namespace Qt::StringLiterals;
 
 class tst_launcher final : public QObject
@@ -20,9 +15,7 @@ private Q_SLOTS:
     void leavesWithoutAskingForAChoice();
     void asksOnlyWhenTheUserLeaves();
     void comesBackWithoutASplash();
-    void offersToCloseTheIndexManager();
-    void hasNothingToChooseWithoutWriteAccess();
-    void saysWhatFailedWhileLoading();
+    void hasNothingToChooseWhenLoadingFails();
     void asksForTheServerOnTheFirstRun();
     void quitsOnTheFirstRun();
     void startsAsTheArgumentsSay();
@@ -41,6 +34,7 @@ void tst_launcher::showsTheChoicesAfterTheSplash()
     world.session.serverPath.clear();
     world.session.clientBinPath.clear();
     world.navigator.notOffered = {Form::ContinueDeleteProject, Form::RankBookSet};
+    world.files.makeFolder(u"S:\\Docs\\Plant.qvdel1"_s); // a deletion that was cut short
     frmSelPrjType form(world.program);
     QVERIFY(!control<QGroupBox>(&form, "fraSelProjectType")->isVisibleTo(&form));
     form.show();
@@ -66,10 +60,11 @@ void tst_launcher::showsTheChoicesAfterTheSplash()
     QVERIFY(!isEnabled(&form, "cmdDeleteProject") && !isEnabled(&form, "cmdRankBookSet"));
     QVERIFY(!control<QWidget>(&form, "cmdContinueProject")->toolTip().isEmpty());
 
+    QCOMPARE(form.focusWidget()->objectName(), "cmdAddNewProject"_L1);
     QVERIFY2(world.clock.elapsed >= std::chrono::seconds(5), "the splash stayed for its time");
     QVERIFY(!openWindow<frmOrvantisVRXSplashScreen>());
     QCOMPARE(splashFlag(world), "0"_L1);
-    QVERIFY(!world.files.exists(u"S:\\Docs\\TempFile.txt"_s));
+    QCOMPARE(world.files.entries(u"S:\\Docs"_s).size(), 0);
 }
 
 void tst_launcher::leavesWithoutAskingForAChoice()
@@ -126,50 +121,34 @@ void tst_launcher::comesBackWithoutASplash()
     QCOMPARE(splashFlag(world), QString());
     QVERIFY(!world.session.gbBackToLauncher);
 
-    world.messages.answers = {Answer::Yes};
-    click(form, "cmdCancel");
-    QCOMPARE(world.messages.shown, QStringList{u"Do you want to close Quovane Developer?"_s});
-    QTRY_VERIFY(!form);
-}
-
-void tst_launcher::offersToCloseTheIndexManager()
-{
-    TestProgram world;
-    QPointer form = new frmSelPrjType(world.program);
-    form->show();
     world.windows.open = {u"Nairurda"_s};
     world.messages.answers = {Answer::Yes, Answer::Yes};
-    form->close();
-    QCOMPARE(world.messages.shown.last(),
-             "Index Manager is still running, do you want to close it?"_L1);
-    QCOMPARE(world.windows.closed, QStringList{u"WindowsForms10.Window.8.app3|Nairurda"_s});
+    click(form, "cmdCancel");
+    QCOMPARE(world.messages.shown,
+             (QStringList{u"Do you want to close Quovane Developer?"_s,
+                          u"Index Manager is still running, do you want to close it?"_s}));
+    QCOMPARE(world.windows.closed.size(), 1);
     QTRY_VERIFY(!form);
 }
 
-void tst_launcher::hasNothingToChooseWithoutWriteAccess()
+void tst_launcher::hasNothingToChooseWhenLoadingFails()
 {
-    TestProgram world;
-    QVERIFY(QDir(world.native(u"Docs"_s)).removeRecursively());
-    frmSelPrjType form(world.program);
-    form.show();
-    QCOMPARE(world.messages.shown,
-             QStringList{u"Your QV server S:\\  does not have sufficient privileges to do the "
-                         "operation."_s});
-    QCOMPARE(world.ending.ended, 1);
-    QVERIFY(!control<QGroupBox>(&form, "fraSelProjectType")->isVisible());
-}
-
-void tst_launcher::saysWhatFailedWhileLoading()
-{
-    TestProgram world;
-    world.registry.values.remove(
+    TestProgram unwritable;
+    QVERIFY(QDir(unwritable.native(u"Docs"_s)).removeRecursively());
+    TestProgram notInstalled;
+    notInstalled.registry.values.remove(
         MemoryRegistry::place(Hive::LocalMachine, RegistryKey::product, u"Client"_s));
-    frmSelPrjType form(world.program);
-    form.show();
-    QCOMPARE(world.messages.shown.size(), 1);
-    QVERIFY(world.messages.shown.first().contains("Client"_L1));
-    QVERIFY(world.messages.shown.first().endsWith(": QV_Developer::frmSelPrjType-Form_Load"_L1));
-    QVERIFY(!control<QGroupBox>(&form, "fraSelProjectType")->isVisible());
+    for (TestProgram *const world : {&unwritable, &notInstalled}) {
+        frmSelPrjType form(world->program);
+        form.show();
+        QCOMPARE(world->messages.shown.size(), 1);
+        QVERIFY(!control<QGroupBox>(&form, "fraSelProjectType")->isVisible());
+    }
+    QVERIFY(unwritable.messages.shown.first().startsWith("Your QV server S:\\  does not"_L1));
+    QCOMPARE(unwritable.ending.ended, 1);
+    QVERIFY(notInstalled.messages.shown.first().contains("Client"_L1));
+    QVERIFY(
+        notInstalled.messages.shown.first().endsWith(": QV_Developer::frmSelPrjType-Form_Load"_L1));
 }
 
 void tst_launcher::asksForTheServerOnTheFirstRun()

@@ -10,16 +10,9 @@
 #include "support/WorkspaceWorld.h"
 #include "workspace/frmBuild.h"
 
-#include <QAction>
-#include <QLabel>
-#include <QListWidget>
 #include <QMenu>
-#include <QPlainTextEdit>
-#include <QPointer>
 #include <QSplitter>
 #include <QStatusBar>
-#include <QTabBar>
-#include <QTreeWidget>
 
 using namespace Qt::StringLiterals;
 
@@ -55,16 +48,6 @@ void trigger(const QWidget *form, const char *menuItem)
     QVERIFY2(action && action->isEnabled(), menuItem);
     action->trigger();
 }
-
-constexpr auto quickNavText =
-    "<QV_QuickNav><View ID=\"1\"><View_Name>Tasks</View_Name><Group ID=\"2\">"
-    "<Group_Name>Service</Group_Name><Topic ID=\"3\"><Topic_Name>Pumps</Topic_Name>"
-    "<Category ID=\"4\"><Category_Name>Seals</Category_Name></Category></Topic></Group></View>"
-    "</QV_QuickNav>\r\n"_L1;
-constexpr auto globalBookText =
-    "<Book_Master><Book><Book_Name>Global Information</Book_Name><Book_Acro>GLOBAL</Book_Acro>"
-    "</Book><Global_Pages><Page ID=\"G1\" Type=\"Welcome\"><Page_Title>Welcome</Page_Title>"
-    "<Page_File>welcome.htm</Page_File></Page></Global_Pages></Book_Master>\r\n"_L1;
 
 } // namespace
 
@@ -141,7 +124,7 @@ void tst_mainwindow::passesTheChosenNodeOn()
     world.makeProject(u"Plant"_s);
     world.addBook(u"Operator's Guide"_s, u"OPG"_s);
     world.addBook(u"Repair"_s, u"REP"_s);
-    world.putXml(world.projectPath() + u"_Global Information\\Book_Global.xml"_s, globalBookText);
+    world.currentFiles().addGlobals();
     frmMainUI *const form = world.openMainWindow();
     auto *const tabs = control<QTabBar>(form, "SSTab1");
     const QString globalsName = u"Globals"_s;
@@ -155,13 +138,13 @@ void tst_mainwindow::passesTheChosenNodeOn()
     QVERIFY2(chosenIn(form, "lstBooks").isEmpty(), "no book is shown once a category has gone");
 
     chooseInTree(form, {u"Books"_s, u"Operator's Guide"_s});
-    chooseInTree(form, {globalsName, u"Welcome"_s});
+    chooseInTree(form, {globalsName, u"welcome"_s});
     QCOMPARE(tabs->currentIndex(), 0);
     QCOMPARE(visibleEditor(form), "ctlGlobalsTab1"_L1);
     QVERIFY(chosenIn(form, "lstBooks").isEmpty());
     const auto *const pages = control<QTreeWidget>(form, "tvwGlobalPages");
     QVERIFY(pages->currentItem());
-    QCOMPARE(pages->currentItem()->text(0), "Welcome"_L1);
+    QCOMPARE(pages->currentItem()->text(0), "welcome"_L1);
 
     chooseInTree(form, {u"Books"_s, u"Repair"_s});
     tabs->setCurrentIndex(1);
@@ -175,26 +158,26 @@ void tst_mainwindow::passesQuickNavigationOn()
 {
     WorkspaceWorld world;
     world.makeProject(u"Plant"_s);
-    world.files.makeFolder(world.projectPath() + u"QuickNav"_s);
-    world.putXml(world.projectPath() + u"QuickNav\\Book_QuickNav.xml"_s, quickNavText);
+    world.currentFiles().addQuickNav(u"REP"_s);
     frmMainUI *const form = world.openMainWindow();
     auto *const tree = control<QV_DeveloperTreeOCX>(form, "QV_DeveloperTreeOCX1");
 
-    chooseInTree(form, {u"Quick Navigation"_s, u"Tasks"_s, u"Service"_s, u"Pumps"_s, u"Seals"_s});
-    QCOMPARE(chosenIn(form, "lstViews"), "Tasks"_L1);
-    QCOMPARE(chosenIn(form, "lstTopics"), "Pumps"_L1);
-    QCOMPARE(chosenIn(form, "lstCategories"), "Seals"_L1);
+    chooseInTree(form, {u"Quick Navigation"_s, u"The view"_s, u"The group"_s, u"The topic"_s,
+                        u"The category"_s});
+    QCOMPARE(chosenIn(form, "lstViews"), "The view"_L1);
+    QCOMPARE(chosenIn(form, "lstTopics"), "The topic"_L1);
+    QCOMPARE(chosenIn(form, "lstCategories"), "The category"_L1);
 
     const auto tell = [&](const QString &category, int level) {
-        Q_EMIT tree->evtQVTreeQuickNavInfo(u"Plant"_s, u"Tasks"_s, u"Service"_s, u"Pumps"_s,
-                                           category, level);
+        Q_EMIT tree->evtQVTreeQuickNavInfo(u"Plant"_s, u"The view"_s, u"The group"_s,
+                                           u"The topic"_s, category, level);
     };
     tell({}, 4);
-    QCOMPARE(chosenIn(form, "lstTopics"), "Pumps"_L1);
+    QCOMPARE(chosenIn(form, "lstTopics"), "The topic"_L1);
     QCOMPARE(chosenIn(form, "lstCategories"), QString());
-    tell(u"Seals"_s, 4);
-    QCOMPARE(chosenIn(form, "lstCategories"), "Seals"_L1);
-    tell(u"Seals"_s, 3);
+    tell(u"The category"_s, 4);
+    QCOMPARE(chosenIn(form, "lstCategories"), "The category"_L1);
+    tell(u"The category"_s, 3);
     QCOMPARE(chosenIn(form, "lstCategories"), QString());
 }
 
@@ -331,7 +314,7 @@ void tst_mainwindow::asksForPageTextFirst()
     world.makeProject(u"Plant"_s);
     world.addBook(u"Repair"_s, u"REP"_s);
     frmMainUI *const form = world.openMainWindow();
-    chooseInTree(form, {u"Books"_s, u"Repair"_s, u"Start"_s});
+    chooseInTree(form, {u"Books"_s, u"Repair"_s, u"start"_s});
     QPlainTextEdit *source = nullptr;
     for (auto *const text :
          control<QWidget>(form, "ctlBooksTab1")->findChildren<QPlainTextEdit *>())
@@ -339,7 +322,7 @@ void tst_mainwindow::asksForPageTextFirst()
     QVERIFY(source);
     source->insertPlainText(u"New. "_s);
     world.session.booksChanged = true;
-    const QString page = world.projectPath() + u"Book_REP\\a.htm"_s;
+    const QString page = world.projectPath() + u"Book_REP\\start.htm"_s;
 
     world.messages.choices = {2};
     QVERIFY2(!form->close() && form->isVisible(), "the author wants to stay");
@@ -432,10 +415,10 @@ void tst_mainwindow::keepsTheBuildWindowInStep()
 {
     WorkspaceWorld world;
     world.makeProject(u"Plant"_s);
-    world.putXml(world.projectPath() + u"QV_StatusIndicators.xml"_s,
-                 u"<QV_StatusIndicator><DoctoDoc>3046706</DoctoDoc><ContextSettings>16361509"
-                 "</ContextSettings><QuickNav>12986408</QuickNav><SearchIndex>7</SearchIndex>"
-                 "</QV_StatusIndicator>\r\n"_s);
+    world.put(world.projectPath() + u"QV_StatusIndicators.xml"_s,
+              xmlFile(u"<QV_StatusIndicator><DoctoDoc>3046706</DoctoDoc><ContextSettings>16361509"
+                      "</ContextSettings><QuickNav>12986408</QuickNav><SearchIndex>7</SearchIndex>"
+                      "</QV_StatusIndicator>\n"_s));
     world.real.handOver(u"Plant"_s, u"ENU"_s);
     const QPointer window = static_cast<frmBuild *>(world.real.window(Form::Build));
     ctlBuildTab &control1 = window->ctlBuildTab1();

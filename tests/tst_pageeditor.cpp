@@ -4,19 +4,12 @@
 #include "controls/PageEditor.h"
 #include "controls/PagePreview.h"
 #include "platform/Paths.h"
+#include "support/FormDriver.h"
 #include "support/TestProgram.h"
 
-#include <QApplication>
 #include <QBuffer>
-#include <QComboBox>
 #include <QImage>
-#include <QLabel>
-#include <QLineEdit>
-#include <QPlainTextEdit>
-#include <QPushButton>
-#include <QSignalSpy>
 #include <QTableView>
-#include <QTest>
 #include <QTextBlock>
 #include <QTextLayout>
 
@@ -86,7 +79,6 @@ private Q_SLOTS:
     void keepsEveryLetterAndLineEnd_data();
     void keepsEveryLetterAndLineEnd();
     void showsWhatItCannotKeep();
-    void asksToUnlock();
     void findsAndIndents();
     void coloursAcrossLines();
     void previewsOnlyTheProject();
@@ -141,25 +133,8 @@ void tst_pageeditor::showsWhatItCannotKeep()
                             "are saved with LF."_s);
     w.editor.setPage(u"a\n"_s);
     QVERIFY(!w.bar->isVisible());
-}
-
-void tst_pageeditor::asksToUnlock()
-{
-    Editor w;
-    auto *unlock = w.editor.findChild<QPushButton *>(u"cmdUnlockPage"_s);
-    QSignalSpy requests(&w.editor, &PageEditor::unlockRequested);
-    w.editor.setPage(u"page"_s);
-    w.editor.setLocked(true);
-    QCOMPARE(w.bar->text(), u"This page is locked."_s);
-    w.press(Qt::Key_X);
-    QCOMPARE(w.editor.text(), u"page"_s);
-    QTest::mouseClick(unlock, Qt::LeftButton);
-    QCOMPARE(requests.size(), 1);
-
-    w.editor.setLocked(false);
     w.editor.setReadOnlyReason(u"Bytes are damaged."_s);
-    QVERIFY(!unlock->isVisible());
-    QVERIFY(w.text->isReadOnly());
+    QVERIFY(w.text->isReadOnly() && !control<QWidget>(&w.editor, "cmdUnlockPage")->isVisible());
     QCOMPARE(w.bar->text(), u"Bytes are damaged."_s);
     w.editor.clear();
     QVERIFY(!w.text->isReadOnly());
@@ -189,7 +164,7 @@ void tst_pageeditor::findsAndIndents()
     QCOMPARE(QApplication::focusWidget(), w.text);
     QVERIFY(!field->isVisible());
 
-    w.editor.goToLine(1);
+    w.press(Qt::Key_Home, Qt::ControlModifier);
     w.press(Qt::Key_End);
     w.press(Qt::Key_Return);
     QCOMPARE(w.editor.text(), u"\t  <p>Pump\r\n\t  \r\nvalve pump\r\n"_s);
@@ -365,14 +340,9 @@ void tst_pageeditor::listsWhatAnImportWouldDo()
     QVERIFY(!dialog.plan().items[0].included);
 }
 
-int main(int argc, char **argv)
+int main(int argc, char *argv[])
 {
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication application(argc, argv);
-    QApplication::setStyle(u"Fusion"_s);
-    tst_pageeditor test;
-    return QTest::qExec(&test, argc, argv);
+    return runFormTest<tst_pageeditor>(argc, argv);
 }
 
 #include "tst_pageeditor.moc"

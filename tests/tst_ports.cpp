@@ -2,9 +2,7 @@
 #include "components/ProductInfoFromRegistry.h"
 #include "components/RegistryAccessComponent.h"
 #include "components/WindowHelperComponent.h"
-#include "platform/QvError.h"
 #include "platform/portable/IniRegistry.h"
-#include "platform/portable/PortableFiles.h"
 #include "platform/portable/PortableLocale.h"
 #include "platform/portable/PortableProcesses.h"
 #include "platform/portable/ProgramEndNow.h"
@@ -12,48 +10,17 @@
 #include "platform/portable/SocketWindows.h"
 #include "platform/widgets/MessageBoxes.h"
 #include "platform/widgets/NativeFileDialogs.h"
+#include "support/ChildProcess.h"
+#include "support/Errors.h"
+#include "support/FormDriver.h"
+#include "support/TestProgram.h"
 
-#include <QAbstractButton>
-#include <QApplication>
-#include <QDir>
-#include <QLabel>
 #include <QMessageBox>
 #include <QProcess>
-#include <QStyleFactory>
-#include <QTemporaryDir>
-#include <QTest>
-#include <QTimer>
-
-#include <sys/wait.h>
-#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
 namespace {
-
-class NotedMessages final : public Messages
-{
-public:
-    QList<Message> boxes;
-
-    Answer show(const Message &message) override
-    {
-        boxes.append(message);
-        return Answer::Ok;
-    }
-    int choose(const Choice &) override { return -1; }
-};
-
-template <typename Body>
-QString errorOf(Body body)
-{
-    try {
-        body();
-    } catch (const QvError &error) {
-        return error.text();
-    }
-    return u"no error"_s;
-}
 
 void writeFile(const QString &path, const QByteArray &content)
 {
@@ -96,18 +63,6 @@ public:
 private:
     QProcess m_process;
 };
-
-int exitStatusOfChild(const std::function<void()> &body)
-{
-    const pid_t child = fork();
-    if (child == 0) {
-        body();
-        _exit(77);
-    }
-    int status = 0;
-    waitpid(child, &status, 0);
-    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-}
 
 } // namespace
 
@@ -161,6 +116,7 @@ void tst_ports::namesAreRefusedWithTheirReason_data()
     QTest::newRow("leading tilde") << u"~a"_s << u"~"_s;
     QTest::newRow("trailing dot") << u"Plant."_s << u"."_s;
     QTest::newRow("device") << u"com1.x"_s << u"com1"_s;
+    QTest::newRow("name while being deleted") << u"a.QVdel12"_s << u".QVdel12"_s;
     QTest::newRow("packed copy") << u"QVa_server.zip"_s << u"_server.zip"_s;
     QTest::newRow("favourites") << u"my FAVORITES"_s << u"my FAVORITES"_s;
     const QString wide = u"日"_s.repeated(80);
@@ -171,7 +127,7 @@ void tst_ports::namesAreRefusedWithTheirReason()
 {
     QFETCH(const QString, name);
     QFETCH(const QString, piece);
-    NotedMessages messages;
+    ScriptedMessages messages;
     NameRules rules(messages);
     QCOMPARE(rules.CheckXMLCharacters(name, XmlCharacters::What::ProjectName), QString());
     QCOMPARE(messages.boxes.size(), 1);
@@ -182,7 +138,7 @@ void tst_ports::namesAreRefusedWithTheirReason()
 
 void tst_ports::goodNamesPass()
 {
-    NotedMessages messages;
+    ScriptedMessages messages;
     NameRules rules(messages);
     const auto check = [&](const QString &text) {
         return rules.CheckXMLCharacters(text, XmlCharacters::What::ProjectName);
@@ -262,13 +218,9 @@ void tst_ports::writersDoNotLoseEachOthersSettings()
                                       u"x"_s);
         return good;
     };
-    const pid_t child = fork();
-    if (child == 0)
-        _exit(writeMany(u"a"_s) ? 5 : 6);
+    const ChildProcess other([&] { return writeMany(u"a"_s) ? 5 : 6; });
     QVERIFY(writeMany(u"b"_s));
-    int status = 0;
-    waitpid(child, &status, 0);
-    QCOMPARE(WEXITSTATUS(status), 5);
+    QCOMPARE(other.exitStatus(), 5);
     QCOMPARE(contentOf(file).count("=x\n"), 60);
 }
 
@@ -400,7 +352,7 @@ void tst_ports::theProgramEndsAfterItsLastJobs()
 {
     const QString file = m_folder->filePath(u"jobs"_s);
     const auto note = [&](const char *name) { writeFile(file, contentOf(file) + name); };
-    const int status = exitStatusOfChild([&] {
+    const ChildProcess program([&]() -> int {
         ProgramEndNow ending;
         ending.before([&] { note("first "); });
         const int taken = ending.before([&] { note("taken "); });
@@ -412,7 +364,7 @@ void tst_ports::theProgramEndsAfterItsLastJobs()
         ending.forget(taken);
         ending.endNow();
     });
-    QCOMPARE(status, 1);
+    QCOMPARE(program.exitStatus(), 1);
     QCOMPARE(contentOf(file), "last first ");
 }
 
@@ -483,12 +435,7 @@ void tst_ports::dialogFilters()
 
 int main(int argc, char *argv[])
 {
-    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication app(argc, argv);
-    QApplication::setStyle(QStyleFactory::create(u"Fusion"_s));
-    tst_ports test;
-    return QTest::qExec(&test, argc, argv);
+    return runFormTest<tst_ports>(argc, argv);
 }
 
 #include "tst_ports.moc"

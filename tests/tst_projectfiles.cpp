@@ -1,8 +1,10 @@
+#include "platform/Paths.h"
 #include "projectfiles/Backup.h"
 #include "projectfiles/BookFile.h"
 #include "projectfiles/ProjectCopy.h"
 #include "projectfiles/QuickNavFile.h"
 #include "projectfiles/TableOfContents.h"
+#include "startup/FileHelpers.h"
 #include "support/TestProgram.h"
 #include "support/XmlFile.h"
 
@@ -334,7 +336,9 @@ void tst_projectfiles::copiesAProject()
     world.files.removeFile(plant + u"Book_LST\\Book_LST.xml"_s);
     world.files.setAttributes(plant + u"Book_OPG\\Book_OPG.xml"_s, ReadOnlyFile);
     world.put(plant + u"QV_Toc.xml.qvtmp77"_s, "half");
-    world.put(plant + u"Book_OPG\\x.lock"_s, {});
+    world.put(plant + u"Book_OPG\\x.xml.lock"_s, {});
+    world.files.makeFolder(plant + u"gate.lock"_s);
+    world.put(plant + u"gate.lock\\a.qvtmp.html"_s, page);
     QVERIFY(QFile::link(u"/etc"_s, world.native(u"Docs/Plant/outside"_s)));
     makeGlobalBookIfMissing(world.session, world.files, *world.parts.globalInformation);
     const QByteArray sourceBook = world.bytes(plant + u"Book_OPG\\Book_OPG.xml"_s);
@@ -348,7 +352,8 @@ void tst_projectfiles::copiesAProject()
              qPrintable(seen.last()));
     QCOMPARE(world.bytes(copied + u"Book_TRN\\Book_TRN.xml"_s), "torn"_ba);
     QCOMPARE(world.bytes(copied + u"Book_OPG\\start.html"_s), page);
-    for (const auto &behind : {u"_Backup"_s, u"QV_Toc.xml.qvtmp77"_s, u"Book_OPG\\x.lock"_s})
+    QCOMPARE(world.bytes(copied + u"gate.lock\\a.qvtmp.html"_s), page);
+    for (const auto &behind : {u"_Backup"_s, u"QV_Toc.xml.qvtmp77"_s, u"Book_OPG\\x.xml.lock"_s})
         QVERIFY2(!world.files.exists(copied + behind), qPrintable(behind));
 
     const QString text = world.textFile(copied + u"QV_TOC.xml"_s);
@@ -424,6 +429,8 @@ void tst_projectfiles::takesCategoriesOfTheSource()
     file.write(source, {{{}, u"Pumps"_s, u"all of them"_s}, {{}, u"Belts"_s, {}}});
     file.write(source, {{u"C0001"_s, u"Pumps"_s, u"all of them"_s}});
     file.write(source, file.read(source) << Category{{}, u"Oil"_s, {}});
+    const QString end = u"</QV_BookCategories>"_s;
+    world.put(source, utf16Bytes(world.textFile(source).replace(end, u"\t<Own />\n"_s + end)));
     world.put(plantToc, toc(u"\t<QV>\n\t\t<QV_Categories><C>X</C></QV_Categories>\n\t</QV>\n"_s));
 
     QStringList grown{{}, u"earlier"_s};
@@ -434,7 +441,7 @@ void tst_projectfiles::takesCategoriesOfTheSource()
              "\t<Category ID=\"C0001\">\n\t\t<Category_Name>Pumps</Category_Name>\n"
              "\t\t<Category_Description>all of them</Category_Description>\n\t</Category>\n"
              "\t<Category ID=\"C0003\">\n\t\t<Category_Name>Oil</Category_Name>\n"
-             "\t\t<Category_Description />\n\t</Category>\n</QV_BookCategories>\n"_s);
+             "\t\t<Category_Description />\n\t</Category>\n\t<Own />\n</QV_BookCategories>\n"_s);
 
     world.parts.categories->add(u"OIL"_s);
     world.parts.categories->add({});
@@ -466,39 +473,36 @@ void tst_projectfiles::makesTheGlobalBookOnce()
 void tst_projectfiles::readsTheExamplesOfTheFormatPages()
 {
     World world;
-    for (const auto *folder : {"Book_OPG", "_Global Information", "QuickNav"})
-        world.files.makeFolder(plant + QString::fromLatin1(folder));
-    const auto putExample = [&](const QString &page, const QString &path) {
-        QFile format(QFINDTESTDATA("../docs/formats/"_L1 + page));
+    const QList<QPair<QString, QString>> examples{
+        {u"table-of-contents"_s, plantToc},
+        {u"book"_s, plant + u"Book_OPG\\Book_OPG.xml"_s},
+        {u"categories"_s, plant + categoriesFile},
+        {u"global-book"_s, plant + u"_Global Information\\Book_Global.xml"_s},
+        {u"quick-navigation"_s, plant + u"QuickNav\\Book_QuickNav.xml"_s},
+        {u"catalogue"_s, u"S:\\Docs\\QV_Selection.xml"_s}};
+    for (const auto &[page, path] : examples) {
+        QFile format(QFINDTESTDATA(u"../docs/formats/%1.md"_s.arg(page)));
         QVERIFY2(format.open(QFile::ReadOnly), qPrintable(page));
         const QString text = QString::fromUtf8(format.readAll());
+        FileHelpers(world.session, world.files).mbCreateFilePath(parentFolder(path).chopped(1));
         world.put(path, utf16Bytes(text.section(u"```xml\n"_s, 1).section(u"```"_s, 0, 0)));
-    };
-    putExample(u"table-of-contents.md"_s, plantToc);
-    putExample(u"book.md"_s, plant + u"Book_OPG\\Book_OPG.xml"_s);
-    putExample(u"categories.md"_s, plant + categoriesFile);
-    putExample(u"global-book.md"_s, plant + u"_Global Information\\Book_Global.xml"_s);
-    putExample(u"quick-navigation.md"_s, plant + u"QuickNav\\Book_QuickNav.xml"_s);
-    putExample(u"catalogue.md"_s, u"S:\\Docs\\QV_Selection.xml"_s);
-
+    }
     const Toc toc = world.contents.read(u"Plant"_s);
     QCOMPARE(toc.header.platform + toc.header.variation, u"Plant 300"_s);
-    QCOMPARE(toc.header.categories, QStringList{u"Safety"_s});
     QCOMPARE(toc.books.value(0).type, u"manual"_s);
-    const Book book = world.books.read(u"Plant"_s, toc.books.value(0));
-    QCOMPARE(outline(book.pages), u"P0001 Start(P0003 Stop)"_s);
-    QCOMPARE(book.sources.value(0).page, u"P0001"_s);
+    QCOMPARE(outline(world.books.read(u"Plant"_s, toc.books.value(0)).pages),
+             u"P0001 Start(P0003 Stop)"_s);
     QCOMPARE(names(CategoryFile(world.files).read(plant + categoriesFile)),
              (QStringList{u"C0001 Safety"_s, u"C0002 Maintenance"_s}));
-    const auto global = readGlobalPages(world.session, world.files, u"Plant"_s);
-    QCOMPARE(global.value(0).type + global.value(0).file, u"Welcomewelcome.html"_s);
+    QCOMPARE(readGlobalPages(world.session, world.files, u"Plant"_s).value(0).file,
+             u"welcome.html"_s);
     const QuickNav nav = readQuickNav(world.session, world.files, u"Plant"_s);
-    QCOMPARE(nav.categories, QStringList{u"Procedures"_s});
     const QuickNavNode topic = nav.views.value(0).children.value(0).children.value(0);
-    QCOMPARE(topic.name, u"Starting"_s);
     const QuickNavLink link = topic.children.value(0).links.value(0);
-    QCOMPARE((QStringList{link.book, link.page, link.title, link.anchor}),
-             (QStringList{u"OPG"_s, u"P0001"_s, u"Start the pump"_s, u"step1"_s}));
+    QCOMPARE((QStringList{nav.categories.value(0), topic.name, link.book, link.page, link.title,
+                          link.anchor}),
+             (QStringList{u"Procedures"_s, u"Starting"_s, u"OPG"_s, u"P0001"_s, u"Start the pump"_s,
+                          u"step1"_s}));
     QCOMPARE(ProjectCatalogue(world.session, world.files).GetProdQVSelection_Data(),
              (QStringList{{}, u"My Favorites#500"_s, u"Plant#20"_s}));
 }

@@ -5,6 +5,7 @@
 #include "startup/clsRegAccess.h"
 
 #include "platform/Xml.h"
+#include "support/Errors.h"
 #include "support/OrdinaryUser.h"
 #include "support/TestProgram.h"
 
@@ -14,15 +15,6 @@
 using namespace Qt::StringLiterals;
 
 namespace {
-
-/// The error that `body` raises; number 0 when it raises none.
-template <typename Body>
-QvError errorOf(Body body)
-{
-    QvError raised(0, {}, {});
-    trap([&](const QvError &error) { raised = error; }, body);
-    return raised;
-}
 
 QByteArray meta(const QByteArray &charset)
 {
@@ -112,12 +104,12 @@ void tst_startup::pagesAreWrittenBackOrRefused()
     for (const QByteArray &bytes : damaged)
         QVERIFY2(decodePage(bytes, u"ENU"_s).damaged, bytes.toHex());
 
-    const QvError error = errorOf([] { encodePage(u"ä\n→"_s, {"windows-1252"}); });
+    const QvError error = raisedBy([] { encodePage(u"ä\n→"_s, {"windows-1252"}); });
     QCOMPARE(error.number(), 5);
     QVERIFY2(error.description().startsWith(
                  u"Line 2: the character \"→\" (U+2192) does not exist in windows-1252"_s),
              error.what());
-    QCOMPARE(errorOf([] { encodePage(u"a\xDC00"_s, {"UTF-8"}); }).number(), 5);
+    QCOMPARE(raisedBy([] { encodePage(u"a\xDC00"_s, {"UTF-8"}); }).number(), 5);
 }
 
 void tst_startup::markersFollowTheProject()
@@ -181,7 +173,8 @@ void tst_startup::unreadablePagesAreKept()
         QCOMPARE(world.bytes(folder + kept), "**Old**");
     }
 
-    const QvError error = errorOf([&] { content.QVUpdateFiles(u"S:\\Docs\\None"_s, u"Old"_s, 0); });
+    const QvError error =
+        raisedBy([&] { content.QVUpdateFiles(u"S:\\Docs\\None"_s, u"Old"_s, 0); });
     QCOMPARE(error.number(), 76);
     QCOMPARE(error.source(), u"QV_Developer-QVDeveloper::QVUpdateFiles()"_s);
     QCOMPARE(error.description(), world.session.errorText);
@@ -215,7 +208,7 @@ void tst_startup::securingTwiceRestores()
     content.SetAttribute(folder + u"sub"_s, 1);
     QCOMPARE(readOnly(), u"-rr-r"_s);
 
-    const QvError error = errorOf([&] { content.SetAttribute(u"S:\\Docs\\None"_s, 1); });
+    const QvError error = raisedBy([&] { content.SetAttribute(u"S:\\Docs\\None"_s, 1); });
     QVERIFY2(error.description().startsWith(
                  u"Error (76 ):\nQV_DeveloperBuildOCX::ctlBuildTab - SetAttribute\n"_s),
              error.what());
@@ -228,7 +221,11 @@ void tst_startup::foldersAndFilesAreWritten()
     QVERIFY(helpers.mbCreateFilePath(u"S:\\A\\B"_s));
     QVERIFY(helpers.mbCreateFilePath(u"S:\\A\\B"_s));
     QVERIFY(world.files.folderExists(u"S:\\A\\B"_s));
-    const QvError network = errorOf([&] { helpers.mbCreateFilePath(u"\\\\server\\share"_s); });
+    QVERIFY(QFile::link(world.native(u"A"_s), world.native(u"linked"_s)));
+    QVERIFY(helpers.mbCreateFilePath(u"S:\\linked\\C"_s));
+    QVERIFY(world.files.folderExists(u"S:\\A\\C"_s));
+    QCOMPARE(raisedBy([&] { helpers.mbCreateFilePath(u"S:\\linked"_s); }).number(), 75);
+    const QvError network = raisedBy([&] { helpers.mbCreateFilePath(u"\\\\server\\share"_s); });
     QCOMPARE(network.source(), u"QV_Developer::mbCreateFilePath"_s);
 
     helpers.EnterToFile(u"S:\\A\\t.txt"_s, u"longer than the next"_s);
@@ -237,7 +234,7 @@ void tst_startup::foldersAndFilesAreWritten()
     QCOMPARE(helpers.ReadFileText(u"S:\\A\\t.txt"_s), u"ä\n"_s);
     QCOMPARE(helpers.ReadFileText(u"S:\\A\\none.txt"_s), QString());
     QCOMPARE(world.session.errorText, network.description());
-    const QvError missing = errorOf([&] { helpers.EnterToFile(u"S:\\None\\t.txt"_s, {}); });
+    const QvError missing = raisedBy([&] { helpers.EnterToFile(u"S:\\None\\t.txt"_s, {}); });
     QCOMPARE(missing.source(), u"QV_Developer-QVDeveloper::EnterToFile()"_s);
     QVERIFY2(missing.description().startsWith(u"76: "_s), missing.what());
 

@@ -1,20 +1,12 @@
-#include "dialogs/frmProgBar.h"
 #include "dialogs/frmSelPrjTypetoAdd.h"
-#include "platform/Xml.h"
 #include "projectfiles/BookFile.h"
 #include "startup/clsRegAccess.h"
+#include "startup/frmProgBar.h"
 #include "support/FormDriver.h"
 #include "support/TestProgram.h"
+#include "support/XmlFile.h"
 
 #include <QButtonGroup>
-#include <QComboBox>
-#include <QGroupBox>
-#include <QLabel>
-#include <QLineEdit>
-#include <QPointer>
-#include <QPushButton>
-
-#include <atomic>
 
 using namespace Qt::StringLiterals;
 
@@ -54,13 +46,6 @@ struct Wizard
     }
 };
 
-QString utf16Text(TestProgram &world, const QString &path)
-{
-    const QByteArray bytes = world.bytes(path);
-    return QString::fromUtf16(reinterpret_cast<const char16_t *>(bytes.constData()) + 1,
-                              bytes.size() / 2 - 1);
-}
-
 QStringList names(TestProgram &world)
 {
     QStringList names;
@@ -83,13 +68,7 @@ void makeReleasedPlant(TestProgram &world)
     Wizard wizard(world);
     wizard.fill(u"Plant"_s, u"P01"_s);
     click(wizard.form, "cmdContinue");
-    const TocBook entry{.name = u"Pumps"_s,
-                        .acronym = u"PMP"_s,
-                        .key = u"Plant"_s,
-                        .folder = u"Pumps"_s,
-                        .file = u"Book_PMP.xml"_s,
-                        .type = {},
-                        .categories = {}};
+    const TocBook entry{u"Pumps"_s, u"PMP"_s, u"Plant"_s, u"Pumps"_s, u"Book_PMP.xml"_s, {}, {}};
     TableOfContents(world.session, world.files).addBook(u"Plant"_s, entry);
     Book book;
     book.name = entry.name;
@@ -100,28 +79,12 @@ void makeReleasedPlant(TestProgram &world)
     CategoryFile(world.files)
         .write(u"S:\\Docs\\Plant\\QV_BookCategories.xml"_s, {{{}, u"Operation"_s, {}}});
 
-    QString catalogue = utf16Text(world, catalogueFile);
+    QString catalogue = xmlText(world.bytes(catalogueFile));
     catalogue.replace(u"AddDate=\"\" Pro"_s, u"AddDate=\"2026-01-02\" Pro"_s);
-    world.put(catalogueFile, utf16Bytes(catalogue));
+    world.put(catalogueFile, xmlFile(catalogue.section(u'\n', 1)));
     world.navigator.shown.clear();
     world.currentProject.handed.clear();
 }
-
-/// Presses Stop the moment the progress dialog comes up.
-class StopsAtOnce final : public QObject
-{
-public:
-    StopsAtOnce() { qApp->installEventFilter(this); }
-
-protected:
-    bool eventFilter(QObject *watched, QEvent *event) override
-    {
-        if (const auto dialog = qobject_cast<frmProgBar *>(watched);
-            dialog && event->type() == QEvent::Show)
-            dialog->close(); // its close box means Stop
-        return false;
-    }
-};
 
 /// Writes a project under a name of its own choice, as the real converter may.
 class RenamingConverter final : public DatabaseConverter
@@ -162,10 +125,11 @@ private Q_SLOTS:
     void stopLeavesNothing();
     void aFailedCopyEndsTheProgram();
     void asksWhenTheFolderIsThere();
+    void leavesOtherAuthorsTheirProjects();
     void leavesABrokenCatalogueAlone();
     void migratesWithTheConverter();
     void goesBackAndAsksBeforeItCloses();
-    void progressGivesBackWhatHappened();
+    void longWorkIsStopped();
 };
 
 void tst_wizard::showsWhatCanBeChosen()
@@ -222,21 +186,18 @@ void tst_wizard::refusals_data()
     QTest::addColumn<QString>("id");
     QTest::addColumn<QString>("message");
     QTest::addColumn<QString>("focus");
-    QTest::addRow("no name") << 0 << u"  "_s << u""_s << u"Please enter project name"_s
-                             << u"txtProjectName"_s;
-    QTest::addRow("blank id") << 0 << u"Pump"_s << u"  "_s << u"Please enter project id"_s
-                              << u"txtPrjId"_s;
-    QTest::addRow("bad name") << 0 << u"a:b"_s << u"P"_s
-                              << u"Invalid Character : Found in project name"_s
-                              << u"txtProjectName"_s;
-    QTest::addRow("bad id") << 0 << u"Pump"_s << u"P|1"_s
-                            << u"Invalid Character | Found in project id"_s << u"txtPrjId"_s;
-    QTest::addRow("exists") << 0 << u"pLANT"_s << u"P"_s << u"Project already exists"_s
-                            << QString();
-    QTest::addRow("nothing to copy")
-        << 1 << u"Pump"_s << u"P"_s << u"Select a project to continue"_s << QString();
-    QTest::addRow("no database") << 2 << u"Pump"_s << u"P"_s
-                                 << u"Please Select a database to continue"_s << QString();
+    const auto row = [](const char *what, int kind, const char *name, const char *id,
+                        const char *message, const char *focus) {
+        QTest::newRow(what) << kind << QString::fromLatin1(name) << QString::fromLatin1(id)
+                            << QString::fromLatin1(message) << QString::fromLatin1(focus);
+    };
+    row("no name", 0, "  ", "", "Please enter project name", "txtProjectName");
+    row("blank id", 0, "Pump", "  ", "Please enter project id", "txtPrjId");
+    row("bad name", 0, "a:b", "P", "Invalid Character : Found in project name", "txtProjectName");
+    row("bad id", 0, "Pump", "P|1", "Invalid Character | Found in project id", "txtPrjId");
+    row("exists", 0, "pLANT", "P", "Project already exists", "txtProjectName");
+    row("nothing to copy", 1, "Pump", "P", "Select a project to continue", "cboSelPrjtoCopy");
+    row("no database", 2, "Pump", "P", "Please Select a database to continue", "txtSelDBtoMigrate");
 }
 
 void tst_wizard::refusals()
@@ -259,9 +220,7 @@ void tst_wizard::refusals()
     QTEST(box.text, "message");
     QCOMPARE(box.title, kind == 1 ? QString() : u"Quovane Developer Pro"_s);
     QVERIFY(box.icon == (kind == 1 ? MessageIcon::Critical : MessageIcon::Information));
-    QFETCH(const QString, focus);
-    if (!focus.isEmpty())
-        QCOMPARE(wizard.focus(), focus);
+    QTEST(wizard.focus(), "focus");
     QVERIFY(wizard.form && wizard.form->isVisible());
     QCOMPARE(control<QLineEdit>(wizard.form, "txtProjectName")->text(), name);
     QCOMPARE(everythingBelowDocs(world), folders);
@@ -346,7 +305,7 @@ void tst_wizard::stopLeavesNothing()
     Wizard wizard(world);
     wizard.fill(u"Harbour"_s, u"H01"_s);
     wizard.chooseCopy(u"Plant"_s);
-    const StopsAtOnce author;
+    world.ending.atOnce = true; // Stop is pressed before the first file
     click(wizard.form, "cmdContinue");
 
     QCOMPARE(everythingBelowDocs(world), folders);
@@ -355,7 +314,6 @@ void tst_wizard::stopLeavesNothing()
     QCOMPARE(control<QLineEdit>(wizard.form, "txtProjectName")->text(), "Harbour"_L1);
     QCOMPARE(control<QComboBox>(wizard.form, "cboSelPrjtoCopy")->currentText(), "Plant"_L1);
     QVERIFY(world.messages.shown.isEmpty() && world.navigator.shown.isEmpty());
-    QVERIFY(!openWindow<frmProgBar>());
 
     // Later on the way, while pages are rewritten, it is the same; a folder that was there stays.
     world.files.makeFolder(u"S:\\Docs\\Harbour"_s);
@@ -383,6 +341,7 @@ void tst_wizard::aFailedCopyEndsTheProgram()
         deep += u"\\d"_s;
         world.files.makeFolder(deep);
     }
+    const QStringList folders = everythingBelowDocs(world);
     Wizard wizard(world);
     wizard.fill(u"Harbour"_s, u"H01"_s);
     wizard.chooseCopy(u"Plant"_s);
@@ -393,6 +352,7 @@ void tst_wizard::aFailedCopyEndsTheProgram()
     QVERIFY(world.messages.boxes.first().icon == MessageIcon::Critical);
     QVERIFY(!world.messages.boxes.first().details.isEmpty());
     QCOMPARE(world.ending.ended, 1);
+    QCOMPARE(everythingBelowDocs(world), folders);
     QCOMPARE(names(world), QStringList({u"My Favorites"_s, u"Plant"_s}));
 }
 
@@ -440,6 +400,33 @@ void tst_wizard::asksWhenTheFolderIsThere()
     QVERIFY(world.messages.shown.last().endsWith(
         ": QV_Developer::frmSelPrjTypetoAdd-cmdContinue_Click"_L1));
     QCOMPARE(names(world), QStringList());
+}
+
+void tst_wizard::leavesOtherAuthorsTheirProjects()
+{
+    TestProgram world;
+    makeReleasedPlant(world);
+    Wizard wizard(world);
+    wizard.fill(u"Harbour"_s, u"H01"_s);
+    wizard.chooseCopy(u"Plant"_s);
+    auto theirs = world.files.lock(u"S:\\Docs\\Harbour.qvnew.lock"_s, u"S:\\Docs"_s, {});
+    click(wizard.form, "cmdContinue"); // while another author makes it
+    QVERIFY(world.messages.shown.last().contains("is just making the project Harbour"_L1));
+    QVERIFY(!world.files.exists(u"S:\\Docs\\Harbour"_s));
+    theirs.reset();
+
+    const QString page = u"S:\\Docs\\Harbour\\start.htm"_s;
+    world.files.makeFolder(u"S:\\Docs\\Harbour"_s);
+    world.put(page, "theirs");
+    world.messages.choices = {1};
+    world.messages.echo = [&](const QStringList &) { // they list it while the question is open
+        ProjectCatalogue catalogue(world.session, world.files);
+        if (catalogue.bCheckQVSelectionforProdName())
+            catalogue.UpdateQVSelection();
+    };
+    click(wizard.form, "cmdContinue");
+    QVERIFY(world.messages.shown.last().startsWith("Project already exists: Harbour"_L1));
+    QVERIFY(world.files.fileExists(page) && wizard.form->isVisible());
 }
 
 void tst_wizard::leavesABrokenCatalogueAlone()
@@ -518,29 +505,41 @@ void tst_wizard::goesBackAndAsksBeforeItCloses()
     QTRY_VERIFY(!closed.form);
 }
 
-void tst_wizard::progressGivesBackWhatHappened()
+void tst_wizard::longWorkIsStopped()
 {
     TestProgram world;
-    QString seen;
-    std::atomic<bool> wasSeen = false;
-    const auto work = [&](const Progress &progress) {
-        while (!wasSeen)
-            progress.step(1, 3, u"page.htm"_s);
-        throw QvError(PermissionDenied, {}, u"locked"_s);
+    const QList<std::function<void(QWidget *)>> ways{
+        [](QWidget *dialog) { dialog->close(); },
+        [](QWidget *dialog) { QTest::keyClick(dialog, Qt::Key_Escape); },
+        [](QWidget *dialog) { click(dialog, "cmdStop"); },
+        [&](QWidget *) { world.ending.last.last()(); }, // the program ends
     };
-    QTimer look; // the window stays alive and shows what is being done
-    QObject::connect(&look, &QTimer::timeout, [&] {
-        const auto *dialog = openWindow<frmProgBar>();
-        if (!dialog || control<QLabel>(dialog, "lblFile")->text() != "page.htm"_L1)
-            return;
-        seen = control<QLabel>(dialog, "lblCaption")->text();
-        wasSeen = true;
-    });
-    look.start(1);
-    QVERIFY_THROWS_EXCEPTION(QvError,
-                             runWithProgress(world.program, nullptr, u"Working..."_s, work));
-    QCOMPARE(seen, "Working..."_L1);
-    QVERIFY(!openWindow<frmProgBar>());
+    const auto run = [&](const std::function<void(const Progress &)> &work) {
+        runWithProgress(world.program, nullptr, u"Working..."_s, work);
+    };
+    const auto endless = [](const Progress &progress) {
+        for (;;)
+            progress.step(1, 3, u"page.htm"_s);
+    };
+    for (const auto &stop : ways) {
+        QTimer author; // the window stays alive and shows what is being done
+        connect(&author, &QTimer::timeout, this, [&] {
+            QWidget *const dialog = openWindow<frmProgBar>();
+            if (!dialog || control<QLabel>(dialog, "lblFile")->text() != "page.htm"_L1)
+                return;
+            author.stop();
+            QCOMPARE(control<QLabel>(dialog, "lblCaption")->text(), "Working..."_L1);
+            stop(dialog);
+        });
+        author.start(1);
+        QVERIFY_THROWS_EXCEPTION(Unwinding, run(endless));
+        QVERIFY(!author.isActive() && !openWindow<frmProgBar>());
+    }
+    QVERIFY_THROWS_EXCEPTION(
+        QvError, run([](const Progress &) { throw QvError(PermissionDenied, {}, u"locked"_s); }));
+    bool done = false;
+    run([&](const Progress &) { done = true; });
+    QVERIFY(done && !world.ending.last.last());
 }
 
 int main(int argc, char *argv[])

@@ -1,9 +1,8 @@
-#include "platform/QvError.h"
 #include "platform/Xml.h"
-#include "platform/portable/PortableFiles.h"
+#include "support/Errors.h"
+#include "support/TestProgram.h"
 
 #include <QStringEncoder>
-#include <QTemporaryDir>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -20,26 +19,9 @@ QByteArray utf16(const QString &text, QStringConverter::Encoding encoding, bool 
 }
 
 /// "" when the reader takes the bytes, else the error as an author sees it.
-QString refusal(const QByteArray &bytes, const char *root = "R")
+QString refusal(const QByteArray &bytes)
 {
-    try {
-        const pugi::xml_document document = parseXml(bytes, path, root);
-        return {};
-    } catch (const QvError &error) {
-        return error.text();
-    }
-}
-
-/// What the body raises, as text.
-template <typename Body>
-QString errorOf(Body body)
-{
-    try {
-        body();
-    } catch (const QvError &error) {
-        return error.text();
-    }
-    return u"no error"_s;
+    return errorOf([&] { (void)parseXml(bytes, path, "R"); });
 }
 
 } // namespace
@@ -150,9 +132,8 @@ void tst_xml::refusesBombsAtOnce()
 
 void tst_xml::saysWhichFileAndWhy()
 {
-    const QTemporaryDir folder;
-    PortableFiles files(folder.path());
-    files.makeFolder(u"S:\\"_s);
+    const TestProgram world;
+    FileSystem &files = world.program.files;
     const auto load = [&] { (void)loadXml(files, path, "QV_Master"); };
     QCOMPARE(errorOf(load), u"53: File not found: S:\\Toc.xml"_s);
     files.replaceFile(path, "<QV_Master>\n<a>\n</QV_Master>");
@@ -179,9 +160,8 @@ void tst_xml::rewritingKeepsEverything()
                          "</R>\r\n"
                          "<!-- end -->\r\n"_s;
     const QByteArray bytes = utf16(text, QStringConverter::Utf16LE, true);
-    const QTemporaryDir folder;
-    PortableFiles files(folder.path());
-    files.makeFolder(u"S:\\"_s);
+    const TestProgram world;
+    FileSystem &files = world.program.files;
     files.replaceFile(path, bytes);
     saveXml(files, path, loadXml(files, path, "R"));
     QCOMPARE(files.readFile(path), bytes);

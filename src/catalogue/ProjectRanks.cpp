@@ -22,7 +22,7 @@ Ranks ranksOf(const QStringList &items)
         if (mark < 0 && !item.isEmpty())
             throw QvError(InvalidCall, {}, u"This entry has no rank: "_s + item);
         if (mark >= 0)
-            ranks.insert(item.first(mark), item.sliced(mark + 1));
+            ranks.insert(item.first(mark).trimmed(), item.sliced(mark + 1));
     }
     return ranks;
 }
@@ -38,7 +38,7 @@ public:
 
     void UpdateProjectRank(const QString &name, const QString &rank) override
     {
-        store({{name, rank}});
+        store({{name.trimmed(), rank}});
     }
     void UpdateProjectRanks(const QStringList &items) override { store(ranksOf(items)); }
 

@@ -4,6 +4,8 @@
 #include "platform/Paths.h"
 #include "resources/Texts.h"
 
+#include <QRegularExpression>
+
 #include <algorithm>
 #include <array>
 
@@ -49,6 +51,14 @@ QString forbiddenCharacter(const QString &name)
     return {};
 }
 
+/// How folders are called while they are copied or deleted; what has such a name is tidied away.
+QString workingEnding(const QString &name)
+{
+    static const QRegularExpression working(u"\\.qv(?:new|del[0-9]+|tmp[0-9]+)$"_s,
+                                            QRegularExpression::CaseInsensitiveOption);
+    return working.match(name).captured();
+}
+
 QString packedName(const QString &name)
 {
     return u"QV"_s + languagePrefix + name + packedEnding;
@@ -67,6 +77,8 @@ QString offendingPiece(const QString &name, XmlCharacters::What what)
         return name.last(1);
     if (name.endsWith(packedEnding, Qt::CaseInsensitive))
         return name.last(packedEnding.size());
+    if (const QString ending = workingEnding(name); !ending.isEmpty())
+        return ending;
     if (name.compare(favourites, Qt::CaseInsensitive) == 0)
         return name;
     if (!isSafeName(name)) // all that is left are the names of devices

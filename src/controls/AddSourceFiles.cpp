@@ -1,8 +1,8 @@
 #include "controls/AddSourceFiles.h"
 
 #include "controls/AddSourceFilesDialog.h"
-#include "controls/BackgroundWork.h"
 #include "controls/Handler.h"
+#include "startup/frmProgBar.h"
 #include "tools/SourceImport.h"
 
 AddSourceFiles::AddSourceFiles(ProjectSession &session, QWidget *window)
@@ -24,8 +24,7 @@ void AddSourceFiles::begin(const QStringList &picked)
             SourceImport import(program.session, program.files);
             plan = import.plan(m_session.projectName(), book, picked, progress);
         };
-        if (!runInBackground(program, m_window, tr("Looking at the source files"), look))
-            return;
+        runWithProgress(program, m_window, tr("Looking at the source files..."), look);
         auto *list = new AddSourceFilesDialog(program.files, plan, m_window);
         list->setAttribute(Qt::WA_DeleteOnClose);
         connect(list, &QDialog::accepted, this, [this, list] { run(list->plan()); });
@@ -41,8 +40,7 @@ void AddSourceFiles::run(const ImportPlan &plan)
         const auto copy = [&](const Progress &progress) {
             result = SourceImport(program.session, program.files).run(plan, progress);
         };
-        if (!runInBackground(program, m_window, tr("Adding source files"), copy))
-            return;
+        runWithProgress(program, m_window, tr("Adding source files..."), copy);
         m_session.forgetBook(plan.book);
         if (result.copied > 0 || !result.pages.isEmpty())
             Q_EMIT added();

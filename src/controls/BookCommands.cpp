@@ -11,8 +11,6 @@
 
 #include <QSet>
 
-#include <algorithm>
-
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -31,11 +29,6 @@ void orElse(Undo &&undo, Body &&body)
         throw error;
     };
     trap(undone, body);
-}
-
-int numberOf(const QString &pageId)
-{
-    return pageId.startsWith(u'P') ? QStringView(pageId).sliced(1).toInt() : 0;
 }
 
 bool overlap(const QString &a, const QString &b)
@@ -202,13 +195,8 @@ void BookCommands::listPages(const TocBook &entry, const QStringList &files,
                              const QStringList &titles)
 {
     Book book = m_session.book(entry);
-    int last = 0;
-    for (const BookPage &page : flattened(book.pages))
-        last = std::max(last, numberOf(page.id));
-    for (qsizetype i = 0; i < files.size(); ++i) {
-        const QString id = u"P%1"_s.arg(++last, 4, 10, '0'_L1);
-        book.pages.append({id, titles.at(i), files.at(i), {}, {}});
-    }
+    for (qsizetype i = 0; i < files.size(); ++i)
+        book.pages.append({{}, titles.at(i), files.at(i), {}, {}});
     write(entry, book);
 }
 

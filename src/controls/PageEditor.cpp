@@ -177,14 +177,6 @@ void PageEditor::updateBar()
     m_view->setReadOnly(m_locked || !m_editable || !m_reason.isEmpty());
 }
 
-void PageEditor::goToLine(int line)
-{
-    const QTextBlock block = m_view->document()->findBlockByNumber(qMax(0, line - 1));
-    m_view->setTextCursor(QTextCursor(block.isValid() ? block : m_view->document()->lastBlock()));
-    m_view->centerCursor();
-    m_view->setFocus();
-}
-
 void PageEditor::openFind()
 {
     m_find->open();

@@ -38,9 +38,6 @@ public:
     /// Why the text cannot be edited whoever holds the file (damaged bytes); "" allows it again.
     void setReadOnlyReason(const QString &reason);
 
-    /// Puts the cursor into this line (from 1) and shows it.
-    void goToLine(int line);
-
 Q_SIGNALS:
     void modificationChanged(bool modified);
     void unlockRequested(); ///< *Unlock page* was pressed

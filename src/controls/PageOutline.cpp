@@ -1,6 +1,5 @@
 #include "controls/PageOutline.h"
 
-#include "controls/BackgroundWork.h"
 #include "controls/BookCommands.h"
 #include "controls/Handler.h"
 #include "platform/FileSystem.h"
@@ -8,6 +7,7 @@
 #include "platform/TreeWalker.h"
 #include "resources/Icons.h"
 #include "startup/Session.h"
+#include "startup/frmProgBar.h"
 
 #include <QHBoxLayout>
 #include <QHeaderView>
@@ -205,6 +205,6 @@ void PageOutline::listPages(BookCommands &commands, const TocBook &book)
     const auto read = [&](const Progress &progress) {
         titles = commands.titlesOf(book, files, progress);
     };
-    if (runInBackground(m_session.program(), this, tr("Reading the pages"), read))
-        commands.listPages(book, files, titles);
+    runWithProgress(m_session.program(), this, tr("Reading the pages..."), read);
+    commands.listPages(book, files, titles);
 }

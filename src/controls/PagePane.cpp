@@ -27,7 +27,7 @@ PagePane::PagePane(ProjectSession &session, QWidget *parent)
 {
     layOut();
     connect(m_save, &QPushButton::clicked, this, &PagePane::save);
-    connect(m_revert, &QPushButton::clicked, this, &PagePane::revert);
+    connect(m_revert, &QPushButton::clicked, this, &PagePane::askRevert);
     connect(m_editor, &PageEditor::modificationChanged, this, &PagePane::updateState);
     connect(m_editor, &PageEditor::unlockRequested, this, &PagePane::unlock);
     showCurrent();
@@ -88,9 +88,26 @@ QWidget *PagePane::recoveryBar()
 
 void PagePane::showCurrent()
 {
-    keepUnsaved();
+    const bool unsaved = m_page && m_editor->isModified();
+    const bool kept = unsaved && rescueUnsaved();
+    if (unsaved && !kept && m_page->project == m_session.projectName())
+        return;
+    const QString left = m_page ? m_session.shownPath(m_page->path) : QString();
     m_page.reset();
     load();
+    if (kept)
+        m_session.program().messages.show(
+            {tr("The page you were editing is no longer open:\n%1\n\nYour unsaved text has been "
+                "kept and is offered when the page is opened again.")
+                 .arg(left)});
+}
+
+bool PagePane::rescueUnsaved()
+{
+    return handled(m_session.program(), [this] {
+        m_store.keepForRecovery(*m_page, m_editor->text());
+        return true;
+    });
 }
 
 void PagePane::load()
@@ -147,7 +164,20 @@ bool PagePane::save()
 {
     if (!m_page || !m_editor->isModified())
         return true;
-    return handled(m_session.program(), [this] { return settleConflict() && write(); });
+    const bool saved = handled(m_session.program(), [this] { return settleConflict() && write(); });
+    if (!saved)
+        showLock();
+    return saved;
+}
+
+// A page that was locked while it was edited offers to unlock it.
+void PagePane::showLock()
+{
+    trap([](const QvError &) {},
+         [this] {
+             if (m_page)
+                 m_editor->setLocked(m_store.isLocked(*m_page));
+         });
 }
 
 bool PagePane::write()
@@ -155,29 +185,33 @@ bool PagePane::write()
     if (!m_editor->isModified())
         return true; // the author took the other author's text
     const QString text = m_editor->text();
-    if (const QString lacking = PageStore::lacking(*m_page, text); !lacking.isEmpty())
-        return saveAsUtf8(lacking);
+    if (const QString reason = m_store.reasonAgainstEncoding(*m_page, text); !reason.isEmpty())
+        return saveAsUtf8(reason);
     m_store.write(*m_page, text);
     m_editor->setModified(false);
-    m_recovery->hide();
-    updateState();
-    Q_EMIT saved(m_page->page.file);
+    showSaved();
     return true;
 }
 
-bool PagePane::saveAsUtf8(const QString &lacking)
+void PagePane::showSaved()
+{
+    forgetRecovered();
+    m_editor->setLocked(false);
+    updateState();
+    Q_EMIT saved(m_page->page.file);
+}
+
+bool PagePane::saveAsUtf8(const QString &reason)
 {
     const int answer = m_session.program().messages.choose(
         {tr("%1\n\nThe page can be saved as UTF-8, which has every character. Its declared "
             "character set is changed with it.")
-             .arg(lacking),
+             .arg(reason),
          {tr("&Save as UTF-8"), tr("Cancel")}});
     if (answer != 0)
         return false;
     m_editor->setPage(m_store.writeAsUtf8(*m_page, m_editor->text()));
-    m_recovery->hide();
-    updateState();
-    Q_EMIT saved(m_page->page.file);
+    showSaved();
     return true;
 }
 
@@ -189,7 +223,8 @@ bool PagePane::settleConflict()
     const int answer = m_session.program().messages.choose(
         {tr("Another author changed or removed this page since you opened it:\n%1")
              .arg(m_session.shownPath(m_page->path)),
-         {tr("&Reload it and drop my changes"), tr("&Keep mine"), tr("Cancel")}});
+         {tr("&Reload it and drop my changes"), tr("&Keep mine"), tr("Cancel")},
+         2});
     if (answer == 0)
         revert();
     if (answer == 1)
@@ -197,12 +232,19 @@ bool PagePane::settleConflict()
     return answer != 2;
 }
 
+void PagePane::askRevert()
+{
+    const int answer = m_session.program().messages.choose(
+        {tr("Drop the changes of the page \"%1\" that are not saved?").arg(m_page->page.title),
+         {tr("&Drop them"), tr("Cancel")}});
+    if (answer == 0)
+        revert();
+}
+
 void PagePane::revert()
 {
-    handled(m_session.program(), [this] {
-        m_store.forgetRecovered(*m_page);
-        reload();
-    });
+    forgetRecovered();
+    reload();
 }
 
 void PagePane::reload()
@@ -222,13 +264,16 @@ bool PagePane::mayLeave()
     if (answer == 0)
         return save();
     if (answer == 1)
-        revert();
+        forgetRecovered();
     return answer != 2;
 }
 
 void PagePane::noticeChanges()
 {
-    if (!m_page || !m_store.changedOnDisk(*m_page))
+    bool changed = false;
+    // A file that cannot be read now is spoken of when the page is saved.
+    trap([](const QvError &) {}, [&] { changed = m_page && m_store.changedOnDisk(*m_page); });
+    if (!changed)
         return;
     if (!m_editor->isModified()) {
         reload();
@@ -237,7 +282,8 @@ void PagePane::noticeChanges()
     const int answer = m_session.program().messages.choose(
         {tr("Another author changed or removed the page you are editing:\n%1")
              .arg(m_session.shownPath(m_page->path)),
-         {tr("&Reload it and drop my changes"), tr("&Keep mine")}});
+         {tr("&Reload it and drop my changes"), tr("&Keep mine")},
+         1});
     if (answer == 0)
         revert();
     else
@@ -262,7 +308,7 @@ void PagePane::useRecovered()
 {
     handled(m_session.program(), [this] {
         const auto kept = m_store.recovered(*m_page);
-        if (!kept)
+        if (!kept || !mayReplaceText())
             return;
         m_editor->setPage(*kept);
         m_editor->setModified(true);
@@ -278,6 +324,24 @@ void PagePane::discardRecovered()
         m_store.forgetRecovered(*m_page);
         m_recovery->hide();
     });
+}
+
+bool PagePane::mayReplaceText()
+{
+    return !m_editor->isModified()
+           || m_session.program().messages.choose(
+                  {tr("The kept text takes the place of what you have typed since."),
+                   {tr("&Use the kept text"), tr("Cancel")},
+                   1})
+                  == 0;
+}
+
+// Kept text that the author has neither used nor refused stays. Where it cannot be removed it is
+// offered once more, which harms nobody.
+void PagePane::forgetRecovered()
+{
+    if (m_recovery->isHidden())
+        trap([](const QvError &) {}, [this] { m_store.forgetRecovered(*m_page); });
 }
 
 // Nobody is asked here, and nobody could help when even this fails.

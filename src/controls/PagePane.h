@@ -18,7 +18,8 @@ public:
     explicit PagePane(ProjectSession &session, QWidget *parent = nullptr);
     ~PagePane() override;
 
-    /// Shows the session's current page. Unsaved text of another page is kept for recovery.
+    /// Shows the session's current page. Unsaved text of another page, which went from the project
+    /// meanwhile, is kept for recovery; the page stays while that fails.
     void showCurrent();
     /// The page as read; null when none is shown.
     [[nodiscard]] const OpenPage *page() const { return m_page ? &*m_page : nullptr; }
@@ -26,7 +27,8 @@ public:
 
     /// Writes unsaved text. False when it is still unsaved.
     bool save();
-    /// Asks what to do with unsaved text. False when the author wants to stay.
+    /// Asks what to do with unsaved text before the window closes; refused text stays until then.
+    /// False when the author wants to stay.
     bool mayLeave();
     /// Reads the page again when somebody else changed it; asks when there is unsaved text.
     void noticeChanges();
@@ -39,14 +41,20 @@ private:
     void layOut();
     QWidget *recoveryBar();
     void load();
+    void askRevert();
     void revert();
     void reload();
     bool write();
     bool settleConflict();
-    bool saveAsUtf8(const QString &lacking);
+    bool saveAsUtf8(const QString &reason);
+    void showSaved();
+    void showLock();
+    bool rescueUnsaved();
     void unlock();
     void useRecovered();
+    [[nodiscard]] bool mayReplaceText();
     void discardRecovered();
+    void forgetRecovered();
     void keepUnsaved();
     void show(const QString &problem);
     void updateState();

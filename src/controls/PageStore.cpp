@@ -24,7 +24,7 @@ QString reasonAgainstEditing(const PageText &content, const QByteArray &bytes)
     const QString reason =
         u"Some bytes of this page are no text in %1. It is shown, but cannot be edited here."_s.arg(
             encodingName(content.encoding));
-    if (content.damaged)
+    if (content.damaged || content.text.contains(QChar::Null)) // UTF-16 without a mark, pictures
         return reason;
     bool faithful = false;
     const auto differs = [](const QvError &) {};
@@ -59,9 +59,9 @@ PageStore::PageStore(ProjectSession &session)
 
 OpenPage PageStore::read(const TocBook &book, const BookPage &page)
 {
-    OpenPage open{m_session.projectName(), book, page, {}, {}, {}, false, {}};
+    OpenPage open{m_session.projectName(), book, page, {}, {}, {}, false, false, {}};
     open.path = BookFile(m_values, m_files).pagePath(m_session.projectName(), book, page.file);
-    open.locked = m_files.status(open.path).readOnly;
+    open.locked = isLocked(open);
     open.bytes = m_files.readFile(open.path);
     open.content = decodePage(open.bytes, m_values.projectLanguage);
     open.uneditable = reasonAgainstEditing(open.content, open.bytes);
@@ -70,19 +70,26 @@ OpenPage PageStore::read(const TocBook &book, const BookPage &page)
 
 bool PageStore::changedOnDisk(const OpenPage &page)
 {
-    return !m_files.fileExists(page.path) || m_files.readFile(page.path) != page.bytes;
+    const bool isThere = m_files.fileExists(page.path);
+    return isThere == page.gone || (isThere && m_files.readFile(page.path) != page.bytes);
 }
 
 void PageStore::acceptDisk(OpenPage &page)
 {
-    page.bytes = m_files.fileExists(page.path) ? m_files.readFile(page.path) : QByteArray();
+    page.gone = !m_files.fileExists(page.path);
+    page.bytes = page.gone ? QByteArray() : m_files.readFile(page.path);
 }
 
-QString PageStore::lacking(const OpenPage &page, const QString &text)
+QString PageStore::reasonAgainstEncoding(const OpenPage &page, const QString &text) const
 {
     QString reason;
     trap([&](const QvError &error) { reason = error.description(); },
-         [&] { static_cast<void>(encodePage(text, page.content.encoding)); });
+         [&] {
+             const QByteArray bytes = encodePage(text, page.content.encoding);
+             if (decodePage(bytes, m_values.projectLanguage).text != text)
+                 reason = u"Saved in %1, the page would read differently the next time."_s.arg(
+                     encodingName(page.content.encoding));
+         });
     return reason;
 }
 
@@ -106,7 +113,12 @@ void PageStore::replace(OpenPage &page, const QByteArray &bytes)
 {
     m_files.replaceFile(page.path, bytes);
     page.bytes = bytes;
-    forgetRecovered(page);
+    page.gone = false;
+}
+
+bool PageStore::isLocked(const OpenPage &page)
+{
+    return m_files.status(page.path).readOnly;
 }
 
 void PageStore::unlock(OpenPage &page)

@@ -12,6 +12,7 @@ struct OpenPage
     QString path;
     QByteArray bytes; ///< as on disk when it was read
     PageText content;
+    bool gone = false;   ///< somebody removed the file, and the author's text shall replace it
     bool locked = false; ///< the file's read-only bit is set
     /// Why its text cannot be written back unharmed; "" when it can.
     QString uneditable;
@@ -29,18 +30,20 @@ public:
     bool changedOnDisk(const OpenPage &page);
     /// Takes what is on disk now as what was read: the author's own text shall replace it.
     void acceptDisk(OpenPage &page);
-    /// Names the first character that the page's encoding lacks; "" when it has them all.
-    [[nodiscard]] static QString lacking(const OpenPage &page, const QString &text);
+    /// Why the text cannot be saved in the page's encoding: the first character that it lacks, or
+    /// a declared charset under which the page would read differently. "" when it can.
+    [[nodiscard]] QString reasonAgainstEncoding(const OpenPage &page, const QString &text) const;
     /// Writes `text` in the page's encoding and notes the new bytes. Raises 5 naming the first
     /// character that the encoding lacks, and as FileSystem::replaceFile.
     void write(OpenPage &page, const QString &text);
     /// The same in UTF-8; a charset that the page declares is changed to UTF-8, and a page that
     /// declares none gets a mark. Returns the text as written.
     QString writeAsUtf8(OpenPage &page, const QString &text);
+    [[nodiscard]] bool isLocked(const OpenPage &page);
     /// Clears the read-only bit.
     void unlock(OpenPage &page);
 
-    /// Unsaved text, kept under "_Backup\Recovered\" until the page is saved or the text refused.
+    /// Unsaved text, kept under "_Backup\Recovered\" until it is used or refused.
     void keepForRecovery(const OpenPage &page, const QString &text);
     std::optional<QString> recovered(const OpenPage &page);
     void forgetRecovered(const OpenPage &page);

@@ -6,21 +6,22 @@
 #include "platform/TreeWalker.h"
 #include "startup/Session.h"
 
-namespace {
-QString keyOf(const TocBook &entry)
-{
-    return entry.acronym + u'\n' + entry.name;
-}
+#include <utility>
 
+namespace {
 bool sameBook(const TocBook &a, const TocBook &b)
 {
-    return a.name == b.name && a.acronym == b.acronym;
+    return identityOf(a) == identityOf(b);
 }
 
-// What an interrupted deletion left behind is tidied away; failing to do so harms nobody.
-void tidyUp(FileSystem &files, const QString &folder)
+// What an interrupted deletion left behind is tidied away, but no folder of a listed book, whatever
+// it is called. Failing to do so harms nobody.
+void tidyUp(FileSystem &files, const QString &folder, const QList<TocBook> &books)
 {
-    trap([](const QvError &) {}, [&] { removeLeftovers(files, folder); });
+    QStringList inUse;
+    for (const TocBook &book : books)
+        inUse.append(QString(book.folder).replace(u'/', u'\\').section(u'\\', 0, 0));
+    trap([](const QvError &) {}, [&] { removeLeftovers(files, folder, inUse); });
 }
 } // namespace
 
@@ -58,10 +59,10 @@ void ProjectSession::close()
 
 void ProjectSession::readProject(const QString &project)
 {
-    tidyUp(m_program.files,
-           existingProjectFolder(m_program.files, m_program.session.serverPath, project));
+    (void)existingProjectFolder(m_program.files, m_program.session.serverPath, project);
     m_project = project;
     readToc();
+    tidyUp(m_program.files, folder(), m_toc.books);
 }
 
 void ProjectSession::readToc()
@@ -90,6 +91,19 @@ void ProjectSession::rereadBooks()
 }
 
 void ProjectSession::noticeChanges()
+{
+    // Saying it makes the window active again, which looks again: each problem is said once.
+    const auto sayOnce = [this](const QvError &error) {
+        if (std::exchange(m_noticedProblem, error.description()) != error.description())
+            throw error;
+    };
+    trap(sayOnce, [this] {
+        rereadChanges();
+        m_noticedProblem.clear();
+    });
+}
+
+void ProjectSession::rereadChanges()
 {
     if (m_project.isEmpty())
         return;
@@ -132,7 +146,7 @@ QString ProjectSession::shownPath(const QString &path) const
 
 const Book &ProjectSession::book(const TocBook &entry)
 {
-    const QString key = keyOf(entry);
+    const QString key = identityOf(entry);
     if (const auto known = m_read.constFind(key); known != m_read.constEnd())
         return known->book;
     BookFile file(m_program.session, m_program.files);
@@ -161,13 +175,13 @@ const QuickNav &ProjectSession::quickNav()
 
 void ProjectSession::forgetBook(const TocBook &entry)
 {
-    m_read.remove(keyOf(entry));
+    m_read.remove(identityOf(entry));
     Q_EMIT bookChanged(entry);
 }
 
 void ProjectSession::bookWasRenamed(const TocBook &old, const TocBook &now)
 {
-    m_read.remove(keyOf(old));
+    m_read.remove(identityOf(old));
     if (m_book && sameBook(*m_book, old))
         m_book = now;
     rereadBooks();
@@ -182,7 +196,7 @@ void ProjectSession::forgetQuickNav()
 
 bool ProjectSession::changedOnDisk(const TocBook &entry) const
 {
-    const auto known = m_read.constFind(keyOf(entry));
+    const auto known = m_read.constFind(identityOf(entry));
     return known != m_read.constEnd() && stampOf(bookPath(entry)) != known->stamp;
 }
 
@@ -227,7 +241,7 @@ void ProjectSession::forgetContents()
     m_quickNav.reset();
 }
 
-// The current book by name and acronym, as the file has it now; none when it has gone.
+// The current book as the file has it now; none when it has gone.
 void ProjectSession::followSelection()
 {
     if (!m_book)

@@ -27,7 +27,8 @@ public:
     void open(const QString &project);
     /// Reads the project's files again. Raises as `open`, and keeps what it had then.
     void reread();
-    /// Reads again only what changed on disk since it was read here. Raises as `open`.
+    /// Reads again only what changed on disk since it was read here. Raises as `open`, but not
+    /// twice in a row for the same reason.
     void noticeChanges();
 
     [[nodiscard]] Program &program() const { return m_program; }
@@ -100,12 +101,14 @@ private:
     void readToc();
     void forgetContents();
     void followSelection();
+    void rereadChanges();
     void noticeBooks();
 
     Program &m_program;
     QString m_project;
     Toc m_toc;
     Stamp m_tocStamp, m_globalsStamp, m_quickNavStamp;
+    QString m_noticedProblem;
     QHash<QString, ReadBook> m_read;
     std::optional<QList<GlobalPage>> m_globals;
     std::optional<QuickNav> m_quickNav;

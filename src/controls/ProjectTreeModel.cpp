@@ -112,7 +112,7 @@ ProjectTreeModel::Nodes ProjectTreeModel::booksOf()
     for (qsizetype i = 0; i < m_session.books().size(); ++i) {
         const TocBook &book = m_session.books().at(i);
         nodes.push_back(std::make_unique<Node>(
-            Node{TreeKind::Book, book.name, book.acronym + u'\n' + book.name, {}, i, false}));
+            Node{TreeKind::Book, book.name, identityOf(book), {}, i, false}));
     }
     return nodes;
 }
@@ -329,8 +329,7 @@ QModelIndex ProjectTreeModel::find(const QStringList &place)
 
 QModelIndex ProjectTreeModel::find(const TocBook &book, const QString &pageId)
 {
-    const QModelIndex at =
-        find({m_session.projectName(), u"books"_s, book.acronym + u'\n' + book.name});
+    const QModelIndex at = find({m_session.projectName(), u"books"_s, identityOf(book)});
     if (!at.isValid() || pageId.isEmpty())
         return at;
     fetchMore(at);

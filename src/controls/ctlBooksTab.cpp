@@ -13,6 +13,7 @@
 #include "platform/Paths.h"
 #include "startup/Session.h"
 
+#include <QApplication>
 #include <QEvent>
 #include <QHBoxLayout>
 #include <QShortcut>
@@ -165,7 +166,7 @@ void ctlBooksTab::showBook(const TocBook &book)
 void ctlBooksTab::followSelection()
 {
     const auto &book = m_session.currentBook();
-    const QString shown = book ? book->acronym + u'\n' + book->name : QString();
+    const QString shown = book ? identityOf(*book) : QString();
     m_books->followSession();
     if (shown != m_shownBook) {
         m_shownBook = shown;
@@ -205,6 +206,8 @@ bool ctlBooksTab::event(QEvent *event)
 
 void ctlBooksTab::noticeChanges()
 {
+    if (QApplication::activeModalWidget() != nullptr)
+        return; // the window becomes active again when that closes
     handled(m_program, [this] {
         m_session.noticeChanges();
         m_pane->noticeChanges();

@@ -26,8 +26,8 @@ public:
     void setProjectName(const QString &name);
     void setBookName(const QString &name); ///< shows that book; "" shows none
 
-    /// Saves or drops unsaved page text as the author answers (save / discard / cancel). False
-    /// when the author wants to stay.
+    /// Saves unsaved page text or lets it go with the window, as the author answers (save /
+    /// discard / cancel). False when the author wants to stay.
     bool mayLeave();
 
 Q_SIGNALS:
@@ -62,5 +62,5 @@ private:
     PagePreview *m_preview;
     AddSourceFiles *m_addSourceFiles;
     QTabWidget *tabDetails;
-    QString m_shownBook; ///< acronym and name of the book that outline and header show
+    QString m_shownBook; ///< identity of the book that outline and header show
 };

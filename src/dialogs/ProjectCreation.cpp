@@ -5,12 +5,14 @@
 #include "components/Components.h"
 #include "components/DatabaseConverter.h"
 #include "components/RegistryAccess.h"
+#include "dialogs/NameClaim.h"
 #include "platform/Clock.h"
 #include "platform/Messages.h"
 #include "platform/Paths.h"
 #include "platform/ProgramEnd.h"
 #include "platform/QvError.h"
 #include "platform/TreeWalker.h"
+#include "platform/Xml.h"
 #include "projectfiles/CategoryFile.h"
 #include "projectfiles/GlobalBook.h"
 #include "projectfiles/ProjectCopy.h"
@@ -65,10 +67,9 @@ bool ProjectCreation::nameIsFree()
 
 ProjectCreation::FolderAnswer ProjectCreation::settleFolder()
 {
-    FileSystem &files = m_program.files;
-    const QString path = withoutBackslash(folder());
-    if (!files.folderExists(path) || files.entries(path).isEmpty())
+    if (folderIsUnused())
         return FolderAnswer::MakeNew;
+    const QString path = withoutBackslash(folder());
 
     const Choice question{
         u"The folder %1 is already there with files in it, but no project of this name is in the "
@@ -87,10 +88,14 @@ ProjectCreation::FolderAnswer ProjectCreation::settleFolder()
     }
 }
 
+// Another author may have listed the folder while the question was open.
 void ProjectCreation::moveAside(const QString &folder)
 {
-    const QString base =
-        folder + u" (moved aside "_s + m_program.clock.now().date().toString(Qt::ISODate);
+    const NameClaim claim(m_program.files, folder);
+    if (!nameIsFree())
+        raiseExists();
+    const QString base = parentFolder(folder) + shortened(lastComponent(folder), 220)
+                         + u" (moved aside "_s + m_program.clock.now().date().toString(Qt::ISODate);
     QString target = base + u')';
     for (int number = 2; m_program.files.exists(target); ++number)
         target = base + u' ' + QString::number(number) + u')';
@@ -101,6 +106,7 @@ bool ProjectCreation::addNew(const QString &typedName)
 {
     Session &session = m_program.session;
     FileSystem &files = m_program.files;
+    const NameClaim claim(files, withoutBackslash(folder()));
     makeFolder();
     step("CreateQVTOCFile"_L1, [&] {
         return TableOfContents(session, files).CreateQVTOCFile(folder() + ProjectFile::toc);
@@ -121,25 +127,17 @@ bool ProjectCreation::addNew(const QString &typedName)
 
 void ProjectCreation::addCopy(const QString &source, const Runner &run)
 {
-    const bool folderWasThere = m_program.files.folderExists(withoutBackslash(folder()));
-    makeFolder();
     try {
-        removeUnfinishedCopy();
-        run([&](const Progress &progress) { copyFiles(source, progress); });
+        const NameClaim claim(m_program.files, withoutBackslash(folder()));
+        run([&](const Progress &progress) { makeCopy(source, progress); });
+        ProjectCatalogue(m_program.session, m_program.files).UpdateQVSelection();
     } catch (const CopyFailure &failure) {
-        trap([](const QvError &) {}, [&] { removeUnfinishedCopy(); }); // the copy's failure is told
         m_program.messages.show({.text = text(Text::AtLocation) + u' ' + withoutBackslash(folder())
                                          + u'\n' + text(Text::ReasonNoSpaceOrPermission),
                                  .icon = MessageIcon::Critical,
                                  .details = failure.reason});
         m_program.ending.endNow();
-    } catch (const Unwinding &) {
-        removeUnfinishedCopy();
-        if (!folderWasThere)
-            m_program.files.removeFolder(withoutBackslash(folder()));
-        throw;
     }
-    ProjectCatalogue(m_program.session, m_program.files).UpdateQVSelection();
     makeGlobalBook();
     step("AddQVBookCategories"_L1, [&] {
         seedCategories(m_program.session, m_program.files, m_program.components.categories, source,
@@ -147,6 +145,38 @@ void ProjectCreation::addCopy(const QString &source, const Runner &run)
     });
     makeCurrent();
     tellWhatWasLeftOut();
+}
+
+// What a stopped or failed copy leaves is removed here, under the progress display as well: it may
+// be much.
+void ProjectCreation::makeCopy(const QString &source, const Progress &progress)
+{
+    FileSystem &files = m_program.files;
+    requireTableOfContents(source);
+    const bool folderWasThere = files.folderExists(withoutBackslash(folder()));
+    makeFolder();
+    try {
+        removeUnfinishedCopy();
+        copyFiles(source, progress);
+    } catch (...) {
+        trap([](const QvError &) {}, // what stopped the copy is told
+             [&] {
+                 removeUnfinishedCopy();
+                 if (!folderWasThere)
+                     files.removeFolder(withoutBackslash(folder()));
+             });
+        throw;
+    }
+}
+
+// Known before anything is copied.
+void ProjectCreation::requireTableOfContents(const QString &source)
+{
+    FileSystem &files = m_program.files;
+    (void)loadXml(files,
+                  existingProjectFolder(files, m_program.session.serverPath, source)
+                      + ProjectFile::toc,
+                  "QV_Master");
 }
 
 // The copy grows beside its folder and takes its place when it is whole and on the disk, so that
@@ -160,13 +190,16 @@ void ProjectCreation::copyFiles(const QString &source, const Progress &progress)
     m_leftOut = ProjectCopy(session, files, m_program.clock, m_program.locale, growing + u'\\')
                     .CopyProjectFolder(source, progress);
     m_leftOut += content.QVUpdateFiles(growing + u'\\', source, 1, progress);
+    progress.step(0, 0); // busy for a while
     content.SecureContentFiles(growing + u'\\');
+    progress.step(0, 0);
     files.syncTree(growing);
     progress.step(1, 1);
 
     const QString target = withoutBackslash(folder());
     files.removeFolder(target);
     files.move(growing, target);
+    m_leftOut.replaceInStrings(growing + u'\\', folder()); // where it lies now
     files.syncFolder(withoutBackslash(docsFolder(session.serverPath)));
 }
 
@@ -234,8 +267,24 @@ void ProjectCreation::requireCategories()
     categories.write(path);
 }
 
+bool ProjectCreation::folderIsUnused()
+{
+    FileSystem &files = m_program.files;
+    const QString path = withoutBackslash(folder());
+    return !files.folderExists(path) || files.entries(path).isEmpty();
+}
+
+void ProjectCreation::raiseExists() const
+{
+    throw QvError(InvalidCall, {},
+                  text(Text::ProjectAlreadyExists) + u": "_s + m_program.session.projectName);
+}
+
+// Another author may have made the project since its name was found to be free.
 void ProjectCreation::makeFolder()
 {
+    if (!folderIsUnused())
+        raiseExists();
     FileHelpers(m_program.session, m_program.files).mbCreateFilePath(withoutBackslash(folder()));
 }
 

@@ -9,7 +9,8 @@
 #include <functional>
 
 /// The wizard's work without its boxes: makes the folder and files of the session's project and
-/// lists it. A failure leaves folder and files as far as they got.
+/// lists it. A failure leaves folder and files as far as they got, but for a copy. Raises 70 while
+/// another author makes a project of the same name, 5 when that has happened in the meantime.
 /// Errors whose source begins with `formTag` name the step that failed.
 class ProjectCreation final
 {
@@ -38,8 +39,8 @@ public:
     /// author has been told and nothing is listed.
     bool addNew(const QString &typedName);
 
-    /// Copies a catalogued project. A copy that fails is told and ends the program; Stop removes
-    /// what was copied and throws Unwinding.
+    /// Copies a catalogued project. A copy that cannot be written is told and ends the program;
+    /// Stop throws Unwinding. Neither these nor an error leave anything of the copy behind.
     void addCopy(const QString &source, const Runner &run);
 
     /// Lists a folder that is already there, as it is. Raises 53 or 75 when its table of contents
@@ -50,7 +51,11 @@ public:
     bool migrate(const QString &database, const QString &typedName);
 
 private:
+    [[nodiscard]] bool folderIsUnused();
+    [[noreturn]] void raiseExists() const;
     void makeFolder();
+    void makeCopy(const QString &source, const Progress &progress);
+    void requireTableOfContents(const QString &source);
     void copyFiles(const QString &source, const Progress &progress);
     [[nodiscard]] QString unfinishedCopy() const;
     void removeUnfinishedCopy();

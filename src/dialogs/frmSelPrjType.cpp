@@ -1,8 +1,11 @@
 #include "dialogs/frmSelPrjType.h"
 
+#include "catalogue/ProjectCatalogue.h"
 #include "components/Components.h"
 #include "components/RegistryAccess.h"
 #include "dialogs/FirstRun.h"
+#include "platform/Paths.h"
+#include "platform/TreeWalker.h"
 #include "resources/Icons.h"
 #include "resources/Texts.h"
 #include "startup/ExternalPrograms.h"
@@ -24,6 +27,8 @@ frmSelPrjType::frmSelPrjType(Program &program, QWidget *parent)
     policy.setRetainSizeWhenHidden(true);
     ui->fraSelProjectType->setSizePolicy(policy);
     ui->fraSelProjectType->hide();
+    ui->cmdCancel->setText(text(Text::Cancel)); // all that is left when loading fails
+    ui->cmdHelp->setText(text(Text::Help));
 
     offer(ui->cmdAddNewProject, ui->imgAdd, "add"_L1, Form::SelPrjTypetoAdd);
     offer(ui->cmdContinueProject, ui->imgContinue, "continue"_L1, Form::ContinueDeleteProject);
@@ -70,7 +75,9 @@ void frmSelPrjType::Form_Load()
             showSplashScreen(m_program);
         if (!checkforwritability(m_program, session.serverPath))
             return;
+        tidyDocs();
         loadCaptions();
+        ui->cmdAddNewProject->setFocus();
         setWindowTitle(text(Text::WindowTitle));
         ui->cmdRankBookSet->setText(text(Text::Rank));
         if (!session.gbBackToLauncher)
@@ -92,6 +99,20 @@ bool frmSelPrjType::readPaths()
     return true;
 }
 
+/// Removes what killed programs left in Docs; failing to do so harms nobody.
+void frmSelPrjType::tidyDocs()
+{
+    trap([](const QvError &) {},
+         [this] {
+             FileSystem &files = m_program.files;
+             const QString docs = docsFolder(m_program.session.serverPath);
+             const QStringList projects =
+                 ProjectCatalogue(m_program.session, files).GetProdQVSelection_All();
+             removeLeftovers(files, docs, projects);
+             removeAbandoned(files, docs, projects);
+         });
+}
+
 void frmSelPrjType::loadCaptions()
 {
     ui->fraSelProjectType->setTitle(text(Text::SelectProjectType));
@@ -99,8 +120,6 @@ void frmSelPrjType::loadCaptions()
     ui->cmdContinueProject->setText(text(Text::Continue));
     ui->cmdMergeProjects->setText(text(Text::Merge));
     ui->cmdDeleteProject->setText(text(Text::DeleteProject));
-    ui->cmdCancel->setText(text(Text::Cancel));
-    ui->cmdHelp->setText(text(Text::Help));
     ui->fraSelProjectType->show();
 }
 

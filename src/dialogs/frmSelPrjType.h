@@ -38,6 +38,7 @@ private:
     [[nodiscard]] QAbstractButton *helpButton() const override;
 
     bool readPaths();
+    void tidyDocs();
     void loadCaptions();
     void offer(QPushButton *button, QLabel *picture, QLatin1StringView iconName, Form form);
     void leaveFor(Form form);

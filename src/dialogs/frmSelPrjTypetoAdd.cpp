@@ -3,11 +3,11 @@
 #include "catalogue/ProjectCatalogue.h"
 #include "components/Components.h"
 #include "components/XmlCharacters.h"
-#include "dialogs/frmProgBar.h"
 #include "resources/Texts.h"
 #include "startup/ExternalPrograms.h"
 #include "startup/Session.h"
 #include "startup/clsRegAccess.h"
+#include "startup/frmProgBar.h"
 #include "ui_frmSelPrjTypetoAdd.h"
 
 #include <QScopedValueRollback>
@@ -166,12 +166,10 @@ void frmSelPrjTypetoAdd::cmdContinue_Click()
                                         : ProjectCreation::formTag + u"cmdContinue_Click"_s);
     };
     trapped(shape, [this] {
-        if (!takeNames())
-            return;
-        if (ui->optSelPrjTypetoAdd->checkedId() == Migrate)
-            migrate();
-        else
-            addOrCopy();
+        if (takeNames() && takeSource()
+            && require(m_creation.nameIsFree(), informed(Text::ProjectAlreadyExists),
+                       ui->txtProjectName))
+            createProject();
     });
 }
 
@@ -180,8 +178,8 @@ bool frmSelPrjTypetoAdd::takeNames()
 {
     const QString typedName = ui->txtProjectName->text().trimmed();
     const QString typedId = ui->txtPrjId->text().trimmed();
-    if (!requireText(typedName, Text::PleaseEnterProjectName, ui->txtProjectName)
-        || !requireText(typedId, Text::PleaseEnterProjectId, ui->txtPrjId))
+    if (!require(!typedName.isEmpty(), informed(Text::PleaseEnterProjectName), ui->txtProjectName)
+        || !require(!typedId.isEmpty(), informed(Text::PleaseEnterProjectId), ui->txtPrjId))
         return false;
 
     XmlCharacters &characters = m_program.components.xmlCharacters;
@@ -199,34 +197,36 @@ bool frmSelPrjTypetoAdd::takeNames()
     return true;
 }
 
-bool frmSelPrjTypetoAdd::requireText(const QString &value, Text message, QLineEdit *box)
+bool frmSelPrjTypetoAdd::require(bool fulfilled, const Message &refusal, QWidget *box)
 {
-    if (!value.isEmpty())
+    if (fulfilled)
         return true;
-    m_program.messages.show(informed(message));
+    m_program.messages.show(refusal);
     box->setFocus();
     return false;
 }
 
-void frmSelPrjTypetoAdd::addOrCopy()
+/// False when nothing is chosen to copy or to migrate; the author has been told.
+bool frmSelPrjTypetoAdd::takeSource()
 {
-    const bool isCopy = ui->optSelPrjTypetoAdd->checkedId() == Copy;
-    const QString source = ui->cboSelPrjtoCopy->currentText();
-    if (isCopy && source.isEmpty()) {
-        m_program.messages.show({.text = text(Text::SelectProjectToContinue),
-                                 .title = {},
-                                 .icon = MessageIcon::Critical});
-        return;
+    const QString database = ui->txtSelDBtoMigrate->text();
+    switch (ui->optSelPrjTypetoAdd->checkedId()) {
+    case Copy:
+        return require(!ui->cboSelPrjtoCopy->currentText().isEmpty(),
+                       {.text = text(Text::SelectProjectToContinue),
+                        .title = {},
+                        .icon = MessageIcon::Critical},
+                       ui->cboSelPrjtoCopy);
+    case Migrate:
+        clsRegAccess(m_program.registry).msetPathInfo(u"Source"_s, database);
+        return require(!database.isEmpty(), informed(Text::SelectDatabase), ui->txtSelDBtoMigrate);
+    default:
+        return true;
     }
-    if (!m_creation.nameIsFree()) {
-        m_program.messages.show(informed(Text::ProjectAlreadyExists));
-        return;
-    }
+}
 
-    const auto withProgress = [this](const auto &work) {
-        runWithProgress(m_program, this, text(Text::CopyingProjectStructure), work);
-    };
-    bool done = true;
+void frmSelPrjTypetoAdd::createProject()
+{
     switch (m_creation.settleFolder()) {
     case ProjectCreation::FolderAnswer::Cancel:
         return;
@@ -234,29 +234,26 @@ void frmSelPrjTypetoAdd::addOrCopy()
         m_creation.listAgain();
         break;
     case ProjectCreation::FolderAnswer::MakeNew:
-        if (isCopy)
-            m_creation.addCopy(source, withProgress);
-        else
-            done = m_creation.addNew(m_typedName);
+        if (!makeNew())
+            return;
     }
-    if (done)
-        openMainWindow();
+    openMainWindow();
 }
 
-void frmSelPrjTypetoAdd::migrate()
+bool frmSelPrjTypetoAdd::makeNew()
 {
-    const QString database = ui->txtSelDBtoMigrate->text();
-    clsRegAccess(m_program.registry).msetPathInfo(u"Source"_s, database);
-    if (database.isEmpty()) {
-        m_program.messages.show(informed(Text::SelectDatabase));
-        return;
+    const auto withProgress = [this](const auto &work) {
+        runWithProgress(m_program, this, text(Text::CopyingProjectStructure), work);
+    };
+    switch (ui->optSelPrjTypetoAdd->checkedId()) {
+    case Copy:
+        m_creation.addCopy(ui->cboSelPrjtoCopy->currentText(), withProgress);
+        return true;
+    case Migrate:
+        return m_creation.migrate(ui->txtSelDBtoMigrate->text(), m_typedName);
+    default:
+        return m_creation.addNew(m_typedName);
     }
-    if (!m_creation.nameIsFree()) {
-        m_program.messages.show(informed(Text::ProjectAlreadyExists));
-        return;
-    }
-    if (m_creation.migrate(database, m_typedName))
-        openMainWindow();
 }
 
 void frmSelPrjTypetoAdd::openMainWindow()

@@ -6,8 +6,6 @@
 
 #include <memory>
 
-class QLineEdit;
-
 namespace Ui {
 class frmSelPrjTypetoAdd;
 }
@@ -44,9 +42,10 @@ private:
     void connectControls();
     void enableFor(int kind);
     bool takeNames();
-    bool requireText(const QString &value, Text message, QLineEdit *box);
-    void addOrCopy();
-    void migrate();
+    bool takeSource();
+    bool require(bool fulfilled, const Message &refusal, QWidget *box);
+    void createProject();
+    bool makeNew();
     void openMainWindow();
     void closeQuietly();
     void inHandler(QLatin1StringView handler, const std::function<void()> &body);

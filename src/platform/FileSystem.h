@@ -50,6 +50,12 @@ struct ReplaceOptions
     bool throughReadOnly = false;
 };
 
+/// Against what a name that shall be free is held.
+enum class NameCheck {
+    AnyCase, ///< also against names in other letter case, which takes a look through the folder
+    Exact, ///< only as spelled: for many files at once, when the caller has looked through the folder
+};
+
 /// The machine's files, under the product's paths: backslashes, drive letters, no regard to case
 /// (the name as on disk first, then without regard to case; two such names are an error).
 /// Every operation raises QvError with a description that names the path and the reason:
@@ -84,7 +90,8 @@ public:
                              ReplaceOptions options = {}) = 0;
 
     /// Copies one regular file with its times and permissions to a name that is not taken.
-    virtual void copyFile(const QString &from, const QString &to) = 0;
+    virtual void copyFile(const QString &from, const QString &to,
+                          NameCheck check = NameCheck::AnyCase) = 0;
 
     /// Copies regular files of one folder into another under their names, which must not be taken
     /// there; much cheaper than one by one. The names are spelled as `entries` gives them. Calls
@@ -100,7 +107,9 @@ public:
     }
 
     virtual void makeFolder(const QString &path) = 0;              ///< its parent must be there
-    virtual void move(const QString &from, const QString &to) = 0; ///< to a name that is not taken
+    /// To a name that is not taken.
+    virtual void move(const QString &from, const QString &to,
+                      NameCheck check = NameCheck::AnyCase) = 0;
     virtual void removeFile(const QString &path, bool evenReadOnly = false) = 0;
     virtual void removeFolder(const QString &path) = 0; ///< an empty one
 

@@ -22,6 +22,7 @@ struct Choice
 {
     QString text;
     QStringList answers; ///< the last one is what Escape and the close box mean
+    int initial = 0;     ///< the one that Enter means
     QString title = defaultMessageTitle;
 };
 

@@ -144,3 +144,11 @@ QString parentFolder(const QString &path)
 {
     return path.first(lastSpan(path).begin);
 }
+
+QString shortened(const QString &name, qsizetype bytes)
+{
+    QString kept = name;
+    while (kept.toUtf8().size() > bytes)
+        kept.chop(kept.back().isLowSurrogate() ? 2 : 1);
+    return kept;
+}

@@ -46,3 +46,6 @@ QString withoutBackslash(const QString &path);
 QString withBackslash(const QString &path);
 QString lastComponent(const QString &path);
 QString parentFolder(const QString &path);
+
+/// The beginning of a name that takes at most so many bytes on the disk; characters stay whole.
+QString shortened(const QString &name, qsizetype bytes);

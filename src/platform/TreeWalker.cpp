@@ -38,7 +38,6 @@ void walkInto(FileSystem &files, const QString &folder, const Visitor &visit)
 struct FolderPlan
 {
     QString relative; ///< with a backslash at the end; empty for the start folder
-    bool readOnly = false;
     QStringList names;
 };
 
@@ -59,7 +58,7 @@ CopyPlan planCopy(FileSystem &files, const QString &from,
             return false;
         if (entry.status.kind == FileKind::Folder) {
             index.insert(entry.relative + u'\\', plan.folders.size());
-            plan.folders.append({entry.relative + u'\\', entry.status.readOnly, {}});
+            plan.folders.append({entry.relative + u'\\', {}});
         } else if (entry.status.kind == FileKind::File) {
             plan.folders[index.value(parentFolder(entry.relative))].names.append(
                 lastComponent(entry.relative));
@@ -85,9 +84,7 @@ void refuseInside(const QString &from, const QString &to)
 /// A name beside the folder that is not taken, for the folder while it is being deleted.
 QString asideName(FileSystem &files, const QString &folder)
 {
-    QString name = lastComponent(folder);
-    while (name.toUtf8().size() > 240)
-        name.chop(name.back().isLowSurrogate() ? 2 : 1);
+    const QString name = shortened(lastComponent(folder), 240);
     for (int number = 1;; ++number) {
         const QString aside = parentFolder(folder) + name + u".qvdel"_s + QString::number(number);
         if (!files.exists(aside))
@@ -131,6 +128,24 @@ void deleteFound(FileSystem &files, const QString &folder, const QList<TreeEntry
     unlessGone([&] { files.removeFolder(folder); });
 }
 
+/// One that resists does no harm; the next start tries it again.
+void removeMatching(FileSystem &files, const QString &parent, const QStringList &kept,
+                    const std::function<bool(const FolderEntry &)> &matches)
+{
+    for (const FolderEntry &entry : files.entries(parent)) {
+        if (!matches(entry) || kept.contains(entry.name, Qt::CaseInsensitive))
+            continue;
+        const QString path = withBackslash(parent) + entry.name;
+        trap([](const QvError &) {},
+             [&] {
+                 if (entry.status.kind == FileKind::Folder)
+                     deleteFound(files, path, everythingIn(files, path));
+                 else if (entry.status.kind == FileKind::File)
+                     files.removeFile(path, true);
+             });
+    }
+}
+
 void refuseUnlessFolder(FileSystem &files, const QString &folder)
 {
     const FileKind kind = files.status(folder).kind;
@@ -167,10 +182,6 @@ QStringList copyTree(FileSystem &files, const QString &from, const QString &to,
         files.copyFiles(source + folder.relative, target + folder.relative, folder.names,
                         [&](const QString &name) { progress.step(++done, plan.count, name); });
     }
-    for (const FolderPlan &folder : plan.folders) {
-        if (folder.readOnly)
-            files.setAttributes(target + folder.relative, ReadOnlyFile);
-    }
     return plan.links;
 }
 
@@ -183,15 +194,22 @@ void deleteTree(FileSystem &files, const QString &folder)
     deleteFound(files, aside, found);
 }
 
-void removeLeftovers(FileSystem &files, const QString &parent)
+void removeLeftovers(FileSystem &files, const QString &parent, const QStringList &kept)
 {
-    static const QRegularExpression leftover(u"\\.qvdel[0-9]+$"_s);
-    for (const FolderEntry &entry : files.entries(parent)) {
-        if (entry.status.kind != FileKind::Folder || !leftover.match(entry.name).hasMatch())
-            continue;
-        const QString folder = withBackslash(parent) + entry.name;
-        // One that resists does no harm; the next start tries it again.
-        trap([](const QvError &) {},
-             [&] { deleteFound(files, folder, everythingIn(files, folder)); });
-    }
+    static const QRegularExpression aside(u"\\.qvdel[0-9]+$"_s);
+    removeMatching(files, parent, kept, [](const FolderEntry &entry) {
+        return entry.status.kind == FileKind::Folder && aside.match(entry.name).hasMatch();
+    });
+}
+
+void removeAbandoned(FileSystem &files, const QString &parent, const QStringList &kept)
+{
+    const QDateTime before = files.status(parent).modified.addDays(-1);
+    static const QRegularExpression temporary(u"\\.qvtmp[0-9]+$"_s);
+    removeMatching(files, parent, kept, [&](const FolderEntry &entry) {
+        const bool ours = entry.status.kind == FileKind::Folder
+                              ? entry.name.endsWith(".qvnew"_L1)
+                              : temporary.match(entry.name).hasMatch();
+        return ours && entry.status.modified < before;
+    });
 }

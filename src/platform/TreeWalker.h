@@ -21,6 +21,7 @@ void walkTree(FileSystem &files, const QString &folder,
               const std::function<void(const TreeEntry &)> &visit);
 
 /// Copies all of `from` into `to`, which may be there but must be empty or hold other names.
+/// Files keep their read-only bit, folders do not: a copy is made to be changed.
 /// Links are left out and returned (relative). Refuses a target inside the source (75).
 /// What `leaveOut` says true to is left out too, a folder with all in it; it is not returned.
 QStringList copyTree(FileSystem &files, const QString &from, const QString &to,
@@ -31,5 +32,10 @@ QStringList copyTree(FileSystem &files, const QString &from, const QString &to,
 /// ("<name>.qvdel<n>"), so that a failure to begin changes nothing, then deletes what it renamed.
 void deleteTree(FileSystem &files, const QString &folder);
 
-/// Removes what an interrupted `deleteTree` left directly below `parent`.
-void removeLeftovers(FileSystem &files, const QString &parent);
+/// Removes what an interrupted `deleteTree` left directly below `parent`, but for the names `kept`.
+void removeLeftovers(FileSystem &files, const QString &parent, const QStringList &kept = {});
+
+/// Removes what killed programs left directly below `parent`, but for the names `kept`: temporary
+/// files ("<name>.qvtmp<number>") and unfinished copies ("<name>.qvnew") last changed more than a
+/// day before `parent` itself was, so that the clocks of two machines are never compared.
+void removeAbandoned(FileSystem &files, const QString &parent, const QStringList &kept);

@@ -3,6 +3,7 @@
 #include "platform/QvError.h"
 
 #include <algorithm>
+#include <string_view>
 
 using namespace Qt::StringLiterals;
 
@@ -43,8 +44,11 @@ RewrittenList::RewrittenList(const pugi::xml_node &list, const char *name, const
     : m_list(list)
     , m_name(name)
 {
-    for (const pugi::xml_node &child : list.children(name))
-        m_old.insert(key(child), child);
+    // Backwards: of those with one key, the one put in last is taken first.
+    for (pugi::xml_node child = list.last_child(); child; child = child.previous_sibling()) {
+        if (child.name() == std::string_view(name))
+            m_old.insert(key(child), child);
+    }
 }
 
 pugi::xml_node RewrittenList::place(const QString &key)

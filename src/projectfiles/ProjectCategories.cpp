@@ -55,8 +55,9 @@ void CategoriesInFile::open(const QString & /*docsFolder*/, bool fromCopy,
     m_set.clear();
     if (!fromCopy)
         return;
-    m_set = CategoryFile(m_files).read(copySource);
-    write(target);
+    // As it stands, so that its ids and what is not known here stay.
+    m_files.replaceFile(target, m_files.readFile(copySource));
+    m_set = CategoryFile(m_files).read(target);
 }
 
 bool CategoriesInFile::isIn(const QString &defaultCategoriesPath, const QString &name)

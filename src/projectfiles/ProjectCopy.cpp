@@ -7,6 +7,8 @@
 #include "projectfiles/FileElements.h"
 #include "startup/Errors.h"
 
+#include <QRegularExpression>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -14,13 +16,15 @@ namespace {
 // All files written here are our own fresh copies in a folder that nothing refers to yet.
 constexpr ReplaceOptions inFreshFolder{.sync = false, .throughReadOnly = true};
 
-/// Earlier versions, locks and unfinished files belong to the project they lie in.
+/// Earlier versions, locks and unfinished files of ours belong to the project they lie in. An
+/// author's own files are copied, whatever their names end in.
 bool staysBehind(const TreeEntry &entry)
 {
-    const QString name = lastComponent(entry.path);
-    return entry.relative.compare(ProjectFile::backupFolder, Qt::CaseInsensitive) == 0
-           || name.endsWith(".lock"_L1, Qt::CaseInsensitive)
-           || name.contains(".qvtmp"_L1, Qt::CaseInsensitive);
+    static const QRegularExpression ours(u"\\.(xml\\.lock|qvtmp[0-9]+)$"_s,
+                                         QRegularExpression::CaseInsensitiveOption);
+    if (entry.status.kind == FileKind::File)
+        return ours.match(entry.relative).hasMatch();
+    return entry.relative.compare(ProjectFile::backupFolder, Qt::CaseInsensitive) == 0;
 }
 
 void setWherePresent(const pugi::xml_node &header, const char *element, const QString &value)
@@ -44,8 +48,11 @@ ProjectCopy::ProjectCopy(Session &session, FileSystem &files, Clock &clock, Syst
 QStringList ProjectCopy::CopyProjectFolder(const QString &sourceName, const Progress &progress)
 {
     const auto onError = reraise(m_session, u"QV_Developer::CopyProjectFolder"_s);
-    const QString source = trap(
-        onError, [&] { return existingProjectFolder(m_files, m_session.serverPath, sourceName); });
+    const QString source = trap(onError, [&] {
+        const QString there = existingProjectFolder(m_files, m_session.serverPath, sourceName);
+        (void)loadXml(m_files, there + ProjectFile::toc, "QV_Master"); // before all is copied
+        return there;
+    });
     const QStringList leftOut = copyFolder(source, progress);
     return leftOut + trap(onError, [&] { return makeItsOwn(); });
 }
@@ -77,7 +84,7 @@ QStringList ProjectCopy::makeItsOwn()
     setWherePresent(header, "QV_ID", {});
     QStringList unreadable = UpdateQVTocInfo(toc);
     saveXml(m_files, path, toc, inFreshFolder);
-    unreadable += updateIfReadable(ProjectFile::globalFolder, ProjectFile::globalBook);
+    unreadable += UpdateProductInfoInBook(ProjectFile::globalFolder, ProjectFile::globalBook);
     unreadable.removeDuplicates(); // the global book may be listed as well
     return unreadable;
 }
@@ -88,57 +95,31 @@ QStringList ProjectCopy::UpdateQVTocInfo(pugi::xml_document &toc)
     for (const pugi::xpath_node &entry : toc.select_nodes("//Book")) {
         const pugi::xml_node book = entry.node();
         setChild(book, "Book_Key", m_session.projectName);
-        unreadable +=
-            updateIfReadable(textOf(book.child("Book_Folder")), textOf(book.child("Book_File")));
+        unreadable += UpdateProductInfoInBook(textOf(book.child("Book_Folder")),
+                                              textOf(book.child("Book_File")));
     }
     return unreadable;
 }
 
-QStringList ProjectCopy::updateIfReadable(const QString &bookFolder, const QString &bookFile)
+QStringList ProjectCopy::UpdateProductInfoInBook(const QString &bookFolder, const QString &bookFile)
 {
-    std::optional<QString> path;
+    QString path;
     pugi::xml_document document;
     try {
-        path = bookPath(bookFolder, bookFile);
-        if (path)
-            document = loadBook(*path);
+        path = insideOf(folder(), bookFolder + u'\\' + bookFile).value_or(QString());
+        if (path.isEmpty() || !m_files.fileExists(path))
+            return {};
+        document = loadXml(m_files, path, "Book_Master");
+        requiredChild(document.document_element(), "Book", path);
     } catch (const QvError &error) {
         return {error.description()};
     }
-    if (path)
-        makeOwn(document, *path, bookFolder);
-    return {};
-}
-
-void ProjectCopy::UpdateProductInfoInBook(const QString &bookFolder, const QString &bookFile)
-{
-    if (const std::optional<QString> path = bookPath(bookFolder, bookFile))
-        makeOwn(loadBook(*path), *path, bookFolder);
-}
-
-std::optional<QString> ProjectCopy::bookPath(const QString &bookFolder, const QString &bookFile)
-{
-    std::optional<QString> path = insideOf(folder(), bookFolder + u'\\' + bookFile);
-    if (path && !m_files.fileExists(*path))
-        path.reset();
-    return path;
-}
-
-pugi::xml_document ProjectCopy::loadBook(const QString &path)
-{
-    pugi::xml_document document = loadXml(m_files, path, "Book_Master");
-    requiredChild(document.document_element(), "Book", path);
-    return document;
-}
-
-void ProjectCopy::makeOwn(const pugi::xml_document &document, const QString &path,
-                          const QString &bookFolder)
-{
     const pugi::xml_node header = document.document_element().child("Book");
     setChild(header, "Book_Key", m_session.projectName);
     setChild(header, "Book_Path",
              u"Docs\\"_s + m_session.projectName + u'\\' + withBackslash(bookFolder));
     saveXml(m_files, path, document, inFreshFolder);
+    return {};
 }
 
 QString ProjectCopy::folder() const

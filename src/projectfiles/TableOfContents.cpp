@@ -77,16 +77,10 @@ void writeBook(pugi::xml_node element, const TocBook &book)
     writeCategories(categories, book.categories);
 }
 
-bool isSame(const pugi::xml_node &element, const TocBook &book)
-{
-    return textOf(element.child("Book_Name")) == book.name
-           && textOf(element.child("Book_Acro")) == book.acronym;
-}
-
 pugi::xml_node bookElement(const pugi::xml_node &books, const TocBook &book)
 {
     for (const pugi::xml_node &element : books.children("Book")) {
-        if (isSame(element, book))
+        if (identityOf(readBook(element)) == identityOf(book))
             return element;
     }
     throw QvError(InvalidCall, {},
@@ -131,6 +125,11 @@ void moveTo(pugi::xml_node books, pugi::xml_node element, int to)
 }
 
 } // namespace
+
+QString identityOf(const TocBook &book)
+{
+    return book.acronym + u'\n' + book.name + u'\n' + book.folder;
+}
 
 TableOfContents::TableOfContents(Session &session, FileSystem &files)
     : m_session(session)

@@ -26,6 +26,10 @@ struct TocBook
     friend bool operator==(const TocBook &, const TocBook &) = default;
 };
 
+/// What tells a book from its neighbours: acronym, name and folder. A list that other tools wrote
+/// may hold one name under one acronym twice.
+QString identityOf(const TocBook &book);
+
 struct TocHeader
 {
     QString platform, variation, id, dateProcess, dateMigration;
@@ -51,7 +55,7 @@ public:
     Toc read(const QString &project);
 
     /// The four changes below write the file at once (one load, one save; unknown elements are
-    /// kept; the previous version goes to _Backup\). A book is meant by its name and acronym. All
+    /// kept; the previous version goes to _Backup\). A book is meant by its identity. All
     /// raise 5 when it is not there, when a new name or acronym is taken without regard to case, or
     /// when `to` is no place in the list; nothing is written then.
     void addBook(const QString &project, const TocBook &book);

@@ -18,9 +18,21 @@ void refuseServer(Program &program, const QString &serverPath, const QvError &er
     Message message;
     message.text =
         text(Text::YourQvServer) + u' ' + serverPath + u' ' + text(Text::InsufficientPrivileges);
-    message.details = error.description();
+    message.details = error.description()
+                      + u"\nMake sure that the server is connected and that you may write to its "
+                        "folder Docs, then start QV Developer again."_s;
     program.messages.show(message);
     program.ending.endNow();
+}
+
+// Another author who starts at this moment uses the same name and may be the one who removes it.
+void removeProbe(FileSystem &files, const QString &probe)
+{
+    const auto unlessGone = [](const QvError &error) {
+        if (error.number() != FileNotFound)
+            throw error;
+    };
+    trap(unlessGone, [&] { files.removeFile(probe); });
 }
 
 } // namespace
@@ -38,7 +50,10 @@ bool FileHelpers::mbCreateFilePath(const QString &path)
         QString folder = pieces.first();
         for (const QString &piece : pieces.sliced(1)) {
             folder += u'\\' + piece;
-            if (!m_files.folderExists(folder))
+            const FileKind kind = m_files.status(folder).kind;
+            // A server may be reached through a link; the folder that is asked for is never one.
+            const bool isOnTheWay = kind == FileKind::Link && folder != path;
+            if (kind != FileKind::Folder && !isOnTheWay)
                 m_files.makeFolder(folder);
         }
         return true;
@@ -66,8 +81,7 @@ bool checkforwritability(Program &program, const QString &serverPath)
         const QString probe = docsFolder(serverPath) + u"TempFile.txt"_s;
         trap([&](const QvError &error) { refuseServer(program, serverPath, error); },
              [&] { program.files.replaceFile(probe, utf16Bytes({})); });
-        if (program.files.fileExists(probe))
-            program.files.removeFile(probe);
+        removeProbe(program.files, probe);
         return true;
     });
 }

@@ -4,6 +4,7 @@
 #include "platform/QvError.h"
 #include "platform/TreeWalker.h"
 #include "projectfiles/Backup.h"
+#include "tools/FolderIndex.h"
 
 #include <QSet>
 
@@ -47,7 +48,7 @@ QString ImportFiles::nextStaged()
 void ImportFiles::stageCopy(const ImportItem &item)
 {
     const QString staged = nextStaged();
-    m_files.copyFile(item.source, staged);
+    m_files.copyFile(item.source, staged, NameCheck::Exact);
     if (item.readOnly)
         m_files.setAttributes(staged, m_files.attributes(staged) & ~ReadOnlyFile);
     note(staged, item);
@@ -75,6 +76,7 @@ int ImportFiles::putInPlace()
         if (staged.replaces)
             backUp(m_files, m_projectFolder, staged.to.sliced(m_projectFolder.size()));
     }
+    refuseTakenNames();
     int replaced = 0;
     QSet<QString> folders;
     for (const Move &staged : std::as_const(m_staged)) {
@@ -91,6 +93,17 @@ int ImportFiles::putInPlace()
     return replaced;
 }
 
+// In any letter case; each folder is looked through once.
+void ImportFiles::refuseTakenNames()
+{
+    FolderIndex book(m_files, m_bookFolder);
+    for (const Move &staged : std::as_const(m_staged)) {
+        if (!staged.replaces && book.find(staged.to.sliced(m_bookFolder.size())))
+            throw QvError(PathFileAccess, {},
+                          u"There is a file of this name meanwhile: "_s + staged.to);
+    }
+}
+
 void ImportFiles::finish()
 {
     deleteTree(m_files, withoutBackslash(m_staging));
@@ -100,7 +113,7 @@ void ImportFiles::undo() noexcept
 {
     bool all = true;
     for (auto done = m_done.crbegin(); done != m_done.crend(); ++done)
-        all &= succeeds([&] { m_files.move(done->to, done->from); });
+        all &= succeeds([&] { m_files.move(done->to, done->from, NameCheck::Exact); });
     if (all)
         succeeds([this] { finish(); });
     for (auto folder = m_made.crbegin(); folder != m_made.crend(); ++folder)
@@ -109,7 +122,7 @@ void ImportFiles::undo() noexcept
 
 void ImportFiles::move(const QString &from, const QString &to)
 {
-    m_files.move(from, to);
+    m_files.move(from, to, NameCheck::Exact);
     m_done.append({from, to});
 }
 

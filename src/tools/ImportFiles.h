@@ -37,6 +37,7 @@ private:
         QString from, to;
         bool replaces = false;
     };
+    void refuseTakenNames();
     QString nextStaged();
     void note(const QString &staged, const ImportItem &item);
     void makeFolder(const QString &folder);

@@ -172,7 +172,7 @@ void ImportPlanner::readPage(int index)
     item.title = titleOf(facts, lastComponent(item.target));
     item.encoding = page.encoding;
     item.damaged = page.damaged;
-    item.sum = QCryptographicHash::hash(bytes, QCryptographicHash::Sha1).toHex();
+    item.sum = QCryptographicHash::hash(bytes, QCryptographicHash::Md5).toHex();
     if (facts.hasBase)
         omit(item.source, item.target,
              u"Its <base> moves its links; the files it uses are not looked for."_s);

@@ -33,6 +33,18 @@ ProjectCatalogue catalogue(Console &console)
     return {console.session, console.files};
 }
 
+/// A project as the editors have it open.
+struct OpenProject
+{
+    ProjectSession session;
+
+    OpenProject(Console &console, const QString &name)
+        : session(console.program)
+    {
+        session.open(name);
+    }
+};
+
 TocBook bookOf(ProjectSession &session, const QString &acronym)
 {
     for (const TocBook &book : session.books()) {
@@ -166,62 +178,38 @@ int lights(Console &console, const QStringList &arguments)
     return 0;
 }
 
-int books(Console &console, const QStringList &arguments)
-{
-    const Toc toc = TableOfContents(console.session, console.files).read(arguments.at(0));
-    for (const TocBook &book : toc.books)
-        printLine({book.name, book.acronym, book.key, book.folder, book.file, book.type});
-    return 0;
-}
-
-int outline(Console &console, const QStringList &arguments)
-{
-    ProjectSession session(console.program);
-    session.open(arguments.at(0));
-    for (const BookPage &page : flattened(session.book(bookOf(session, arguments.at(1))).pages))
-        printLine({page.id, page.title, page.file});
-    return 0;
-}
-
 int addBook(Console &console, const QStringList &arguments)
 {
-    ProjectSession session(console.program);
-    session.open(arguments.at(0));
-    TocBook book;
-    book.name = arguments.at(1);
-    book.acronym = arguments.at(2);
-    book.key = arguments.at(0);
-    book.folder = arguments.at(3);
-    book.file = u"Book_"_s + arguments.at(2) + u".xml"_s;
-    BookCommands(session).create(book);
+    OpenProject project(console, arguments.at(0));
+    const QString &acronym = arguments.at(2);
+    const QString file = u"Book_%1.xml"_s.arg(acronym);
+    BookCommands(project.session)
+        .create({arguments.at(1), acronym, arguments.at(0), arguments.at(3), file, {}, {}});
     return 0;
 }
 
 int renameBook(Console &console, const QStringList &arguments)
 {
-    ProjectSession session(console.program);
-    session.open(arguments.at(0));
-    const TocBook old = bookOf(session, arguments.at(1));
+    OpenProject project(console, arguments.at(0));
+    const TocBook old = bookOf(project.session, arguments.at(1));
     TocBook now = old;
     now.name = arguments.at(2);
-    BookCommands(session).change(old, now);
+    BookCommands(project.session).change(old, now);
     return 0;
 }
 
 int deleteBook(Console &console, const QStringList &arguments)
 {
-    ProjectSession session(console.program);
-    session.open(arguments.at(0));
-    BookCommands(session).remove(bookOf(session, arguments.at(1)), true);
+    OpenProject project(console, arguments.at(0));
+    BookCommands(project.session).remove(bookOf(project.session, arguments.at(1)), true);
     return 0;
 }
 
 int import(Console &console, const QStringList &arguments)
 {
-    ProjectSession session(console.program);
-    session.open(arguments.at(0));
+    OpenProject project(console, arguments.at(0));
     SourceImport sources(console.session, console.files);
-    const ImportPlan plan = sources.plan(arguments.at(0), bookOf(session, arguments.at(1)),
+    const ImportPlan plan = sources.plan(arguments.at(0), bookOf(project.session, arguments.at(1)),
                                          {console.files.productPath(arguments.at(2))});
     const ImportResult result = sources.run(plan);
     printLine({u"pages"_s, QString::number(result.pages.size()), u"files"_s,
@@ -231,11 +219,10 @@ int import(Console &console, const QStringList &arguments)
 
 int savePage(Console &console, const QStringList &arguments)
 {
-    ProjectSession session(console.program);
-    session.open(arguments.at(0));
-    const TocBook book = bookOf(session, arguments.at(1));
-    PageStore store(session);
-    OpenPage page = store.read(book, pageOf(session, book, arguments.at(2)));
+    OpenProject project(console, arguments.at(0));
+    const TocBook book = bookOf(project.session, arguments.at(1));
+    PageStore store(project.session);
+    OpenPage page = store.read(book, pageOf(project.session, book, arguments.at(2)));
     store.write(page, arguments.at(3));
     return 0;
 }
@@ -246,11 +233,10 @@ int verify(Console &console, const QStringList &)
     for (const QString &name : catalogue(console).GetProdQVSelection_All()) {
         if (name.isEmpty())
             continue;
-        ProjectSession session(console.program);
-        session.open(name);
-        for (const TocBook &book : session.books()) {
-            for (const BookPage &page : flattened(session.book(book).pages))
-                (void)PageStore(session).read(book, page);
+        OpenProject project(console, name);
+        for (const TocBook &book : project.session.books()) {
+            for (const BookPage &page : flattened(project.session.book(book).pages))
+                (void)PageStore(project.session).read(book, page);
         }
     }
     return 0;
@@ -270,8 +256,6 @@ QList<Command> commands()
         {u"copy"_s, 4, u"SOURCE NAME ID LANGUAGE"_s, copy},
         {u"open"_s, 1, u"NAME"_s, open},
         {u"lights"_s, 2, u"NAME COLOUR"_s, lights},
-        {u"books"_s, 1, u"NAME"_s, books},
-        {u"outline"_s, 2, u"NAME ACRONYM"_s, outline},
         {u"add-book"_s, 4, u"NAME BOOK ACRONYM FOLDER"_s, addBook},
         {u"rename-book"_s, 3, u"NAME ACRONYM NEW-BOOK-NAME"_s, renameBook},
         {u"delete-book"_s, 2, u"NAME ACRONYM"_s, deleteBook},

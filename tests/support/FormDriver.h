@@ -1,9 +1,25 @@
 #pragma once
 
 #include <QAbstractButton>
+#include <QAction>
 #include <QApplication>
+#include <QComboBox>
+#include <QGroupBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPlainTextEdit>
+#include <QPointer>
+#include <QPushButton>
+#include <QSignalSpy>
 #include <QStyleFactory>
+#include <QTabBar>
+#include <QTabWidget>
 #include <QTest>
+#include <QTextBrowser>
+#include <QTimer>
+#include <QTreeView>
+#include <QTreeWidget>
 #include <QWidget>
 
 // Drives a form by the names of its controls, as an author does with mouse and keys.

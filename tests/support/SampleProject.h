@@ -1,31 +1,25 @@
 #pragma once
 
 #include "platform/Paths.h"
-#include "platform/Xml.h"
 #include "projectfiles/BookFile.h"
 #include "projectfiles/CategoryFile.h"
-#include "projectfiles/GlobalBook.h"
 #include "projectfiles/TableOfContents.h"
 #include "support/TestProgram.h"
+#include "support/XmlFile.h"
 
 #include <QPair>
 
-/// The project "Plant 300" on disk, with default categories and the books a test adds.
-class SampleProject
+/// The files of a project, as a test needs them.
+class ProjectFiles
 {
 public:
-    TestProgram world;
-    const QString name = QStringLiteral("Plant 300");
-    const QString folder = QStringLiteral("S:\\Docs\\Plant 300\\");
+    const QString name;
+    const QString folder = QStringLiteral("S:\\Docs\\") + name + u'\\';
 
-    SampleProject()
+    ProjectFiles(TestProgram &world, const QString &project)
+        : name(project)
+        , m_world(world)
     {
-        world.session.projectLanguage = QStringLiteral("ENU");
-        world.files.makeFolder(QStringLiteral("S:\\Docs\\Plant 300"));
-        TableOfContents(world.session, world.files).CreateQVTOCFile(folder + ProjectFile::toc);
-        CategoryFile(world.files)
-            .write(defaultCategoriesPath(world.server),
-                   {{{}, QStringLiteral("Operation"), {}}, {{}, QStringLiteral("Repair"), {}}});
     }
 
     /// Lists a book and writes its file and its pages (file name, bytes); titles are the file names
@@ -33,13 +27,9 @@ public:
     TocBook addBook(const QString &bookName, const QString &acronym,
                     const QList<QPair<QString, QByteArray>> &pages = {})
     {
-        const TocBook entry{bookName,
-                            acronym,
-                            name,
-                            QStringLiteral("Book_") + acronym,
-                            QStringLiteral("Book_%1.xml").arg(acronym),
-                            {},
-                            {}};
+        const QString bookFolder = QStringLiteral("Book_") + acronym;
+        const TocBook entry{
+            bookName, acronym, name, bookFolder, bookFolder + QStringLiteral(".xml"), {}, {}};
         Book book;
         book.name = bookName;
         book.acronym = acronym;
@@ -47,51 +37,73 @@ public:
             const QString id = QStringLiteral("P%1").arg(book.pages.size() + 1, 4, 10, QChar(u'0'));
             book.pages.append({id, QString(file).remove(QStringLiteral(".htm")), file, {}, {}});
         }
-        BookFile(world.session, world.files).write(name, entry, book);
+        BookFile(m_world.session, m_world.files).write(name, entry, book);
         for (const auto &[file, bytes] : pages)
-            world.put(folder + entry.folder + u'\\' + file, bytes);
-        TableOfContents(world.session, world.files).addBook(name, entry);
+            m_world.put(folder + bookFolder + u'\\' + file, bytes);
+        TableOfContents(m_world.session, m_world.files).addBook(name, entry);
         return entry;
     }
 
     /// One view, group, topic and category with a link to `book`'s page P0001 and a dead one.
     void addQuickNav(const QString &acronym)
     {
-        pugi::xml_document document;
-        pugi::xml_node node = document.append_child("QV_QuickNav");
-        for (const char *level : {"View", "Group", "Topic", "Category"}) {
-            node = node.append_child(level);
-            setAttribute(node, "ID", QString::fromLatin1(level));
-            appendText(node, QByteArray(level).append("_Name").constData(),
-                       QStringLiteral("The ") + QString::fromLatin1(level).toLower());
-        }
-        for (const char *page : {"P0001", "P0009"}) {
-            pugi::xml_node link = node.append_child("Link");
-            setAttribute(link, "Book", acronym);
-            setAttribute(link, "Page", QString::fromLatin1(page));
-            appendText(link, "Link_Title", QStringLiteral("To ") + QString::fromLatin1(page));
-        }
-        world.files.makeFolder(folder + QStringLiteral("QuickNav"));
-        saveXml(world.files, folder + ProjectFile::quickNav, document);
+        QString links;
+        for (const QString &page : {QStringLiteral("P0001"), QStringLiteral("P0009")})
+            links +=
+                QStringLiteral("<Link Book='%1' Page='%2'><Link_Title>To %2</Link_Title></Link>")
+                    .arg(acronym, page);
+        m_world.files.makeFolder(folder + QStringLiteral("QuickNav"));
+        m_world.put(
+            folder + ProjectFile::quickNav,
+            xmlFile(QStringLiteral("<QV_QuickNav><View ID='1'><View_Name>The view</View_Name>"
+                                   "<Group ID='2'><Group_Name>The group</Group_Name>"
+                                   "<Topic ID='3'><Topic_Name>The topic</Topic_Name>"
+                                   "<Category ID='4'><Category_Name>The category"
+                                   "</Category_Name>%1</Category></Topic></Group></View>"
+                                   "</QV_QuickNav>\n")
+                        .arg(links)));
     }
 
     /// The global book with a page that is there and one that is not.
     void addGlobals()
     {
         const QString place = folder + ProjectFile::globalFolder + u'\\';
-        world.files.makeFolder(withoutBackslash(place));
-        makeGlobalInformation(world.files)->createGlobalBook(place, name);
-        pugi::xml_document document =
-            loadXml(world.files, place + ProjectFile::globalBook, "Book_Master");
-        pugi::xml_node pages = document.document_element().child("Global_Pages");
-        for (const auto &file : {QStringLiteral("welcome.htm"), QStringLiteral("legal.htm")}) {
-            pugi::xml_node page = pages.append_child("Page");
-            setAttribute(page, "ID", file);
-            setAttribute(page, "Type", QStringLiteral("Free"));
-            appendText(page, "Page_Title", QString(file).remove(QStringLiteral(".htm")));
-            appendText(page, "Page_File", file);
-        }
-        saveXml(world.files, place + ProjectFile::globalBook, document);
-        world.put(place + QStringLiteral("welcome.htm"), "<html><body>Welcome</body></html>");
+        if (!m_world.files.folderExists(place))
+            m_world.files.makeFolder(withoutBackslash(place));
+        QString pages;
+        for (const QString &page : {QStringLiteral("welcome"), QStringLiteral("legal")})
+            pages += QStringLiteral("<Page ID='%1' Type='Free'><Page_Title>%1</Page_Title>"
+                                    "<Page_File>%1.htm</Page_File></Page>")
+                         .arg(page);
+        m_world.put(place + ProjectFile::globalBook,
+                    xmlFile(QStringLiteral("<Book_Master><Book><Book_Name>Global Information"
+                                           "</Book_Name></Book><Global_Pages>%1</Global_Pages>"
+                                           "</Book_Master>\n")
+                                .arg(pages)));
+        m_world.put(place + QStringLiteral("welcome.htm"), "<html><body>Welcome</body></html>");
+    }
+
+private:
+    TestProgram &m_world;
+};
+
+struct SampleWorld
+{
+    TestProgram world;
+};
+
+/// The project "Plant 300" on disk, with default categories and the books a test adds.
+class SampleProject : public SampleWorld, public ProjectFiles
+{
+public:
+    SampleProject()
+        : ProjectFiles(world, QStringLiteral("Plant 300"))
+    {
+        world.session.projectLanguage = QStringLiteral("ENU");
+        world.files.makeFolder(withoutBackslash(folder));
+        TableOfContents(world.session, world.files).CreateQVTOCFile(folder + ProjectFile::toc);
+        CategoryFile(world.files)
+            .write(defaultCategoriesPath(world.server),
+                   {{{}, QStringLiteral("Operation"), {}}, {{}, QStringLiteral("Repair"), {}}});
     }
 };

@@ -31,9 +31,12 @@ public:
     QStringList shown; ///< texts in order, choices included
     QList<Message> boxes;
     QStringList unexpected;
+    std::function<void(const QStringList &)> echo; ///< hears of every box, if set
 
     Answer show(const Message &message) override
     {
+        if (echo)
+            echo({message.text, message.details});
         shown.append(message.text);
         boxes.append(message);
         if (message.buttons == Buttons::Ok)
@@ -45,6 +48,8 @@ public:
     }
     int choose(const Choice &choice) override
     {
+        if (echo)
+            echo({choice.text});
         shown.append(choice.text);
         if (!choices.isEmpty())
             return choices.takeFirst();
@@ -170,6 +175,7 @@ class NotedEnd final : public ProgramEnd
 {
 public:
     int ended = 0;
+    bool atOnce = false; ///< the end comes the moment something is registered for it
     QList<std::function<void()>> last;
 
     void endNow() override
@@ -183,6 +189,8 @@ public:
     }
     int before(std::function<void()> job) override
     {
+        if (atOnce)
+            job();
         last.append(std::move(job));
         return static_cast<int>(last.size()) - 1;
     }
@@ -215,12 +223,16 @@ public:
     }
 };
 
-/// One per test function. `world.server` is "S:\"; `world.native("Docs")` is where it really lies.
-class TestProgram
+/// The program over the drives in a folder, without windows of its own.
+class ScriptedProgram
 {
 public:
-    QTemporaryDir folder;
-    PortableFiles files{folder.path()};
+    explicit ScriptedProgram(const QString &drives)
+        : files(drives)
+    {
+    }
+
+    PortableFiles files;
     Session session;
     MemoryRegistry registry;
     NotedProcesses processes;
@@ -237,10 +249,21 @@ public:
     Components &components = parts.all;
     Program program{session, files,  registry, processes, windows,        clock,     messages,
                     dialogs, locale, ending,   navigator, currentProject, components};
+};
 
+struct FreshFolder
+{
+    QTemporaryDir folder;
+};
+
+/// One per test function. `world.server` is "S:\"; `world.native("Docs")` is where it really lies.
+class TestProgram : public FreshFolder, public ScriptedProgram
+{
+public:
     const QString server = QStringLiteral("S:\\");
 
     TestProgram()
+        : ScriptedProgram(folder.path())
     {
         QDir(folder.path()).mkpath(QStringLiteral("s/Docs"));
         QDir(folder.path()).mkpath(QStringLiteral("c/Client/Bin"));

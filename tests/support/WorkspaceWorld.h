@@ -2,15 +2,11 @@
 
 #include "WindowNavigator.h"
 #include "dialogs/ProjectCreation.h"
-#include "platform/Paths.h"
-#include "platform/Xml.h"
-#include "projectfiles/BookFile.h"
 #include "support/FormDriver.h"
-#include "support/TestProgram.h"
+#include "support/SampleProject.h"
 #include "workspace/frmMainUI.h"
 
 #include <QSettings>
-#include <QTreeView>
 
 /// The scripted world with the real windows in it. Layouts are remembered in its own folder.
 class WorkspaceWorld : public TestProgram
@@ -34,26 +30,14 @@ public:
         if (!creation.addNew(name))
             qFatal("The project could not be made");
     }
-    /// Lists a book with one page in the current project.
+    /// Lists a book with one page "start" in the current project.
     void addBook(const QString &name, const QString &acronym)
     {
-        const QString file = QStringLiteral("Book_%1.xml").arg(acronym);
-        const TocBook entry{name, acronym, session.projectName, file.chopped(4), file, {}, {}};
-        TableOfContents(session, files).addBook(session.projectName, entry);
-        Book book;
-        book.name = name;
-        book.acronym = acronym;
-        book.pages = {{{}, QStringLiteral("Start"), QStringLiteral("a.htm"), {}, {}}};
-        BookFile(session, files).write(session.projectName, entry, book);
-        put(projectPath() + entry.folder + QStringLiteral("\\a.htm"),
-            "<html><p>Old text</p></html>");
+        currentFiles().addBook(name, acronym,
+                               {{QStringLiteral("start.htm"), "<html><p>Old text</p></html>"}});
     }
+    ProjectFiles currentFiles() { return {*this, session.projectName}; }
     QString projectPath() { return projectFolder(session.serverPath, session.projectName); }
-    void putXml(const QString &path, const QString &body)
-    {
-        put(path, utf16Bytes(QString(xmlDeclaration) + QStringLiteral("\r\n") + body));
-    }
-
     /// Makes the project current and opens the main window, as the wizard does at its end.
     frmMainUI *openMainWindow()
     {

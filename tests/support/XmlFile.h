@@ -1,11 +1,9 @@
 #pragma once
 
-#include "platform/QvError.h"
 #include "platform/Xml.h"
+#include "support/Errors.h"
 
 #include <QStringDecoder>
-
-#include <functional>
 
 /// The bytes of one of our XML files whose lines below the declaration are these.
 inline QByteArray xmlFile(QString lines)
@@ -19,15 +17,4 @@ inline QString xmlText(const QByteArray &bytes)
 {
     QStringDecoder decoder(QStringDecoder::Utf16LE);
     return QString(decoder.decode(bytes)).remove(u'\r');
-}
-
-/// The error that `body` raises; one with number 0 when it raises none.
-inline QvError raisedBy(const std::function<void()> &body)
-{
-    try {
-        body();
-    } catch (const QvError &error) {
-        return error;
-    }
-    return {0, {}, {}};
 }

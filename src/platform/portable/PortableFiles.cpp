@@ -100,9 +100,18 @@ int PortableFiles::onPath(const QString &path, Call call) const
     return -1;
 }
 
-QByteArray PortableFiles::place(const QString &path) const
+QByteArray PortableFiles::place(const QString &path, NameCheck check) const
 {
-    return placeAnyCase(m_paths.native(path), path);
+    const QByteArray native = m_paths.native(path);
+    if (check == NameCheck::AnyCase)
+        return placeAnyCase(native, path);
+    const QByteArray folder = folderOf(native);
+    struct stat info
+    {
+    };
+    if (lstat(folder.constData(), &info) == 0)
+        return native;
+    return findAnyCase(folder, path).value_or(folder) + native.sliced(folder.size());
 }
 
 /// What "not there" means for a file: 53, or 76 when its folder is missing too.
@@ -171,9 +180,9 @@ void PortableFiles::replaceFile(const QString &path, const QByteArray &content,
     replaceFileAt(place(path), path, content, options);
 }
 
-void PortableFiles::copyFile(const QString &from, const QString &to)
+void PortableFiles::copyFile(const QString &from, const QString &to, NameCheck check)
 {
-    const QByteArray target = place(to);
+    const QByteArray target = place(to, check);
     const QByteArray native = m_paths.native(from);
     const QByteArray source = findAnyCase(native, from).value_or(native);
     copyFileAt({AT_FDCWD, source.constData(), from}, {AT_FDCWD, target.constData(), to});
@@ -210,10 +219,10 @@ void PortableFiles::makeFolder(const QString &path)
         raiseSystemError(errno, "The folder cannot be made"_L1, path, PathNotFound);
 }
 
-void PortableFiles::move(const QString &from, const QString &to)
+void PortableFiles::move(const QString &from, const QString &to, NameCheck check)
 {
     const QByteArray wanted = m_paths.native(to);
-    QByteArray target = place(to);
+    QByteArray target = place(to, check);
     const int result = onPath(from, [&](const char *source) {
         if (target == source) // only the capitals change
             target = folderOf(target) + wanted.sliced(wanted.lastIndexOf('/') + 1);

@@ -14,11 +14,13 @@ public:
     [[nodiscard]] QByteArray readFile(const QString &path, qint64 limit = -1) override;
     void replaceFile(const QString &path, const QByteArray &content,
                      ReplaceOptions options = {}) override;
-    void copyFile(const QString &from, const QString &to) override;
+    void copyFile(const QString &from, const QString &to,
+                  NameCheck check = NameCheck::AnyCase) override;
     void copyFiles(const QString &fromFolder, const QString &toFolder, const QStringList &names,
                    const std::function<void(const QString &name)> &copied) override;
     void makeFolder(const QString &path) override;
-    void move(const QString &from, const QString &to) override;
+    void move(const QString &from, const QString &to,
+              NameCheck check = NameCheck::AnyCase) override;
     void removeFile(const QString &path, bool evenReadOnly = false) override;
     void removeFolder(const QString &path) override;
     [[nodiscard]] QList<FolderEntry> entries(const QString &folder) override;
@@ -34,7 +36,8 @@ public:
 private:
     template <typename Call>
     int onPath(const QString &path, Call call) const;
-    [[nodiscard]] QByteArray place(const QString &path) const;
+    [[nodiscard]] QByteArray place(const QString &path,
+                                   NameCheck check = NameCheck::AnyCase) const;
     [[nodiscard]] int missingNumber(const QString &path) const;
     [[nodiscard]] int openFolder(const QString &path) const;
     void syncFile(const QString &path) const;

@@ -2,6 +2,7 @@
 
 #include "platform/Clock.h"
 
+/// The machine's own clocks.
 class SystemClock final : public Clock
 {
 public:

@@ -77,8 +77,12 @@ int MessageBoxes::choose(const Choice &choice)
     box.setIcon(QMessageBox::Information);
     setTexts(box, choice.text, {});
     QList<QAbstractButton *> buttons;
-    for (const QString &answer : choice.answers)
-        buttons.append(box.addButton(answer, QMessageBox::ActionRole));
+    for (const QString &answer : choice.answers) {
+        QPushButton *const button = box.addButton(answer, QMessageBox::ActionRole);
+        if (buttons.size() == choice.initial)
+            box.setDefaultButton(button);
+        buttons.append(button);
+    }
     if (!buttons.isEmpty())
         box.setEscapeButton(buttons.last());
     box.exec();

@@ -1,4 +1,4 @@
-#include "dialogs/frmProgBar.h"
+#include "startup/frmProgBar.h"
 
 #include "platform/ProgramEnd.h"
 #include "resources/Icons.h"
@@ -10,14 +10,22 @@
 #include <QKeyEvent>
 #include <QScopeGuard>
 
-#include <exception>
+#include <chrono>
+#include <future>
 #include <thread>
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
-frmProgBar::frmProgBar(const QString &caption, QWidget *parent)
+namespace {
+constexpr auto withoutDialog = 150ms; ///< work that ends sooner shows no dialog
+constexpr auto betweenLooks = 50ms;
+} // namespace
+
+frmProgBar::frmProgBar(Program &program, QWidget *parent, const QString &caption)
     : QWidget(parent, Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint
                           | Qt::WindowCloseButtonHint)
+    , m_program(program)
     , ui(std::make_unique<Ui::frmProgBar>())
 {
     ui->setupUi(this);
@@ -33,23 +41,27 @@ frmProgBar::~frmProgBar() = default;
 
 void frmProgBar::run(const std::function<void(const Progress &)> &work)
 {
-    show();
-    m_refresh.start(std::chrono::milliseconds(50));
-
+    std::packaged_task<void(const Progress &)> task(work);
+    std::future<void> result = task.get_future();
     QEventLoop loop;
-    std::exception_ptr failure;
-    std::thread worker([&, progress = progress()] {
-        try {
-            work(progress);
-        } catch (...) {
-            failure = std::current_exception();
-        }
+    std::jthread worker;
+    const int last = m_program.ending.before([&] {
+        m_stop.request_stop();
+        if (worker.joinable())
+            worker.join();
+    });
+    const auto forget = qScopeGuard([&] { m_program.ending.forget(last); });
+
+    worker = std::jthread([&, progress = progress()] {
+        task(progress);
         QMetaObject::invokeMethod(&loop, &QEventLoop::quit, Qt::QueuedConnection);
     });
-    loop.exec();
-    worker.join();
-    if (failure)
-        std::rethrow_exception(failure);
+    if (result.wait_for(withoutDialog) != std::future_status::ready) {
+        show();
+        m_refresh.start(betweenLooks);
+        loop.exec();
+    }
+    result.get();
 }
 
 Progress frmProgBar::progress()
@@ -98,9 +110,5 @@ void frmProgBar::keyPressEvent(QKeyEvent *event)
 void runWithProgress(Program &program, QWidget *parent, const QString &caption,
                      const std::function<void(const Progress &)> &work)
 {
-    frmProgBar dialog(caption, parent);
-    const int last =
-        program.ending.before([stop = dialog.stopSource()]() mutable { stop.request_stop(); });
-    const auto forget = qScopeGuard([&] { program.ending.forget(last); });
-    dialog.run(work);
+    frmProgBar(program, parent, caption).run(work);
 }

@@ -22,15 +22,11 @@ class frmProgBar final : public QWidget
     Q_OBJECT
 
 public:
-    frmProgBar(const QString &caption, QWidget *parent);
+    frmProgBar(Program &program, QWidget *parent, const QString &caption);
     ~frmProgBar() override;
 
-    /// Runs `work` on a thread of its own and waits for its end while the dialog stays alive. What
-    /// it throws is thrown here.
+    /// See `runWithProgress`.
     void run(const std::function<void(const Progress &)> &work);
-
-    void cmdStop_Click();
-    [[nodiscard]] std::stop_source stopSource() const { return m_stop; }
 
 protected:
     void closeEvent(QCloseEvent *event) override;
@@ -44,9 +40,11 @@ private:
         QString what;
     };
 
+    void cmdStop_Click();
     [[nodiscard]] Progress progress();
     void showLatest();
 
+    Program &m_program;
     std::unique_ptr<Ui::frmProgBar> ui;
     std::stop_source m_stop;
     QTimer m_refresh;
@@ -54,7 +52,9 @@ private:
     State m_latest;
 };
 
-/// Runs `work` under the progress dialog. Throws what it throws: Unwinding when Stop was pressed.
-/// `work` has the session and the ports to itself meanwhile.
+/// Runs `work` on a thread of its own and returns when it has ended; the progress dialog shows
+/// unless it ends at once. Throws what it throws: `Unwinding` when Stop was pressed. A program that
+/// ends meanwhile stops it first. `work` touches no widget and has the session and the ports to
+/// itself.
 void runWithProgress(Program &program, QWidget *parent, const QString &caption,
                      const std::function<void(const Progress &)> &work);
