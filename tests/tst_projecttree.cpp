@@ -193,7 +193,7 @@ void tst_projecttree::namesTheBrokenTableOfContents()
     sample.world.put(u"S:\\Docs\\Broken\\QV_Toc.xml"_s, "<QV_Master>");
     for (const auto &[project, number] :
          QList<QPair<QString, int>>{{u"Broken"_s, PathFileAccess}, {u"Nowhere"_s, PathNotFound}}) {
-        const QvError error = raisedBy([&] { tree.ocx.setProjectName(project); });
+        const QvError error = raisedBy([&, name = project] { tree.ocx.setProjectName(name); });
         QCOMPARE(error.number(), number);
         QVERIFY2(error.description().contains(project), error.what());
         QCOMPARE(tree.ocx.ProjectName(), QString());

@@ -19,6 +19,10 @@ QLineEdit *shownField(const QString &objectName, const QString &accessibleName, 
     field->setObjectName(objectName);
     field->setAccessibleName(accessibleName);
     field->setReadOnly(true);
+    field->setFrame(false); // it can be read and copied, and does not look like a field to fill
+    QPalette plain = field->palette();
+    plain.setColor(QPalette::Base, Qt::transparent);
+    field->setPalette(plain);
     return field;
 }
 } // namespace

@@ -70,8 +70,8 @@ void PageOutline::layOut()
     tvwPages->setHeaderLabels({tr("Page"), tr("File"), tr("Problem")});
     tvwPages->setUniformRowHeights(true);
     const int letter = fontMetrics().averageCharWidth();
-    tvwPages->header()->resizeSection(TitleColumn, 24 * letter);
-    tvwPages->header()->resizeSection(FileColumn, 15 * letter);
+    tvwPages->header()->resizeSection(TitleColumn, 30 * letter);
+    tvwPages->header()->resizeSection(FileColumn, 17 * letter);
 
     auto *sources = new QMenu(cmdAdd);
     QAction *folder = sources->addAction(icon("folder"_L1), tr("From a &folder..."), this,

@@ -76,6 +76,8 @@ Q_SIGNALS:
     void selectionChanged();
     /// The author wants to work on the current book or page: bring its editor to the front.
     void openRequested();
+    /// What was just done, in words for the status bar.
+    void done(const QString &what);
     /// The author wants to delete a book; the editor of books asks and does it.
     void deleteRequested(const TocBook &entry);
 

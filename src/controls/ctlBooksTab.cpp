@@ -63,6 +63,7 @@ void ctlBooksTab::layOut()
     left->addWidget(m_outline);
     left->setStretchFactor(0, 2);
     left->setStretchFactor(1, 3);
+    left->setSizes({200, 400});
     left->setChildrenCollapsible(false);
     auto *both = new QSplitter(this);
     both->setObjectName(u"splDetails"_s);
@@ -92,6 +93,8 @@ void ctlBooksTab::connectParts()
     connect(m_books, &BookList::newRequested, this, &ctlBooksTab::askNewBook);
     connect(m_books, &BookList::deleteRequested, this, &ctlBooksTab::askDeleteBook);
     connect(m_header, &BookHeader::renamed, this, &ctlBooksTab::OnEditBookNameAcro);
+    connect(m_pane, &PagePane::saved, &m_session,
+            [this](const QString &file) { Q_EMIT m_session.done(tr("%1 was saved.").arg(file)); });
     connect(m_outline, &PageOutline::addFolderRequested, this, [this] {
         const QString folder = m_program.fileDialogs.chooseFolder(tr("Add source files"), {});
         if (!folder.isEmpty())
@@ -218,7 +221,10 @@ void ctlBooksTab::askNewBook()
 {
     auto *dialog = new NewBookDialog(m_session, this);
     dialog->setAttribute(Qt::WA_DeleteOnClose);
-    connect(dialog, &QDialog::accepted, this, [this, dialog] { m_session.select(dialog->book()); });
+    connect(dialog, &QDialog::accepted, this, [this, dialog] {
+        m_session.select(dialog->book());
+        Q_EMIT m_session.done(tr("The book %1 was created.").arg(dialog->book().name));
+    });
     dialog->open();
 }
 

@@ -45,6 +45,7 @@ void frmMainUI::hostControls()
     connectGlobals();
     connectBooks();
     connectQuickNav();
+    connect(&m_project, &ProjectSession::done, this, &frmMainUI::say);
     connect(&m_project, &ProjectSession::openRequested, this, [this] { selectTab(BooksTab); });
 }
 

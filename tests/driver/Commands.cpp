@@ -178,6 +178,14 @@ int lights(Console &console, const QStringList &arguments)
     return 0;
 }
 
+int books(Console &console, const QStringList &arguments)
+{
+    const Toc toc = TableOfContents(console.session, console.files).read(arguments.at(0));
+    for (const TocBook &book : toc.books)
+        printLine({book.name, book.acronym, book.key, book.folder, book.file, book.type});
+    return 0;
+}
+
 int addBook(Console &console, const QStringList &arguments)
 {
     OpenProject project(console, arguments.at(0));
@@ -256,6 +264,7 @@ QList<Command> commands()
         {u"copy"_s, 4, u"SOURCE NAME ID LANGUAGE"_s, copy},
         {u"open"_s, 1, u"NAME"_s, open},
         {u"lights"_s, 2, u"NAME COLOUR"_s, lights},
+        {u"books"_s, 1, u"NAME"_s, books},
         {u"add-book"_s, 4, u"NAME BOOK ACRONYM FOLDER"_s, addBook},
         {u"rename-book"_s, 3, u"NAME ACRONYM NEW-BOOK-NAME"_s, renameBook},
         {u"delete-book"_s, 2, u"NAME ACRONYM"_s, deleteBook},

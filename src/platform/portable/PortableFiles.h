@@ -36,8 +36,7 @@ public:
 private:
     template <typename Call>
     int onPath(const QString &path, Call call) const;
-    [[nodiscard]] QByteArray place(const QString &path,
-                                   NameCheck check = NameCheck::AnyCase) const;
+    [[nodiscard]] QByteArray place(const QString &path, NameCheck check = NameCheck::AnyCase) const;
     [[nodiscard]] int missingNumber(const QString &path) const;
     [[nodiscard]] int openFolder(const QString &path) const;
     void syncFile(const QString &path) const;
