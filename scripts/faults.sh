@@ -44,8 +44,8 @@ installation() {
 sweep() {
     local dir=$work/server
     installation "$dir" >/dev/null
-    local common=(--watch "$dir" --leftover '*.qvtmp*' --leftover '*.lock' --leftover '*.qvnew/*'
-        --leftover '*.qvdel*/*' --leftover '*_Backup/*' --leftover '*TempFile.txt'
+    local common=(--watch "$dir" --leftover '*.qvtmp*' --leftover '*.lock' --leftover '*.qvnew*'
+        --leftover '*.qvdel*' --leftover '*_Backup*' --leftover '*TempFile.txt'
         --check "$driver --server $dir --date 2026-01-02 verify" --quiet)
     local run=("$driver" --server "$dir" --date 2026-01-02)
     one() { # NAME OPTION... -- ARGUMENT...
@@ -66,6 +66,7 @@ sweep() {
     one "copy a project" -- copy Base Twin T01 DEU
     rm "$dir/Docs/Base/QV_StatusIndicators.xml"
     one "make a project current" -- open Base
+    "${run[@]}" open Base
     one "set the indicators" -- lights Base 255
     one "create a book" -- add-book Base Beta BET Book_BET
     one "add source files" -- import Base ALP "$work/more"
