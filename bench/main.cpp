@@ -5,8 +5,8 @@
 //   bench blocked SERVER PROJECT         opens every book once; longest time without events, in ms
 //   bench copy SERVER SOURCE NAME        copies a project folder and makes it the new project's
 //   bench copytree SERVER FROM TO        copies a folder below Docs
-//   bench rewrite SERVER FOLDER OLD NEW  rewrites the markers in a folder below Docs; prints seconds
-//   bench import SERVER PROJECT ACRONYM FOLDER   adds source files
+//   bench rewrite SERVER FOLDER OLD NEW  rewrites the markers in a folder below Docs; prints
+//   seconds bench import SERVER PROJECT ACRONYM FOLDER   adds source files
 // SERVER and FOLDER are native paths.
 
 #include "driver/Console.h"

@@ -7,6 +7,7 @@ set -euo pipefail
 
 tour() {
     local out=${1:-$root/build/tour} docs=$root/build/docs
+    [ -n "${1:-}" ] || rm -rf "$out" # what an earlier tour wrote there
     configure_and_build release qv_tour
     mkdir -p "$out"
     if ! "$root/scripts/fetch-docs.sh" "$docs"; then

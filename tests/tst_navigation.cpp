@@ -4,8 +4,6 @@
 #include "startup/frmOrvantisVRXSplashScreen.h"
 #include "support/WorkspaceWorld.h"
 
-#include <QDialog>
-
 using namespace Qt::StringLiterals;
 
 class tst_navigation final : public QObject
@@ -61,8 +59,7 @@ void tst_navigation::leadsFromTheLauncherToTheWorkspace()
 
 void tst_navigation::endsWithTheLastWindow()
 {
-    WorkspaceWorld world;
-    world.makeProject(u"Plant"_s);
+    WorkspaceWorld world(u"Plant"_s);
     world.session.gbFromMainWindow = true; // no splash
     world.real.handOver(u"Plant"_s, u"ENU"_s);
     world.real.show(Form::SelPrjType);
@@ -97,8 +94,7 @@ void tst_navigation::endsWithTheLastWindow()
 
 void tst_navigation::comesToTheFront()
 {
-    WorkspaceWorld world;
-    world.makeProject(u"Plant"_s);
+    WorkspaceWorld world(u"Plant"_s);
     frmMainUI *const form = world.openMainWindow();
     form->showMinimized();
     world.real.bringToFront();
@@ -127,12 +123,7 @@ void tst_navigation::refusesWindowsItDoesNotHave()
         QVERIFY_THROWS_EXCEPTION(QvError, world.real.show(form));
         QVERIFY2(world.real.unload(form), "nothing to close is nothing refused");
     }
-    QVERIFY(QApplication::topLevelWidgets().isEmpty());
 }
 
-int main(int argc, char *argv[])
-{
-    return runFormTest<tst_navigation>(argc, argv);
-}
-
+QV_FORM_TEST_MAIN(tst_navigation)
 #include "tst_navigation.moc"

@@ -3,8 +3,6 @@
 #include "support/FormDriver.h"
 #include "support/TestProgram.h"
 
-#include <QMessageBox>
-
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
@@ -52,21 +50,14 @@ void tst_splash::showsNameVersionAndNotices()
 {
     const auto *splash = openWindow<frmOrvantisVRXSplashScreen>();
     const auto label = [&](const char *name) { return control<QLabel>(splash, name); };
-    QCOMPARE(label("lblQV")->text(), "Quovane"_L1);
-    QCOMPARE(label("lblQV2")->text(), "Developer Pro"_L1);
-    QCOMPARE(label("lblVRX")->text(), "VRX"_L1);
     QCOMPARE(label("lblVersion")->text(), world->parts.generalTasks.QVDeveloperVersion());
-    QCOMPARE(label("lblVersion")->palette().color(QPalette::WindowText), QColor(0x7f, 0x7f, 0x7f));
     for (QLabel *const notice : {label("lblCopyRight"), label("lblNotice")}) {
         QVERIFY(!notice->text().isEmpty());
         QVERIFY2(notice->heightForWidth(notice->width()) <= notice->height()
                      || notice->sizeHint().width() <= notice->width(),
                  "the notice fits");
     }
-    const QLabel *image = label("Image1");
-    QCOMPARE(image->size(), QSize(521, 318));
-    QCOMPARE(image->pixmap().deviceIndependentSize(), QSizeF(521, 318));
-    QVERIFY(splash->windowFlags() & Qt::WindowStaysOnTopHint);
+    QCOMPARE(label("Image1")->pixmap().deviceIndependentSize(), QSizeF(521, 318));
     QVERIFY(splash->testAttribute(Qt::WA_ShowWithoutActivating));
 }
 
@@ -113,9 +104,5 @@ void tst_splash::closesAtAClick()
     QVERIFY(!openWindow<frmOrvantisVRXSplashScreen>());
 }
 
-int main(int argc, char *argv[])
-{
-    return runFormTest<tst_splash>(argc, argv);
-}
-
+QV_FORM_TEST_MAIN(tst_splash)
 #include "tst_splash.moc"

@@ -6,8 +6,6 @@
 #include "support/TestProgram.h"
 #include "support/XmlFile.h"
 
-#include <QButtonGroup>
-
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -35,10 +33,11 @@ struct Wizard
         control<QLineEdit>(form, "txtPrjId")->setText(id);
         control<QComboBox>(form, "cboLanguage")->setCurrentText(language);
     }
-    void chooseCopy(const QString &source)
+    void fillCopyOfPlant()
     {
+        fill(u"Harbour"_s, u"H01"_s);
         click(form, "optSelPrjTypetoAdd_1");
-        control<QComboBox>(form, "cboSelPrjtoCopy")->setCurrentText(source);
+        control<QComboBox>(form, "cboSelPrjtoCopy")->setCurrentText(u"Plant"_s);
     }
     QString focus() const
     {
@@ -86,30 +85,6 @@ void makeReleasedPlant(TestProgram &world)
     world.currentProject.handed.clear();
 }
 
-/// Writes a project under a name of its own choice, as the real converter may.
-class RenamingConverter final : public DatabaseConverter
-{
-public:
-    explicit RenamingConverter(TestProgram &world)
-        : m_world(world)
-    {
-    }
-    void convert(const QString &mode, const QString &database, const QString &folder,
-                 const QString &name, const QString &id) override
-    {
-        given = {mode, database, folder, name, id};
-        m_world.files.makeFolder(u"S:\\Docs\\Legacy Plant"_s);
-        m_world.registry.setValue(Hive::LocalMachine, RegistryKey::compiler + u"Destination"_s,
-                                  u"Path"_s, u"S:\\Docs\\Legacy Plant"_s);
-    }
-    bool completed() override { return true; }
-
-    QStringList given;
-
-private:
-    TestProgram &m_world;
-};
-
 } // namespace
 
 class tst_wizard final : public QObject
@@ -118,7 +93,6 @@ class tst_wizard final : public QObject
 
 private Q_SLOTS:
     void showsWhatCanBeChosen();
-    void refusals_data();
     void refusals();
     void addsAGermanProject();
     void copiesAReleasedProject();
@@ -138,14 +112,6 @@ void tst_wizard::showsWhatCanBeChosen()
     makeReleasedPlant(world);
     Wizard wizard(world);
     auto *const form = wizard.form.data();
-    const auto text = [&](const char *name) {
-        return control<QAbstractButton>(form, name)->text();
-    };
-    QCOMPARE(text("optSelPrjTypetoAdd_1"), "C&opy Existing Project/BookSet"_L1);
-    QCOMPARE(text("optSelPrjTypetoAdd_2"), "&Migrate Legacy Bookset(.mdb Migration)"_L1);
-    QCOMPARE(text("cmdContinue"), "&Continue..."_L1);
-    QCOMPARE(text("cmdBack"), "Bac&k"_L1);
-    QCOMPARE(control<QLabel>(form, "lblSelPrjtoCopy")->text(), "Select Project Copy:"_L1);
     QCOMPARE(control<QComboBox>(form, "cboLanguage")->currentText(), "English"_L1);
     QCOMPARE(control<QComboBox>(form, "cboLanguage")->count(), 6);
     auto *const copyList = control<QComboBox>(form, "cboSelPrjtoCopy");
@@ -179,52 +145,42 @@ void tst_wizard::showsWhatCanBeChosen()
     QCOMPARE(control<QLineEdit>(form, "txtSelDBtoMigrate")->text(), "C:\\Old\\plant.mdb"_L1);
 }
 
-void tst_wizard::refusals_data()
-{
-    QTest::addColumn<int>("kind");
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QString>("id");
-    QTest::addColumn<QString>("message");
-    QTest::addColumn<QString>("focus");
-    const auto row = [](const char *what, int kind, const char *name, const char *id,
-                        const char *message, const char *focus) {
-        QTest::newRow(what) << kind << QString::fromLatin1(name) << QString::fromLatin1(id)
-                            << QString::fromLatin1(message) << QString::fromLatin1(focus);
-    };
-    row("no name", 0, "  ", "", "Please enter project name", "txtProjectName");
-    row("blank id", 0, "Pump", "  ", "Please enter project id", "txtPrjId");
-    row("bad name", 0, "a:b", "P", "Invalid Character : Found in project name", "txtProjectName");
-    row("bad id", 0, "Pump", "P|1", "Invalid Character | Found in project id", "txtPrjId");
-    row("exists", 0, "pLANT", "P", "Project already exists", "txtProjectName");
-    row("nothing to copy", 1, "Pump", "P", "Select a project to continue", "cboSelPrjtoCopy");
-    row("no database", 2, "Pump", "P", "Please Select a database to continue", "txtSelDBtoMigrate");
-}
-
 void tst_wizard::refusals()
 {
-    QFETCH(const int, kind);
-    QFETCH(const QString, name);
-    QFETCH(const QString, id);
+    struct Row
+    {
+        int kind;
+        QString name, id, message, focus;
+    };
+    const QList<Row> rows{
+        {0, u"  "_s, {}, u"Please enter project name"_s, u"txtProjectName"_s},
+        {0, u"Pump"_s, u"  "_s, u"Please enter project id"_s, u"txtPrjId"_s},
+        {0, u"a:b"_s, u"P"_s, u"Invalid Character : Found in project name"_s, u"txtProjectName"_s},
+        {0, u"Pump"_s, u"P|1"_s, u"Invalid Character | Found in project id"_s, u"txtPrjId"_s},
+        {0, u"pLANT"_s, u"P"_s, u"Project already exists"_s, u"txtProjectName"_s},
+        {1, u"Pump"_s, u"P"_s, u"Select a project to continue"_s, u"cboSelPrjtoCopy"_s},
+        {2, u"Pump"_s, u"P"_s, u"Please Select a database to continue"_s, u"txtSelDBtoMigrate"_s}};
     TestProgram world;
     makeReleasedPlant(world);
     const QByteArray before = world.bytes(catalogueFile);
     const QStringList folders = everythingBelowDocs(world);
+    for (const Row &row : rows) {
+        Wizard wizard(world);
+        click(wizard.form, ("optSelPrjTypetoAdd_" + QByteArray::number(row.kind)).constData());
+        wizard.fill(row.name, row.id);
+        click(wizard.form, "cmdContinue");
 
-    Wizard wizard(world);
-    click(wizard.form, QByteArray("optSelPrjTypetoAdd_" + QByteArray::number(kind)).constData());
-    wizard.fill(name, id);
-    click(wizard.form, "cmdContinue");
-
-    QCOMPARE(world.messages.boxes.size(), 1);
-    const Message box = world.messages.boxes.first();
-    QTEST(box.text, "message");
-    QCOMPARE(box.title, kind == 1 ? QString() : u"Quovane Developer Pro"_s);
-    QVERIFY(box.icon == (kind == 1 ? MessageIcon::Critical : MessageIcon::Information));
-    QTEST(wizard.focus(), "focus");
-    QVERIFY(wizard.form && wizard.form->isVisible());
-    QCOMPARE(control<QLineEdit>(wizard.form, "txtProjectName")->text(), name);
-    QCOMPARE(everythingBelowDocs(world), folders);
-    QCOMPARE(world.bytes(catalogueFile), before);
+        QCOMPARE(world.messages.boxes.size(), 1);
+        const Message box = world.messages.boxes.takeFirst();
+        QCOMPARE(box.text, row.message);
+        QCOMPARE(box.title, row.kind == 1 ? QString() : u"Quovane Developer Pro"_s);
+        QVERIFY(box.icon == (row.kind == 1 ? MessageIcon::Critical : MessageIcon::Information));
+        QCOMPARE(wizard.focus(), row.focus);
+        QVERIFY(wizard.form && wizard.form->isVisible());
+        QCOMPARE(control<QLineEdit>(wizard.form, "txtProjectName")->text(), row.name);
+        QCOMPARE(everythingBelowDocs(world), folders);
+        QCOMPARE(world.bytes(catalogueFile), before);
+    }
 }
 
 void tst_wizard::addsAGermanProject()
@@ -263,8 +219,7 @@ void tst_wizard::copiesAReleasedProject()
     TestProgram world;
     makeReleasedPlant(world);
     Wizard wizard(world);
-    wizard.fill(u"Harbour"_s, u"H01"_s);
-    wizard.chooseCopy(u"Plant"_s);
+    wizard.fillCopyOfPlant();
     click(wizard.form, "cmdContinue");
 
     QCOMPARE(world.messages.shown, QStringList());
@@ -303,8 +258,7 @@ void tst_wizard::stopLeavesNothing()
     makeReleasedPlant(world);
     const QStringList folders = everythingBelowDocs(world);
     Wizard wizard(world);
-    wizard.fill(u"Harbour"_s, u"H01"_s);
-    wizard.chooseCopy(u"Plant"_s);
+    wizard.fillCopyOfPlant();
     world.ending.atOnce = true; // Stop is pressed before the first file
     click(wizard.form, "cmdContinue");
 
@@ -343,8 +297,7 @@ void tst_wizard::aFailedCopyEndsTheProgram()
     }
     const QStringList folders = everythingBelowDocs(world);
     Wizard wizard(world);
-    wizard.fill(u"Harbour"_s, u"H01"_s);
-    wizard.chooseCopy(u"Plant"_s);
+    wizard.fillCopyOfPlant();
     click(wizard.form, "cmdContinue");
     QCOMPARE(world.messages.shown,
              QStringList{u"at location S:\\Docs\\Harbour\nReason: No Hard Disk Space Available Or "
@@ -407,8 +360,7 @@ void tst_wizard::leavesOtherAuthorsTheirProjects()
     TestProgram world;
     makeReleasedPlant(world);
     Wizard wizard(world);
-    wizard.fill(u"Harbour"_s, u"H01"_s);
-    wizard.chooseCopy(u"Plant"_s);
+    wizard.fillCopyOfPlant();
     auto theirs = world.files.lock(u"S:\\Docs\\Harbour.qvnew.lock"_s, u"S:\\Docs"_s, {});
     click(wizard.form, "cmdContinue"); // while another author makes it
     QVERIFY(world.messages.shown.last().contains("is just making the project Harbour"_L1));
@@ -464,23 +416,6 @@ void tst_wizard::migratesWithTheConverter()
     QCOMPARE(clsRegAccess(world.registry).mstrGetDesPath(u"Source"_s), "C:\\Old\\plant.mdb"_L1);
     QCOMPARE(names(world), QStringList());
     QVERIFY(wizard.form->isVisible() && !world.files.exists(u"S:\\Docs\\Plant"_s));
-
-    RenamingConverter converter(world);
-    Components &parts = world.components;
-    Components components{parts.registryAccess,    parts.windowHelper,   parts.generalTasks,
-                          parts.installInfo,       parts.xmlCharacters,  parts.categories,
-                          parts.globalInformation, parts.projectRanking, converter};
-    Program &all = world.program;
-    Program program{all.session,   all.files,          all.registry,    all.processes, all.windows,
-                    all.clock,     all.messages,       all.fileDialogs, all.locale,    all.ending,
-                    all.navigator, all.currentProject, components};
-    ProjectCreation creation(program);
-    creation.name(u"Plant"_s, u"P01"_s, u"ENU"_s);
-    QVERIFY(creation.migrate(u"C:\\Old\\plant.mdb"_s, u"Plant"_s));
-    QCOMPARE(converter.given, QStringList({u"1"_s, u"C:\\Old\\plant.mdb"_s, u"S:\\Docs\\Plant"_s,
-                                           u"Plant"_s, u"P01"_s}));
-    QCOMPARE(world.currentProject.handed, QStringList{u"Legacy Plant|ENU"_s});
-    QVERIFY(world.files.fileExists(u"S:\\Docs\\Legacy Plant\\QV_BookCategories.xml"_s));
 }
 
 void tst_wizard::goesBackAndAsksBeforeItCloses()
@@ -542,9 +477,5 @@ void tst_wizard::longWorkIsStopped()
     QVERIFY(done && !world.ending.last.last());
 }
 
-int main(int argc, char *argv[])
-{
-    return runFormTest<tst_wizard>(argc, argv);
-}
-
+QV_FORM_TEST_MAIN(tst_wizard)
 #include "tst_wizard.moc"

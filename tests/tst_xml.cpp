@@ -31,49 +31,42 @@ class tst_xml final : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void decodes_data();
     void decodes();
-    void refuses_data();
     void refuses();
     void refusesBombsAtOnce();
     void saysWhichFileAndWhy();
     void rewritingKeepsEverything();
     void textsComeBackAsTheyWereSet();
-    void writesIndentedElements();
 };
-
-void tst_xml::decodes_data()
-{
-    QTest::addColumn<QByteArray>("bytes");
-    const QString text = u"<?xml version=\"1.0\" encoding=\"utf-16\"?>\r\n<R>ä日\U0001F600</R>"_s;
-    QTest::newRow("as written") << utf16(text, QStringConverter::Utf16LE, true);
-    QTest::newRow("high byte first") << utf16(text, QStringConverter::Utf16BE, true);
-    QTest::newRow("no mark") << utf16(text, QStringConverter::Utf16LE, false);
-    QTest::newRow("no mark, high byte first") << utf16(text, QStringConverter::Utf16BE, false);
-    QString utf8 = text;
-    utf8.replace(u"utf-16"_s, u"utf-8"_s);
-    QTest::newRow("utf-8") << utf8.toUtf8();
-    QTest::newRow("utf-8 with mark") << "\xEF\xBB\xBF" + utf8.toUtf8();
-    QTest::newRow("nothing declared") << utf8.section(u"\r\n"_s, 1).toUtf8();
-    QTest::newRow("mark against declaration") << utf16(utf8, QStringConverter::Utf16LE, true);
-    const QByteArray gb = QByteArray("<?xml version='1.0' encoding='GB18030'?><R>")
-                          + QByteArray::fromHex("81308A31C8D59439FC36") + "</R>";
-    QTest::newRow("declared charset") << gb;
-}
 
 void tst_xml::decodes()
 {
-    QFETCH(const QByteArray, bytes);
-    const pugi::xml_document document = parseXml(bytes, path, "R");
-    QCOMPARE(textOf(document.document_element()), u"ä日\U0001F600"_s);
+    const QString text = u"<?xml version=\"1.0\" encoding=\"utf-16\"?>\r\n<R>ä日\U0001F600</R>"_s;
+    QString utf8 = text;
+    utf8.replace(u"utf-16"_s, u"utf-8"_s);
+    const QByteArray gb = QByteArray("<?xml version='1.0' encoding='GB18030'?><R>")
+                          + QByteArray::fromHex("81308A31C8D59439FC36") + "</R>";
+    const QList<QByteArray> all{utf16(text, QStringConverter::Utf16LE, true),
+                                utf16(text, QStringConverter::Utf16BE, true),
+                                utf16(text, QStringConverter::Utf16LE, false),
+                                utf16(text, QStringConverter::Utf16BE, false),
+                                utf8.toUtf8(),
+                                "\xEF\xBB\xBF" + utf8.toUtf8(),
+                                utf8.section(u"\r\n"_s, 1).toUtf8(), // nothing declared
+                                utf16(utf8, QStringConverter::Utf16LE, true),
+                                gb};
+    for (const QByteArray &bytes : all) {
+        const pugi::xml_document document = parseXml(bytes, path, "R");
+        QCOMPARE(textOf(document.document_element()), u"ä日\U0001F600"_s);
+    }
 }
 
-void tst_xml::refuses_data()
+void tst_xml::refuses()
 {
-    QTest::addColumn<QByteArray>("bytes");
-    QTest::addColumn<QString>("reason");
     const auto row = [](const char *name, const QByteArray &bytes, const QString &reason) {
-        QTest::newRow(name) << bytes << reason;
+        const QString error = refusal(bytes);
+        QVERIFY2(error.startsWith(u"75: S:\\Toc.xml cannot be read: "_s), name);
+        QVERIFY2(error.contains(reason), name);
     };
     const QByteArray whole = utf16(u"<R>text</R>"_s, QStringConverter::Utf16LE, true);
     row("empty", {}, u"it is empty"_s);
@@ -84,7 +77,6 @@ void tst_xml::refuses_data()
     row("UTF-32", QByteArray::fromHex("FFFE00003C000000"), u"UTF-32"_s);
     row("lone surrogate", QByteArray(whole).replace(8, 2, "\x3D\xD8"), u"damaged"_s);
     row("not UTF-8", "<R>\xC3\x28</R>", u"not valid UTF-8"_s);
-    row("overlong", "\xC0\xBCR/>", u"not valid UTF-8"_s);
     row("only said to be UTF-16", "<?xml version='1.0' encoding='utf-16'?><R/>", u"says utf-16"_s);
     row("unknown encoding", "<?xml version='1.0' encoding='x-nil'?><R/>",
         u"\"x-nil\" is not known"_s);
@@ -92,13 +84,7 @@ void tst_xml::refuses_data()
     row("control character", "<R>\x01</R>", u"damaged"_s);
     row("same attribute twice", "<R>\n<A b='1' b='2'/></R>", u"line 2: Attribute 'b' redefined"_s);
     row("undeclared entity", "<R>&nbsp;</R>", u"Entity 'nbsp' not declared"_s);
-    row("reference to nothing", "<R>&#xD800;</R>", u"Invalid character reference"_s);
-    row("crossed tags", "<R><A><B></A></B></R>", u"tag mismatch"_s);
     row("two roots", "<R/><R/>", u"Extra content"_s);
-    row("text before the root", "x<R/>", u"line 1: "_s);
-    row("late declaration", "<R/><?xml version='1.0'?>", u"XML declaration not at start"_s);
-    row("dashes in comment", "<R><!-- a -- b --></R>", u"line 1: "_s);
-    row("CDATA end in text", "<R>]]></R>", u"]]>"_s);
     row("DOCTYPE", "<!-- > --><?a b?><!DOCTYPE R [<!ENTITY x 'y'>]><R>&x;</R>", u"has a DOCTYPE"_s);
     row("DOCTYPE behind the root", "<R/><!DOCTYPE R>", u"has a DOCTYPE"_s);
     row("other root", "<r/>", u"its root is \"r\" instead of \"R\""_s);
@@ -106,24 +92,11 @@ void tst_xml::refuses_data()
     row("too deep", QByteArray("<R>") + QByteArray("<A>").repeated(64), u"more than 64 deep"_s);
 }
 
-void tst_xml::refuses()
-{
-    QFETCH(const QByteArray, bytes);
-    QFETCH(const QString, reason);
-    const QString error = refusal(bytes);
-    QVERIFY2(error.startsWith(u"75: S:\\Toc.xml cannot be read: "_s), qPrintable(error));
-    QVERIFY2(error.contains(reason), qPrintable(error));
-}
-
 void tst_xml::refusesBombsAtOnce()
 {
     QVERIFY(refusal("<R>" + QByteArray("<A>").repeated(2'000'000)).contains(u"64 deep"_s));
     QVERIFY(
         refusal("<!DOCTYPE x [" + QByteArray("<!x [").repeated(500'000)).contains(u"DOCTYPE"_s));
-    QByteArray attributes;
-    for (int number = 0; number < 5000; ++number)
-        attributes += " a" + QByteArray::number(number) + "=''";
-    QCOMPARE(refusal("<R" + attributes + "/>"), QString());
     QCOMPARE(refusal(QByteArray("<R>") + QByteArray("<A>").repeated(63)
                      + QByteArray("</A>").repeated(63) + "</R>"),
              QString());
@@ -193,30 +166,6 @@ void tst_xml::textsComeBackAsTheyWereSet()
     QCOMPARE(errorOf([&] { setAttribute(root, "x", QString(QChar(0xD83D))); }), unwritable);
     QVERIFY(errorOf([&] { setText(root.child("D"), u"x"_s); }).startsWith(u"91: "_s));
     QVERIFY(errorOf([] { utf16Bytes(QString(QChar(0xDC00))); }).startsWith(u"5: "_s));
-}
-
-void tst_xml::writesIndentedElements()
-{
-    XmlWriter writer;
-    writer.startElement(u"QV_Master"_s, {{u"id"_s, u"<1>"_s}});
-    writer.startElement(u"QV"_s);
-    writer.startElement(u"Empty"_s);
-    writer.characters(u""_s);
-    writer.endElement();
-    writer.startElement(u"Text"_s);
-    writer.characters(u"a & b\nc\rd"_s);
-    writer.endElement();
-    writer.endElement();
-    writer.endElement();
-    QCOMPARE(writer.output(), u"<QV_Master id=\"&lt;1&gt;\">\r\n"
-                              "\t<QV>\r\n"
-                              "\t\t<Empty/>\r\n"
-                              "\t\t<Text>a &amp; b\r\nc&#13;d</Text>\r\n"
-                              "\t</QV>\r\n"
-                              "</QV_Master>\r\n"_s);
-    writer.startElement(u"Bad"_s);
-    writer.characters(u"\u0002"_s);
-    QVERIFY(errorOf([&] { (void)writer.output(); }).startsWith(u"5: "_s));
 }
 
 QTEST_GUILESS_MAIN(tst_xml)

@@ -53,7 +53,8 @@ struct ReplaceOptions
 /// Against what a name that shall be free is held.
 enum class NameCheck {
     AnyCase, ///< also against names in other letter case, which takes a look through the folder
-    Exact, ///< only as spelled: for many files at once, when the caller has looked through the folder
+    Exact,   ///< only as spelled: for many files at once, when the caller has looked through the
+             ///< folder
 };
 
 /// The machine's files, under the product's paths: backslashes, drive letters, no regard to case
@@ -106,7 +107,7 @@ public:
         }
     }
 
-    virtual void makeFolder(const QString &path) = 0;              ///< its parent must be there
+    virtual void makeFolder(const QString &path) = 0; ///< its parent must be there
     /// To a name that is not taken.
     virtual void move(const QString &from, const QString &to,
                       NameCheck check = NameCheck::AnyCase) = 0;

@@ -5,6 +5,8 @@
 
 #include <QStringEncoder>
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -35,9 +37,18 @@ public:
 
     void write(const void *data, size_t size) override
     {
-        const auto *characters = static_cast<const QChar *>(data);
-        appendFileLines(text, QStringView(characters, qsizetype(size / sizeof(QChar))));
+        QStringView rest(static_cast<const QChar *>(data), qsizetype(size / sizeof(QChar)));
+        while (!rest.isEmpty()) {
+            const qsizetype plain = std::find_if(rest.begin(), rest.end(), endsLine) - rest.begin();
+            text += rest.first(plain);
+            rest = rest.sliced(plain);
+            appendFileLines(text, rest.left(1));
+            rest = rest.mid(1);
+        }
     }
+
+private:
+    static bool endsLine(QChar character) { return character == u'\n' || character == u'\r'; }
 };
 
 QByteArray xmlUtf8(const QString &text)

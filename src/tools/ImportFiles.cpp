@@ -128,6 +128,9 @@ void ImportFiles::move(const QString &from, const QString &to)
 
 void ImportFiles::makeFolder(const QString &folder)
 {
+    if (m_there.contains(folder))
+        return;
+    m_there.insert(folder);
     if (m_files.folderExists(folder))
         return;
     m_files.makeFolder(folder);
@@ -137,7 +140,7 @@ void ImportFiles::makeFolder(const QString &folder)
 void ImportFiles::makeTargetFolders(const QString &target)
 {
     const QString folder = withoutBackslash(parentFolder(target));
-    if (m_files.folderExists(folder))
+    if (m_there.contains(folder))
         return;
     for (qsizetype slash = target.indexOf(u'\\', m_projectFolder.size()); slash >= 0;
          slash = target.indexOf(u'\\', slash + 1))

@@ -5,6 +5,7 @@
 
 #include <QByteArray>
 #include <QList>
+#include <QSet>
 #include <QString>
 #include <QStringList>
 
@@ -50,5 +51,6 @@ private:
     int m_count = 0;
     QList<Move> m_staged; ///< from here to below the book folder
     QList<Move> m_done;
-    QStringList m_made; ///< folders, parents first
+    QStringList m_made;    ///< folders, parents first
+    QSet<QString> m_there; ///< folders that were looked for, or made
 };

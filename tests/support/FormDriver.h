@@ -1,26 +1,7 @@
 #pragma once
 
-#include <QAbstractButton>
-#include <QAction>
-#include <QApplication>
-#include <QComboBox>
-#include <QGroupBox>
-#include <QLabel>
-#include <QLineEdit>
-#include <QListWidget>
-#include <QPlainTextEdit>
-#include <QPointer>
-#include <QPushButton>
-#include <QSignalSpy>
-#include <QStyleFactory>
-#include <QTabBar>
-#include <QTabWidget>
-#include <QTest>
-#include <QTextBrowser>
-#include <QTimer>
-#include <QTreeView>
-#include <QTreeWidget>
-#include <QWidget>
+#include <QtTest>
+#include <QtWidgets>
 
 // Drives a form by the names of its controls, as an author does with mouse and keys.
 
@@ -56,7 +37,7 @@ Window *openWindow()
     return nullptr;
 }
 
-/// The main function of a test program with windows: no screen needed, the same style everywhere.
+/// Runs a test of windows: no screen needed, the same style everywhere.
 template <typename Test>
 int runFormTest(int argc, char *argv[])
 {
@@ -68,3 +49,10 @@ int runFormTest(int argc, char *argv[])
     Test test;
     return QTest::qExec(&test, argc, argv);
 }
+
+/// The main function of such a program.
+#define QV_FORM_TEST_MAIN(Test)                                                                    \
+    int main(int argc, char *argv[])                                                               \
+    {                                                                                              \
+        return runFormTest<Test>(argc, argv);                                                      \
+    }

@@ -48,20 +48,16 @@ public:
     void addQuickNav(const QString &acronym)
     {
         QString links;
-        for (const QString &page : {QStringLiteral("P0001"), QStringLiteral("P0009")})
+        for (const auto *page : {"P0001", "P0009"})
             links +=
-                QStringLiteral("<Link Book='%1' Page='%2'><Link_Title>To %2</Link_Title></Link>")
-                    .arg(acronym, page);
+                QStringLiteral(R"(<Link Book="%1" Page="%2"><Link_Title>To %2</Link_Title></Link>)")
+                    .arg(acronym, QLatin1String(page));
         m_world.files.makeFolder(folder + QStringLiteral("QuickNav"));
-        m_world.put(
-            folder + ProjectFile::quickNav,
-            xmlFile(QStringLiteral("<QV_QuickNav><View ID='1'><View_Name>The view</View_Name>"
-                                   "<Group ID='2'><Group_Name>The group</Group_Name>"
-                                   "<Topic ID='3'><Topic_Name>The topic</Topic_Name>"
-                                   "<Category ID='4'><Category_Name>The category"
-                                   "</Category_Name>%1</Category></Topic></Group></View>"
-                                   "</QV_QuickNav>\n")
-                        .arg(links)));
+        m_world.put(folder + ProjectFile::quickNav, xmlFile(QStringLiteral(R"(<QV_QuickNav>
+<View ID="1"><View_Name>The view</View_Name><Group ID="2"><Group_Name>The group</Group_Name>
+<Topic ID="3"><Topic_Name>The topic</Topic_Name><Category ID="4">
+<Category_Name>The category</Category_Name>%1</Category></Topic></Group></View></QV_QuickNav>)")
+                                                                .arg(links)));
     }
 
     /// The global book with a page that is there and one that is not.

@@ -6,8 +6,6 @@
 #include "support/SampleProject.h"
 #include "workspace/frmMainUI.h"
 
-#include <QSettings>
-
 /// The scripted world with the real windows in it. Layouts are remembered in its own folder.
 class WorkspaceWorld : public TestProgram
 {
@@ -16,10 +14,13 @@ public:
                  dialogs, locale, ending,   real,      real,    components};
     WindowNavigator real{live};
 
-    WorkspaceWorld()
+    /// With this project made, if one is named.
+    explicit WorkspaceWorld(const QString &project = {})
     {
         QSettings::setDefaultFormat(QSettings::IniFormat);
         QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, folder.path());
+        if (!project.isEmpty())
+            makeProject(project);
     }
 
     /// Makes an empty project and leaves it as the current one.

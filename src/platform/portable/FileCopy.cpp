@@ -1,6 +1,5 @@
 #include "platform/portable/FileCopy.h"
 
-#include "platform/portable/Descriptor.h"
 #include "platform/portable/SystemErrors.h"
 
 #include <fcntl.h>
@@ -8,6 +7,7 @@
 
 #include <array>
 #include <cerrno>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -23,15 +23,14 @@ struct Source
     };
 };
 
-Source openSource(const FilePlace &from)
+Source checkedSource(Descriptor file, const QString &from)
 {
-    Source source{Descriptor(
-        openat(from.folder, from.name, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC))};
+    Source source{std::move(file)};
     if (!source.file.isOpen() || fstat(source.file.get(), &source.info) != 0)
-        raiseSystemError(errno, "The file cannot be copied"_L1, from.path);
+        raiseSystemError(errno, "The file cannot be copied"_L1, from);
     if (!S_ISREG(source.info.st_mode))
         raiseFileError(PathFileAccess, "The file cannot be copied, it is no ordinary file"_L1,
-                       from.path);
+                       from);
     return source;
 }
 
@@ -84,9 +83,14 @@ bool fill(const Source &source, Descriptor &target)
 
 } // namespace
 
-void copyFileAt(const FilePlace &from, const FilePlace &to)
+int openToCopy(int folder, const char *name)
 {
-    const Source source = openSource(from);
+    return openat(folder, name, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
+}
+
+void copyFileAt(Descriptor file, const QString &from, const FilePlace &to)
+{
+    const Source source = checkedSource(std::move(file), from);
     Descriptor target(openat(to.folder, to.name,
                              O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC,
                              source.info.st_mode & 0777));

@@ -75,11 +75,18 @@ public:
 
     void takePermissions(const struct stat &old)
     {
+        struct stat fresh
+        {
+        };
+        check(fstat(m_file.get(), &fresh) == 0);
+        const bool sameOwner = fresh.st_uid == old.st_uid && fresh.st_gid == old.st_gid;
         // The owner can be given away by the administrator only; the group matters more.
-        if (fchown(m_file.get(), old.st_uid, old.st_gid) != 0
+        if (!sameOwner && fchown(m_file.get(), old.st_uid, old.st_gid) != 0
             && fchown(m_file.get(), uid_t(-1), old.st_gid) != 0)
             errno = 0;
-        check(fchmod(m_file.get(), old.st_mode & permissionBits) == 0);
+        const mode_t wanted = old.st_mode & permissionBits; // a new owner may take bits away
+        if (!sameOwner || (fresh.st_mode & permissionBits) != wanted)
+            check(fchmod(m_file.get(), wanted) == 0);
     }
 
     void write(const QByteArray &content)
@@ -146,27 +153,54 @@ private:
     bool m_inPlace = false;
 };
 
+int openFolderOf(const QByteArray &place)
+{
+    const qsizetype slash = place.lastIndexOf('/');
+    return open(place.first(slash + 1).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+}
+
+QByteArray nameOf(const QByteArray &place)
+{
+    return place.sliced(place.lastIndexOf('/') + 1);
+}
+
+void replaceIn(int folder, const QByteArray &name, const std::optional<struct stat> &old,
+               const QString &path, const QByteArray &content, ReplaceOptions options)
+{
+    TemporaryFile file(folder, name, old ? old->st_mode & 0777 : 0666, path);
+    if (old)
+        file.takePermissions(*old);
+    file.write(content);
+    file.putInPlace(name.constData(), options.sync);
+    if (options.sync && !syncFolderAt(folder))
+        raiseSystemError(
+            errno, "The file is written, but its folder could not be flushed to the disk"_L1, path);
+}
+
 } // namespace
 
 void replaceFileAt(const QByteArray &place, const QString &path, const QByteArray &content,
                    ReplaceOptions options)
 {
-    const qsizetype slash = place.lastIndexOf('/');
-    const QByteArray name = place.sliced(slash + 1);
-    const Descriptor folder(
-        open(place.first(slash + 1).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    const Descriptor folder(openFolderOf(place));
     if (!folder.isOpen())
         raiseSystemError(errno, cannotWrite, path, PathNotFound);
+    const QByteArray name = nameOf(place);
     const auto old = replaceable(folder.get(), name.constData(), path, options);
+    replaceIn(folder.get(), name, old, path, content, options);
+}
 
-    TemporaryFile file(folder.get(), name, old ? old->st_mode & 0777 : 0666, path);
+bool replaceThereAt(const QByteArray &place, const QString &path, const QByteArray &content,
+                    ReplaceOptions options)
+{
+    const Descriptor folder(openFolderOf(place));
+    if (!folder.isOpen())
+        return false;
+    const QByteArray name = nameOf(place);
+    const auto old = replaceable(folder.get(), name.constData(), path, options);
     if (old)
-        file.takePermissions(*old);
-    file.write(content);
-    file.putInPlace(name.constData(), options.sync);
-    if (options.sync && !syncFolderAt(folder.get()))
-        raiseSystemError(
-            errno, "The file is written, but its folder could not be flushed to the disk"_L1, path);
+        replaceIn(folder.get(), name, old, path, content, options);
+    return old.has_value();
 }
 
 bool syncFolderAt(int folder)

@@ -7,5 +7,10 @@
 void replaceFileAt(const QByteArray &place, const QString &path, const QByteArray &content,
                    ReplaceOptions options);
 
+/// The same for a file that is there under exactly this name; false, with nothing done, when there
+/// is none or its folder cannot be opened.
+bool replaceThereAt(const QByteArray &place, const QString &path, const QByteArray &content,
+                    ReplaceOptions options);
+
 /// Flushes an open folder to the disk; false with errno when that fails.
 bool syncFolderAt(int folder);

@@ -177,15 +177,17 @@ QByteArray PortableFiles::readFile(const QString &path, qint64 limit)
 void PortableFiles::replaceFile(const QString &path, const QByteArray &content,
                                 ReplaceOptions options)
 {
-    replaceFileAt(place(path), path, content, options);
+    const QByteArray native = m_paths.native(path);
+    if (!replaceThereAt(native, path, content, options))
+        replaceFileAt(placeAnyCase(native, path), path, content, options);
 }
 
 void PortableFiles::copyFile(const QString &from, const QString &to, NameCheck check)
 {
     const QByteArray target = place(to, check);
-    const QByteArray native = m_paths.native(from);
-    const QByteArray source = findAnyCase(native, from).value_or(native);
-    copyFileAt({AT_FDCWD, source.constData(), from}, {AT_FDCWD, target.constData(), to});
+    const int source =
+        onPath(from, [](const char *native) { return openToCopy(AT_FDCWD, native); });
+    copyFileAt(Descriptor(source), from, {AT_FDCWD, target.constData(), to});
 }
 
 void PortableFiles::copyFiles(const QString &fromFolder, const QString &toFolder,
@@ -201,8 +203,10 @@ void PortableFiles::copyFiles(const QString &fromFolder, const QString &toFolder
         if (!taken.isEmpty() && taken.contains(name.toCaseFolded()))
             raiseSystemError(EEXIST, "The copy cannot be made"_L1, to + name);
         const QByteArray bytes = nameBytes(name, from);
-        copyFileAt({source.get(), bytes.constData(), from + name},
-                   {target.get(), bytes.constData(), to + name});
+        const QString copy = to + name;
+        const QString original = from + name;
+        copyFileAt(Descriptor(openToCopy(source.get(), bytes.constData())), original,
+                   {target.get(), bytes.constData(), copy});
         copied(name);
     }
 }
@@ -222,12 +226,17 @@ void PortableFiles::makeFolder(const QString &path)
 void PortableFiles::move(const QString &from, const QString &to, NameCheck check)
 {
     const QByteArray wanted = m_paths.native(to);
-    QByteArray target = place(to, check);
-    const int result = onPath(from, [&](const char *source) {
+    QByteArray target = check == NameCheck::Exact ? wanted : placeAnyCase(wanted, to);
+    const auto rename = [&](const char *source) {
         if (target == source) // only the capitals change
             target = folderOf(target) + wanted.sliced(wanted.lastIndexOf('/') + 1);
         return renameToFree(source, target.constData());
-    });
+    };
+    int result = onPath(from, rename);
+    if (result != 0 && errno == ENOENT && check == NameCheck::Exact) {
+        target = place(to, check); // its folder may be spelled differently
+        result = onPath(from, rename);
+    }
     if (result != 0 && errno == EEXIST)
         raiseSystemError(errno, cannotMove, to);
     if (result != 0)
