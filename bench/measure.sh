@@ -112,9 +112,9 @@ import() {
     make_server "$work/import" --projects 1 --books 1 --pages 0 --ibd 0 --ibs 0 --plain-names
     acronym=$("$bin/driver" --server "$work/import" books "$(name_of "$work/import")" | cut -f2)
     cp -a "$work/import" "$work/import.new"
-    echo "== adding $(find "$work/source" -iname '*.htm*' | wc -l) pages against reading and copying them"
+    echo "== adding $(find "$work/source" -iname '*.htm*' | wc -l) pages against reading, copying and flushing them"
     pair "rm -rf $work/import; cp -a $work/import.new $work/import; $bin/bench import $work/import $(name_of "$work/import") $acronym $work/source" \
-        "rm -rf $work/import; cp -a $work/import.new $work/import; rm -rf $work/copied; $work/yardstick read $work/source; $work/yardstick copy $work/source $work/copied"
+        "rm -rf $work/import; cp -a $work/import.new $work/import; rm -rf $work/copied; $work/yardstick read $work/source; $work/yardstick copy $work/source $work/copied; find $work/copied -type f -print0 | xargs -0 sync"
 }
 
 for job in "$@"; do
