@@ -58,3 +58,9 @@ void startIndexManager(Program &program)
     const QString clientFolder = program.components.installInfo.ClientPath();
     program.processes.start(clientFolder + indexManagerProgram, {});
 }
+
+Message indexManagerFailed(const QvError &error)
+{
+    const QString text = u"Error(%1) in procedure mnuIndexManager_Click of Form frmMainUI"_s;
+    return {.text = text.arg(error.number()), .details = error.description()};
+}

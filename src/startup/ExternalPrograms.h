@@ -1,5 +1,6 @@
 #pragma once
 
+#include "startup/Errors.h"
 #include "startup/Program.h"
 
 #include <QString>
@@ -15,3 +16,7 @@ void CheckIndexManagerApp(Program &program);
 
 /// Starts "<client folder>Bin\QV_IBLIndexMgr.exe" and does not wait. Raises 53 when it is absent.
 void startIndexManager(Program &program);
+
+/// The message for a failure of that: "Error(<number>) in procedure mnuIndexManager_Click of Form
+/// frmMainUI", with the description below it, from wherever the index manager is started.
+Message indexManagerFailed(const QvError &error);

@@ -89,8 +89,7 @@ bool asksForIndexManager(const QStringList &arguments)
 void callIndexManager(Program &program)
 {
     const auto showError = [&](const QvError &error) {
-        const QString shape = u"Error(%1) in procedure mnuIndexManager_Click of Form frmMainUI"_s;
-        program.messages.show({.text = shape.arg(error.number()), .details = error.description()});
+        program.messages.show(indexManagerFailed(error));
     };
     trap(showError, [&] { startIndexManager(program); });
 }

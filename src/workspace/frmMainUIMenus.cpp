@@ -92,11 +92,7 @@ void frmMainUI::mnuQVDeveloper_Click()
 
 void frmMainUI::mnuIndexManager_Click()
 {
-    const auto shape = [](const QvError &error) {
-        const QString text = u"Error(%1) in procedure mnuIndexManager_Click of Form frmMainUI"_s;
-        return Message{.text = text.arg(error.number()), .details = error.description()};
-    };
-    trapped(shape, [this] { startIndexManager(m_program); });
+    trapped(indexManagerFailed, [this] { startIndexManager(m_program); });
 }
 
 void frmMainUI::CallIndexManager()
