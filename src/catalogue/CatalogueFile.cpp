@@ -18,3 +18,13 @@ pugi::xpath_node_set allNames(const pugi::xml_document &catalogue)
 {
     return catalogue.select_nodes("//QV_Name");
 }
+
+QList<pugi::xml_node> allProjects(const pugi::xml_document &catalogue)
+{
+    QList<pugi::xml_node> all;
+    for (const pugi::xml_node &projects : catalogue.document_element().children("QVs")) {
+        for (const pugi::xml_node &project : projects.children("QV"))
+            all.append(project);
+    }
+    return all;
+}

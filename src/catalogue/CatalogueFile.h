@@ -2,6 +2,7 @@
 
 #include "platform/FileSystem.h"
 
+#include <QList>
 #include <QString>
 
 #include <pugixml.hpp>
@@ -11,3 +12,6 @@ pugi::xml_document loadCatalogue(FileSystem &files, const QString &path);
 
 /// Every QV_Name, wherever it stands, in file order.
 pugi::xpath_node_set allNames(const pugi::xml_document &catalogue);
+
+/// The entries of the projects, favourites included, in file order.
+QList<pugi::xml_node> allProjects(const pugi::xml_document &catalogue);

@@ -2,6 +2,7 @@
 
 #include "platform/QvError.h"
 #include "platform/XmlCheck.h"
+#include "platform/XmlTokens.h"
 
 #include <QStringEncoder>
 
@@ -18,12 +19,12 @@ constexpr qint64 sizeLimit = 512LL * 1024 * 1024;
     throw QvError(PathFileAccess, {}, u"%1 cannot be read: %2"_s.arg(name, reason));
 }
 
-QString checkedText(const QByteArray &bytes, const QString &name)
+/// Raises what `body` raises as an error of the file `name`.
+template <typename Body>
+auto namingFile(const QString &name, Body &&body)
 {
     try {
-        QString text = decodeXml(bytes);
-        checkWellFormed(text);
-        return text;
+        return body();
     } catch (const QvError &error) {
         refuse(name, error.description());
     }
@@ -58,17 +59,21 @@ QByteArray xmlUtf8(const QString &text)
     return text.toUtf8();
 }
 
+bool isText(const pugi::xml_node &node)
+{
+    return node.type() == pugi::node_pcdata || node.type() == pugi::node_cdata;
+}
+
 void collectText(const pugi::xml_node &node, QString &text)
 {
-    if (node.type() == pugi::node_pcdata || node.type() == pugi::node_cdata)
+    if (isText(node))
         text += QString::fromUtf8(node.value());
     for (const pugi::xml_node &child : node)
         collectText(child, text);
 }
 
-} // namespace
-
-pugi::xml_document loadXml(FileSystem &files, const QString &path, const char *root)
+/// The bytes of the file, as far as its kind and size allow.
+QByteArray readBytes(FileSystem &files, const QString &path)
 {
     const FileStatus status = files.status(path);
     if (status.kind == FileKind::Missing)
@@ -77,19 +82,33 @@ pugi::xml_document loadXml(FileSystem &files, const QString &path, const char *r
         refuse(path, u"it is not a regular file"_s);
     if (status.size > sizeLimit)
         refuse(path, u"it is larger than 512 MB"_s);
-    return parseXml(files.readFile(path, sizeLimit + 1), path, root);
+    return files.readFile(path, sizeLimit + 1);
 }
 
-pugi::xml_document parseXml(const QByteArray &bytes, const QString &name, const char *root)
+/// With the line ends of the file.
+QString decodedText(const QByteArray &bytes, const QString &name)
 {
     if (bytes.size() > sizeLimit)
         refuse(name, u"it is larger than 512 MB"_s);
-    const QString text = checkedText(bytes, name);
+    return namingFile(name, [&] { return decodeXml(bytes); });
+}
+
+/// UTF-8, as the parser keeps it: left to itself it takes thrice as long for UTF-16. Each form of
+/// the text goes as soon as the next is there.
+QByteArray checkedUtf8(QString text, const QString &name)
+{
+    namingFile(name, [&] { checkWellFormed(text); });
+    return text.toUtf8();
+}
+
+pugi::xml_document parseText(QString &&text, const QString &name, const char *root)
+{
+    const QByteArray utf8 = checkedUtf8(std::move(text), name);
     pugi::xml_document document;
-    const auto result = document.load_buffer(text.utf16(), size_t(text.size()) * sizeof(QChar),
+    const auto result = document.load_buffer(utf8.constData(), size_t(utf8.size()),
                                              pugi::parse_default | pugi::parse_comments
                                                  | pugi::parse_pi | pugi::parse_ws_pcdata_single,
-                                             pugi::encoding_utf16);
+                                             pugi::encoding_utf8);
     if (!result)
         refuse(name, QString::fromUtf8(result.description()));
     const pugi::xml_node top = document.document_element();
@@ -99,6 +118,34 @@ pugi::xml_document parseXml(const QByteArray &bytes, const QString &name, const 
     if (top.attribute("xmlns"))
         refuse(name, u"its root \"%1\" is in a namespace"_s.arg(QString::fromUtf8(root)));
     return document;
+}
+
+} // namespace
+
+pugi::xml_document loadXml(FileSystem &files, const QString &path, const char *root)
+{
+    return parseText(readXmlText(files, path), path, root);
+}
+
+QString readXmlText(FileSystem &files, const QString &path)
+{
+    return decodedText(readBytes(files, path), path);
+}
+
+void readXmlTokens(QStringView text, const QString &path,
+                   const std::function<void(XmlTokens &)> &read)
+{
+    namingFile(path, [&] {
+        XmlTokens tokens(text);
+        read(tokens);
+        while (tokens.next() != XmlTokens::Kind::End) {
+        }
+    });
+}
+
+pugi::xml_document parseXml(const QByteArray &bytes, const QString &name, const char *root)
+{
+    return parseText(decodedText(bytes, name), name, root);
 }
 
 void saveXml(FileSystem &files, const QString &path, const pugi::xml_document &document,
@@ -128,6 +175,9 @@ QByteArray utf16Bytes(const QString &text)
 
 QString textOf(const pugi::xml_node &node)
 {
+    const pugi::xml_node first = node.first_child();
+    if (isText(first) && !first.next_sibling())
+        return QString::fromUtf8(first.value());
     QString text;
     collectText(node, text);
     return text;

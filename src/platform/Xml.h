@@ -6,7 +6,10 @@
 
 #include <pugixml.hpp>
 
+#include <functional>
+
 class QXmlStreamWriter;
+class XmlTokens;
 
 // Our XML files: UTF-16 with mark, CRLF, no DOCTYPE. One checked reader, one way of saving.
 
@@ -18,6 +21,17 @@ pugi::xml_document loadXml(FileSystem &files, const QString &path, const char *r
 
 /// The same for bytes already read; `name` stands for the file in messages.
 pugi::xml_document parseXml(const QByteArray &bytes, const QString &name, const char *root);
+
+/// The text of an XML file of ours, decoded, for `readXmlTokens`; costs a fraction of a tree.
+/// Raises as `loadXml` does, but whether the text is well formed shows only while its tokens are
+/// read.
+QString readXmlText(FileSystem &files, const QString &path);
+
+/// Hands `read` the tokens of `text` and passes over those that it leaves: when this returns, the
+/// text was well formed to its end, and only then may anything that was read be used. An error of
+/// the tokens, or a QvError of `read`, is raised as 75 "<path> cannot be read: <reason>".
+void readXmlTokens(QStringView text, const QString &path,
+                   const std::function<void(XmlTokens &)> &read);
 
 /// Saves through `FileSystem::replaceFile`: UTF-16LE with mark, declaration line, tabs, CRLF.
 void saveXml(FileSystem &files, const QString &path, const pugi::xml_document &document,

@@ -1,9 +1,10 @@
 #include "platform/XmlCheck.h"
 
 #include "platform/QvError.h"
+#include "platform/XmlTokens.h"
 
 #include <QStringDecoder>
-#include <QXmlStreamReader>
+#include <QtEndian>
 
 #include <algorithm>
 
@@ -11,16 +12,29 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int maximumDepth = 64;
-
 [[noreturn]] void refuse(const QString &reason)
 {
     throw QvError(PathFileAccess, {}, reason);
 }
 
-constexpr bool isForbidden(char16_t unit)
+/// What a stretch of text holds; counted without a branch, so that the compiler looks at many
+/// characters at once.
+struct Findings
 {
-    return (unit < 0x20 && unit != u'\t' && unit != u'\n' && unit != u'\r') || unit >= 0xFFFE;
+    bool forbidden, surrogate;
+};
+
+Findings lookThrough(const char16_t *at, const char16_t *end)
+{
+    quint16 forbidden = 0;
+    quint16 surrogate = 0;
+    for (; at != end; ++at) {
+        const quint16 unit = *at;
+        const bool isControl = (unit < 0x20) & (unit != u'\t') & (unit != u'\n') & (unit != u'\r');
+        forbidden |= quint16(isControl | (unit >= 0xFFFE));
+        surrogate |= quint16((unit & 0xF800) == 0xD800);
+    }
+    return {forbidden != 0, surrogate != 0};
 }
 
 /// The name in the declaration of a text whose ASCII characters are single bytes; "" without one.
@@ -47,11 +61,14 @@ QString decodeWith(QStringDecoder decoder, const QByteArray &bytes)
     return text;
 }
 
-QString decodeUtf16(const QByteArray &bytes, QStringConverter::Encoding encoding)
+/// Without a mark; whether the surrogates come in pairs is seen to later, as for all text.
+QString decodeUtf16(QByteArrayView bytes, void convert(const void *, qsizetype, void *))
 {
     if (bytes.size() % 2 != 0)
         refuse(u"it is UTF-16 text with half a character at its end"_s);
-    return decodeWith(QStringDecoder(encoding, QStringConverter::Flag::Stateless), bytes);
+    QString text(bytes.size() / 2, Qt::Uninitialized);
+    convert(bytes.data(), text.size(), text.data());
+    return text;
 }
 
 QString decodeDeclared(const QByteArray &bytes, const QByteArray &encoding)
@@ -81,12 +98,14 @@ QString decoded(const QByteArray &bytes)
     };
     if (bytes.isEmpty())
         refuse(u"it is empty"_s);
+    const QByteArrayView behindMark =
+        QByteArrayView(bytes).sliced(starts("\xFF\xFE"sv) || starts("\xFE\xFF"sv) ? 2 : 0);
     if (starts("\xFF\xFE\0\0"sv) || starts("\0\0\xFE\xFF"sv))
         refuse(u"it is UTF-32 text"_s);
     if (starts("\xFF\xFE"sv) || starts("<\0"sv))
-        return decodeUtf16(bytes, QStringConverter::Utf16LE);
+        return decodeUtf16(behindMark, qFromLittleEndian<char16_t>);
     if (starts("\xFE\xFF"sv) || starts("\0<"sv))
-        return decodeUtf16(bytes, QStringConverter::Utf16BE);
+        return decodeUtf16(behindMark, qFromBigEndian<char16_t>);
     const bool marked = starts("\xEF\xBB\xBF"sv);
     const QByteArray encoding = declaredEncoding(marked ? bytes.mid(3, 1000) : bytes.left(1000));
     if (marked || encoding.isEmpty())
@@ -107,65 +126,31 @@ void unifyLineEnds(QString &text)
     text.truncate(to);
 }
 
-[[noreturn]] void refuseDoctype()
-{
-    refuse(u"it has a DOCTYPE, which none of our files has"_s);
-}
-
-/// Looks among the comments and instructions before the root, so that nothing in it is expanded.
-bool hasDoctype(QStringView text)
-{
-    for (;;) {
-        text = text.trimmed();
-        const bool instruction = text.startsWith("<?"_L1);
-        if (!instruction && !text.startsWith("<!--"_L1))
-            return text.startsWith("<!DOCTYPE"_L1, Qt::CaseInsensitive);
-        const qsizetype end = instruction ? text.indexOf("?>"_L1, 2) : text.indexOf("-->"_L1, 4);
-        if (end < 0)
-            return false;
-        text = text.sliced(end + 2);
-        if (!instruction)
-            text = text.sliced(1);
-    }
-}
-
 } // namespace
 
 bool isXmlText(QStringView text)
 {
-    return std::none_of(text.utf16(), text.utf16() + text.size(), isForbidden)
-           && text.isValidUtf16();
+    const Findings found = lookThrough(text.utf16(), text.utf16() + text.size());
+    return !found.forbidden && (!found.surrogate || text.isValidUtf16());
 }
 
 QString decodeXml(const QByteArray &bytes)
 {
-    QString text = decoded(bytes);
+    const QString text = decoded(bytes);
     if (text.startsWith(QChar::ByteOrderMark))
         refuse(u"it has two byte-order marks"_s);
     if (!isXmlText(text))
         refuse(u"it holds characters that no XML text may hold; it may be damaged"_s);
-    unifyLineEnds(text);
     return text;
 }
 
-void checkWellFormed(const QString &text)
+void checkWellFormed(QString &text)
 {
-    if (hasDoctype(text))
-        refuseDoctype();
-    QXmlStreamReader reader(text);
-    reader.setNamespaceProcessing(false);
-    for (int depth = 0; !reader.atEnd();) {
-        const auto token = reader.readNext();
-        if (token == QXmlStreamReader::DTD) // behind the root
-            refuseDoctype();
-        if (token == QXmlStreamReader::EndElement)
-            --depth;
-        else if (token == QXmlStreamReader::StartElement && ++depth > maximumDepth)
-            refuse(u"line %1: its elements are nested more than %2 deep"_s.arg(reader.lineNumber())
-                       .arg(maximumDepth));
+    XmlTokens tokens(text);
+    while (tokens.next() != XmlTokens::Kind::End) {
     }
-    if (reader.hasError())
-        refuse(u"line %1: %2"_s.arg(reader.lineNumber()).arg(reader.errorString()));
+    if (tokens.sawInstruction())
+        unifyLineEnds(text);
 }
 
 void appendFileLines(QString &target, QStringView text)
