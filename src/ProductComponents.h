@@ -9,6 +9,7 @@
 #include "components/WindowHelperComponent.h"
 #include "projectfiles/CategoryFile.h"
 #include "projectfiles/GlobalBook.h"
+#include "reports/LinkMerger.h"
 
 /// The product's components over a set of ports.
 struct ProductComponents
@@ -22,8 +23,11 @@ struct ProductComponents
         , categories(makeCategories(files))
         , globalInformation(makeGlobalInformation(files))
         , ranking(makeProjectRanking(session, files))
-        , all{registryAccess, windowHelper,       generalTasks, installInfo, nameRules,
-              *categories,    *globalInformation, *ranking,     converter}
+        , serverProducts(makeServerProducts(session, files))
+        , linkIDMerger(makeLinkIDMerger(session, files, nameRules))
+        , all{registryAccess,  windowHelper,  generalTasks,       installInfo,
+              nameRules,       *categories,   *globalInformation, *ranking,
+              *serverProducts, *linkIDMerger, converter}
     {
     }
 
@@ -35,6 +39,8 @@ struct ProductComponents
     std::unique_ptr<Categories> categories;
     std::unique_ptr<GlobalInformation> globalInformation;
     std::unique_ptr<ProjectRanking> ranking;
+    std::unique_ptr<ServerProducts> serverProducts;
+    std::unique_ptr<LinkIDMerger> linkIDMerger;
     MissingConverter converter;
     Components all;
 };

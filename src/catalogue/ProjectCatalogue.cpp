@@ -18,9 +18,13 @@ constexpr auto defaultRank = "500"_L1;
 bool holdsProject(const pugi::xml_document &catalogue, const QString &name,
                   Qt::CaseSensitivity sensitivity)
 {
-    const auto entries = catalogue.select_nodes("QV_Selection_List/QVs/QV/QV_Name");
-    return std::any_of(entries.begin(), entries.end(), [&](const pugi::xpath_node &entry) {
-        return textOf(entry.node()).compare(name, sensitivity) == 0;
+    const auto isIt = [&](const pugi::xml_node &listed) {
+        return textOf(listed).compare(name, sensitivity) == 0;
+    };
+    const QList<pugi::xml_node> projects = allProjects(catalogue);
+    return std::any_of(projects.begin(), projects.end(), [&](const pugi::xml_node &project) {
+        const auto names = project.children("QV_Name");
+        return std::any_of(names.begin(), names.end(), isIt);
     });
 }
 
@@ -43,6 +47,16 @@ void appendProject(pugi::xml_node projects, const Session &session)
     setAttribute(name, "Rank", defaultRank);
     setAttribute(name, "LANGUAGE", session.projectLanguage);
     appendText(entry, "QV_Location", u"Docs\\"_s + session.projectName + u'\\');
+}
+
+QList<pugi::xml_node> entriesOf(const pugi::xml_document &catalogue, const QString &name)
+{
+    QList<pugi::xml_node> found;
+    for (const pugi::xml_node &project : allProjects(catalogue)) {
+        if (textOf(project.child("QV_Name")) == name)
+            found.append(project);
+    }
+    return found;
 }
 
 CatalogueEntry readEntry(const pugi::xml_node &project)
@@ -158,9 +172,49 @@ QList<CatalogueEntry> ProjectCatalogue::entries()
         return all;
 
     const pugi::xml_document catalogue = loadCatalogue(m_files, path());
-    for (const pugi::xpath_node &entry : catalogue.select_nodes("QV_Selection_List/QVs/QV"))
-        all.append(readEntry(entry.node()));
+    const QList<pugi::xml_node> projects = allProjects(catalogue);
+    all.reserve(projects.size());
+    for (const pugi::xml_node &project : projects)
+        all.append(readEntry(project));
     return all;
+}
+
+void ProjectCatalogue::release(const QString &name, QDate date)
+{
+    if (!date.isValid())
+        throw QvError(InvalidCall, {}, u"This is no date to release %1 with"_s.arg(name));
+    setAddDate(name, date.toString(Qt::ISODate));
+}
+
+void ProjectCatalogue::reopen(const QString &name)
+{
+    setAddDate(name, {});
+}
+
+void ProjectCatalogue::setAddDate(const QString &name, const QString &date)
+{
+    const CatalogueLock lock(m_files, path());
+    const pugi::xml_document catalogue = loadCatalogue(m_files, path());
+    const QList<pugi::xml_node> listed = entriesOf(catalogue, name);
+    if (name == favourites || listed.isEmpty())
+        throw QvError(InvalidCall, {}, u"The list of projects has no project "_s + name);
+    for (const pugi::xml_node &entry : listed)
+        setAttribute(entry.child("QV_Name"), "AddDate", date);
+    saveXml(m_files, path(), catalogue);
+}
+
+void ProjectCatalogue::remove(const QString &name)
+{
+    if (name == favourites || !m_files.exists(path()))
+        return;
+    const CatalogueLock lock(m_files, path());
+    const pugi::xml_document catalogue = loadCatalogue(m_files, path());
+    const QList<pugi::xml_node> listed = entriesOf(catalogue, name);
+    if (listed.isEmpty())
+        return;
+    for (const pugi::xml_node &entry : listed)
+        entry.parent().remove_child(entry);
+    saveXml(m_files, path(), catalogue);
 }
 
 QString ProjectCatalogue::path() const

@@ -1,7 +1,9 @@
 #pragma once
 
 #include "components/ProjectRanking.h"
+#include "components/ServerProducts.h"
 #include "platform/FileSystem.h"
+#include "platform/SystemLocale.h"
 #include "startup/Session.h"
 
 #include <QDate>
@@ -45,7 +47,16 @@ public:
     /// All entries as stored, favourites included. No catalogue: none.
     QList<CatalogueEntry> entries();
 
+    /// A released set carries its date of addition: it can be copied, and is no longer offered for
+    /// continuing. Both raise 5 when no project of exactly that name is listed.
+    void release(const QString &name, QDate date);
+    void reopen(const QString &name);
+    /// Takes the entries of exactly that name out of the list; none is no error. "My Favorites"
+    /// stays.
+    void remove(const QString &name);
+
 private:
+    void setAddDate(const QString &name, const QString &date);
     QString path() const;
 
     Session &m_session;
@@ -56,5 +67,10 @@ private:
 /// day keep their order.
 void SortProjectOnDates(QStringList &names, QList<QDate> &dates);
 
-/// The ranking component, which lives with the file it writes.
+/// The day that a stored date names: ISO, the system's short form, day.month.year or
+/// month/day/year, a time behind it passed over. Unreadable ones are invalid, which is the oldest.
+QDate dateOf(const QString &text, SystemLocale &locale);
+
+/// The server component and the ranking component, which live with their file.
+std::unique_ptr<ServerProducts> makeServerProducts(Session &session, FileSystem &files);
 std::unique_ptr<ProjectRanking> makeProjectRanking(Session &session, FileSystem &files);

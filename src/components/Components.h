@@ -8,6 +8,8 @@ class XmlCharacters;
 class Categories;
 class GlobalInformation;
 class ProjectRanking;
+class ServerProducts;
+class LinkIDMerger;
 class DatabaseConverter;
 
 /// The product's components by role, made once in main and once per test.
@@ -21,5 +23,7 @@ struct Components
     Categories &categories;
     GlobalInformation &globalInformation;
     ProjectRanking &projectRanking;
+    ServerProducts &serverProducts;
+    LinkIDMerger &linkIDMerger;
     DatabaseConverter &databaseConverter;
 };

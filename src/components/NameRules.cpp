@@ -111,3 +111,15 @@ QString NameRules::CheckXMLCharacters(const QString &text, What what)
     const Text where = what == What::ProjectId ? Text::FoundInProjectId : Text::FoundInProjectName;
     return refuse(::text(Text::InvalidCharacter) + u' ' + piece + u' ' + ::text(where));
 }
+
+QString NameRules::mstrReplaceSpecialCharecters(const QString &text) const
+{
+    const auto isSpecial = [](QChar character) {
+        return character.category() == QChar::Other_Control;
+    };
+    if (std::none_of(text.cbegin(), text.cend(), isSpecial))
+        return text;
+    QString plain = text;
+    std::replace_if(plain.begin(), plain.end(), isSpecial, QChar(u' '));
+    return plain;
+}

@@ -11,6 +11,7 @@ public:
     explicit NameRules(Messages &messages);
 
     QString CheckXMLCharacters(const QString &text, What what) override;
+    QString mstrReplaceSpecialCharecters(const QString &text) const override;
 
 private:
     Messages &m_messages;

@@ -107,15 +107,34 @@ public:
         }
     }
 
-    virtual void makeFolder(const QString &path) = 0; ///< its parent must be there
+    /// Its parent must be there.
+    virtual void makeFolder(const QString &path, NameCheck check = NameCheck::AnyCase) = 0;
     /// To a name that is not taken.
     virtual void move(const QString &from, const QString &to,
                       NameCheck check = NameCheck::AnyCase) = 0;
     virtual void removeFile(const QString &path, bool evenReadOnly = false) = 0;
     virtual void removeFolder(const QString &path) = 0; ///< an empty one
 
+    /// Deletes files and links of one folder, read-only ones too; much cheaper than one by one.
+    /// What is gone already counts as deleted. The names are spelled as `entries` gives them. Calls
+    /// `removed` after each, in the order given.
+    virtual void removeFiles(const QString &folder, const QStringList &names,
+                             const std::function<void(const QString &name)> &removed)
+    {
+        for (const QString &name : names) {
+            if (const QString path = folder + u'\\' + name; exists(path))
+                removeFile(path, true);
+            removed(name);
+        }
+    }
+
     /// What lies directly in a folder, in the order of names.
     [[nodiscard]] virtual QList<FolderEntry> entries(const QString &folder) = 0;
+    /// The same, where of files and links only the kind is wanted; much cheaper.
+    [[nodiscard]] virtual QList<FolderEntry> kinds(const QString &folder)
+    {
+        return entries(folder);
+    }
 
     [[nodiscard]] virtual int attributes(const QString &path) = 0; ///< FileAttribute bits
     virtual void setAttributes(const QString &path, int attributes) = 0;

@@ -47,5 +47,8 @@ public:
                              const QString &filter) = 0;
     virtual QStringList openFiles(const QString &title, const QString &folder,
                                   const QString &filter) = 0;
+    /// Asks where to save; `path` is proposed (folder and name, or a name alone). The system asks
+    /// before an existing file is chosen. A name without an ending gets that of the filter chosen.
+    virtual QString saveFile(const QString &title, const QString &path, const QString &filter) = 0;
     virtual QString chooseFolder(const QString &title, const QString &folder) = 0;
 };

@@ -18,6 +18,7 @@ inline constexpr QLatin1StringView keyWords{"QV_SearchKeyWords.xml"};
 inline constexpr QLatin1StringView globalFolder{"_Global Information"};
 inline constexpr QLatin1StringView globalBook{"Book_Global.xml"};
 inline constexpr QLatin1StringView quickNav{"QuickNav\\Book_QuickNav.xml"};
+inline constexpr QLatin1StringView searchWordsFolder{"Search_Words"};
 inline constexpr QLatin1StringView backupFolder{"_Backup"};
 } // namespace ProjectFile
 

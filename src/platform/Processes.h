@@ -15,4 +15,7 @@ public:
 
     /// Opens a text file (a product path) in the system's viewer. Raises 53.
     virtual void openText(const QString &path) = 0;
+
+    /// Opens a page (a product path, no anchor) in the system's browser. Raises 53.
+    virtual void openPage(const QString &path) = 0;
 };

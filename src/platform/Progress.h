@@ -13,4 +13,8 @@ struct Progress
 
     /// Reports, then raises `Unwinding{Stopped}` when Stop was pressed.
     void step(int done, int total, const QString &what = {}) const;
+
+    /// The same for a piece of the work, the `index`-th of `count` equal ones. Steps that name
+    /// nothing report `name`.
+    [[nodiscard]] Progress piece(int index, int count, const QString &name = {}) const;
 };

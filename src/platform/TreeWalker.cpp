@@ -12,6 +12,13 @@ namespace {
 
 constexpr int deepest = 64;
 
+void refuseTooDeep(int depth, const QList<FolderEntry> &entries, const QString &folder)
+{
+    if (depth > deepest && !entries.isEmpty())
+        throw QvError(PathFileAccess, {},
+                      u"The folders lie more than 64 levels deep: "_s + withoutBackslash(folder));
+}
+
 /// Called for each thing met; says whether to go into it when it is a folder.
 using Visitor = std::function<bool(const TreeEntry &)>;
 
@@ -19,9 +26,7 @@ void walk(FileSystem &files, const QString &folder, const QString &relative, int
           const Visitor &visit)
 {
     const QList<FolderEntry> entries = files.entries(folder);
-    if (depth > deepest && !entries.isEmpty())
-        throw QvError(PathFileAccess, {},
-                      u"The folders lie more than 64 levels deep: "_s + withoutBackslash(folder));
+    refuseTooDeep(depth, entries, folder);
     for (const FolderEntry &entry : entries) {
         const TreeEntry met{folder + entry.name, relative + entry.name, entry.status};
         if (visit(met) && entry.status.kind == FileKind::Folder)
@@ -34,7 +39,7 @@ void walkInto(FileSystem &files, const QString &folder, const Visitor &visit)
     walk(files, withBackslash(folder), {}, 1, visit);
 }
 
-/// One folder of the source with what is to be copied out of it directly.
+/// A folder of the tree with what is to be copied or deleted directly in it.
 struct FolderPlan
 {
     QString relative; ///< with a backslash at the end; empty for the start folder
@@ -103,29 +108,56 @@ void unlessGone(const std::function<void()> &remove)
     }
 }
 
-QList<TreeEntry> everythingIn(FileSystem &files, const QString &folder)
+/// What is to be deleted.
+struct DeletionPlan
 {
-    QList<TreeEntry> found;
-    walkTree(files, folder, [&](const TreeEntry &entry) { found.append(entry); });
-    return found;
+    QList<FolderPlan> folders; ///< each behind those in it
+    QStringList lockedFolders; ///< read-only ones, each before those in it
+    int count = 0;             ///< files and links
+};
+
+void planDeletion(FileSystem &files, const QString &folder, const FolderEntry &below, int depth,
+                  DeletionPlan &plan)
+{
+    const QList<FolderEntry> entries = files.kinds(folder + below.name);
+    refuseTooDeep(depth, entries, folder + below.name);
+    if (below.status.readOnly)
+        plan.lockedFolders.append(below.name);
+    QStringList names;
+    for (const FolderEntry &entry : entries) {
+        if (entry.status.kind == FileKind::Folder)
+            planDeletion(files, folder, {below.name + entry.name + u'\\', entry.status}, depth + 1,
+                         plan);
+        else
+            names.append(entry.name);
+    }
+    plan.count += static_cast<int>(names.size());
+    plan.folders.append({below.name, names});
 }
 
-/// Deletes `folder` and what was found in it, each folder after what lies in it.
-void deleteFound(FileSystem &files, const QString &folder, const QList<TreeEntry> &found)
+DeletionPlan planDeletion(FileSystem &files, const QString &folder)
+{
+    DeletionPlan plan;
+    planDeletion(files, withBackslash(folder), {}, 1, plan);
+    return plan;
+}
+
+void deletePlanned(FileSystem &files, const QString &folder, const DeletionPlan &plan,
+                   const Progress &progress)
 {
     const QString base = withBackslash(folder);
-    const auto isFolder = [](const TreeEntry &e) { return e.status.kind == FileKind::Folder; };
     files.setAttributes(folder, 0);
-    for (const TreeEntry &entry : found) {
-        if (isFolder(entry) && entry.status.readOnly)
-            unlessGone([&] { files.setAttributes(base + entry.relative, 0); });
+    for (const QString &locked : plan.lockedFolders)
+        unlessGone([&] { files.setAttributes(base + locked, 0); });
+    int done = 0;
+    const auto removed = [&](const QString &name) { progress.step(++done, plan.count, name); };
+    for (const FolderPlan &from : plan.folders) {
+        unlessGone([&] {
+            if (!from.names.isEmpty())
+                files.removeFiles(base + from.relative, from.names, removed);
+            files.removeFolder(base + from.relative);
+        });
     }
-    for (auto entry = found.crbegin(); entry != found.crend(); ++entry) {
-        const QString path = base + entry->relative;
-        unlessGone(
-            [&] { isFolder(*entry) ? files.removeFolder(path) : files.removeFile(path, true); });
-    }
-    unlessGone([&] { files.removeFolder(folder); });
 }
 
 /// One that resists does no harm; the next start tries it again.
@@ -139,7 +171,7 @@ void removeMatching(FileSystem &files, const QString &parent, const QStringList 
         trap([](const QvError &) {},
              [&] {
                  if (entry.status.kind == FileKind::Folder)
-                     deleteFound(files, path, everythingIn(files, path));
+                     deletePlanned(files, path, planDeletion(files, path), {});
                  else if (entry.status.kind == FileKind::File)
                      files.removeFile(path, true);
              });
@@ -185,13 +217,21 @@ QStringList copyTree(FileSystem &files, const QString &from, const QString &to,
     return plan.links;
 }
 
-void deleteTree(FileSystem &files, const QString &folder)
+QString deleteTree(FileSystem &files, const QString &folder, const Progress &progress)
 {
     refuseUnlessFolder(files, folder);
-    const QList<TreeEntry> found = everythingIn(files, folder);
+    const DeletionPlan plan = planDeletion(files, folder);
     const QString aside = asideName(files, folder);
+    progress.step(0, plan.count);
     files.move(folder, aside);
-    deleteFound(files, aside, found);
+    try {
+        deletePlanned(files, aside, plan, progress);
+    } catch (const Unwinding &unwinding) {
+        if (unwinding.reason != Unwinding::Reason::Stopped)
+            throw;
+        return files.exists(aside) ? aside : QString();
+    }
+    return {};
 }
 
 void removeLeftovers(FileSystem &files, const QString &parent, const QStringList &kept)

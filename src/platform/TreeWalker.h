@@ -30,7 +30,9 @@ QStringList copyTree(FileSystem &files, const QString &from, const QString &to,
 
 /// Deletes a folder with all in it, read-only files included: renames it aside first
 /// ("<name>.qvdel<n>"), so that a failure to begin changes nothing, then deletes what it renamed.
-void deleteTree(FileSystem &files, const QString &folder);
+/// The progress counts files. Stop before the renaming throws Unwinding; after it the folder counts
+/// as deleted, and the result says where `removeLeftovers` will find the rest. "" when all is gone.
+QString deleteTree(FileSystem &files, const QString &folder, const Progress &progress = {});
 
 /// Removes what an interrupted `deleteTree` left directly below `parent`, but for the names `kept`.
 void removeLeftovers(FileSystem &files, const QString &parent, const QStringList &kept = {});

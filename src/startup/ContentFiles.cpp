@@ -120,6 +120,8 @@ private:
 void onTwoThreads(qsizetype count, const Progress &progress,
                   const std::function<void(qsizetype)> &work)
 {
+    if (count == 0)
+        return;
     std::atomic<qsizetype> taken = 0;
     const auto workOff = [&](qsizetype first, qsizetype step, const Progress &heard) {
         const auto endBoth = qScopeGuard([&] { taken = count; });

@@ -1,10 +1,11 @@
 #pragma once
 
-/// The program's windows by kind.
+/// The program's windows by kind, and by the half that comes to the front.
 enum class Form {
     SelPrjType,      ///< launcher
     SelPrjTypetoAdd, ///< new project wizard
-    ContinueDeleteProject,
+    ContinueProject, ///< continue/delete dialog, its continue half in front
+    DeleteProject,   ///< the same window with its delete half in front
     MergeProjects,
     RankBookSet,
     MainUI,
@@ -19,8 +20,6 @@ class Navigator
 {
 public:
     virtual ~Navigator() = default;
-    /// True when this program can open such a window.
-    [[nodiscard]] virtual bool offers(Form form) const = 0;
     /// Makes the window when needed, loads it when it is not loaded, and shows it (not modal).
     virtual void show(Form form) = 0;
     /// Loads the launcher when needed, then runs its `loadform`: how Back comes home.

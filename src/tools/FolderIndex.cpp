@@ -1,7 +1,5 @@
 #include "tools/FolderIndex.h"
 
-#include <QStringList>
-
 FolderIndex::FolderIndex(FileSystem &files, QString root)
     : m_files(files)
     , m_root(std::move(root))
@@ -21,30 +19,21 @@ std::optional<FolderIndex::Entry> FolderIndex::find(const QString &relative)
 
 std::optional<FolderIndex::Entry> FolderIndex::findIn(const QString &folder, const QString &name)
 {
-    const Listing &here = listing(folder);
-    QString spelling = name;
-    if (!here.byName.contains(name)) {
-        const QStringList spellings = here.spellings.values(name.toCaseFolded());
-        if (spellings.size() != 1)
-            return std::nullopt;
-        spelling = spellings.first();
-    }
-    return Entry{folder + spelling, here.byName.value(spelling)};
+    const FolderEntry *const entry = names(folder).find(name);
+    if (!entry)
+        return std::nullopt;
+    return Entry{folder + entry->name, entry->status};
 }
 
-const FolderIndex::Listing &FolderIndex::listing(const QString &relativeFolder)
+const FolderNames &FolderIndex::names(const QString &relativeFolder)
 {
-    const auto known = m_listings.constFind(relativeFolder);
-    if (known != m_listings.constEnd())
+    const auto known = m_folders.constFind(relativeFolder);
+    if (known != m_folders.constEnd())
         return *known;
 
-    Listing listing;
     const QString path = m_root + relativeFolder;
-    if (m_files.folderExists(path)) {
-        for (const FolderEntry &entry : m_files.entries(path)) {
-            listing.byName.insert(entry.name, entry.status);
-            listing.spellings.insert(entry.name.toCaseFolded(), entry.name);
-        }
-    }
-    return *m_listings.insert(relativeFolder, listing);
+    FolderNames names;
+    if (m_files.folderExists(path))
+        names = FolderNames(m_files.entries(path));
+    return *m_folders.insert(relativeFolder, names);
 }

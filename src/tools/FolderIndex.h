@@ -1,9 +1,9 @@
 #pragma once
 
 #include "platform/FileSystem.h"
+#include "tools/FolderNames.h"
 
 #include <QHash>
-#include <QMultiHash>
 #include <QString>
 
 #include <optional>
@@ -30,15 +30,10 @@ public:
     [[nodiscard]] const QString &root() const { return m_root; }
 
 private:
-    struct Listing
-    {
-        QHash<QString, FileStatus> byName;
-        QMultiHash<QString, QString> spellings; ///< by the name without case
-    };
-    const Listing &listing(const QString &relativeFolder);
+    const FolderNames &names(const QString &relativeFolder);
     std::optional<Entry> findIn(const QString &folder, const QString &name);
 
     FileSystem &m_files;
     QString m_root;
-    QHash<QString, Listing> m_listings;
+    QHash<QString, FolderNames> m_folders;
 };

@@ -12,3 +12,9 @@
 /// reference; "" leaves it alone. All else stays as written.
 QString withSuffixedNames(const QString &text, const QList<PageReference> &references,
                           const std::function<QString(const QString &path)> &suffix);
+
+/// `text` with `suffix(path)` put behind each folder or file name in a reference for which there is
+/// one: "../A/B.htm" asks for "..", "../A" and "../A/B.htm", decoded, and becomes "../A1/B.htm" for
+/// "1" of the second. All else stays as written.
+QString withSuffixedFolders(const QString &text, const QList<PageReference> &references,
+                            const std::function<QString(const QString &path)> &suffix);

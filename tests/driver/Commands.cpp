@@ -1,12 +1,10 @@
 #include "driver/Commands.h"
 
-#include "catalogue/CatalogueLock.h"
 #include "catalogue/StatusIndicators.h"
 #include "controls/BookCommands.h"
 #include "controls/PageStore.h"
 #include "dialogs/ProjectCreation.h"
 #include "platform/Paths.h"
-#include "platform/Xml.h"
 #include "projectfiles/BookFile.h"
 #include "resources/Texts.h"
 #include "tools/SourceImport.h"
@@ -128,18 +126,6 @@ int rank(Console &console, const QStringList &items)
     return 0;
 }
 
-int addDate(Console &console, const QStringList &arguments)
-{
-    const QString path = cataloguePath(console.session.serverPath);
-    const CatalogueLock lock(console.files, path);
-    const pugi::xml_document document = loadXml(console.files, path, "QV_Selection_List");
-    const pugi::xml_node entry = childWithText(document.child("QV_Selection_List").child("QVs"),
-                                               "QV", "QV_Name", arguments.at(0));
-    setAttribute(entry.child("QV_Name"), "AddDate", arguments.at(1));
-    saveXml(console.files, path, document);
-    return 0;
-}
-
 /// The name for a new project; taken ones are refused as the wizard does.
 void takeName(ProjectCreation &creation, const QStringList &nameIdLanguage)
 {
@@ -254,12 +240,11 @@ int verify(Console &console, const QStringList &)
 
 QList<Command> commands()
 {
-    return {
+    QList<Command> all{
         {u"read"_s, 2, u"catalogue|status|toc|book FILE"_s, readFile},
         {u"list"_s, 0, {}, list},
         {u"append"_s, 3, u"NAME ID LANGUAGE"_s, append},
         {u"rank"_s, 1, u"NAME#RANK..."_s, rank},
-        {u"add-date"_s, 2, u"NAME DATE"_s, addDate},
         {u"create"_s, 3, u"NAME ID LANGUAGE"_s, create},
         {u"copy"_s, 4, u"SOURCE NAME ID LANGUAGE"_s, copy},
         {u"open"_s, 1, u"NAME"_s, open},
@@ -272,4 +257,5 @@ QList<Command> commands()
         {u"save-page"_s, 4, u"NAME ACRONYM FILE TEXT"_s, savePage},
         {u"verify"_s, 0, {}, verify},
     };
+    return all += projectCommands() + mergeCommands() + reportCommands();
 }

@@ -4,8 +4,6 @@
 #include "platform/portable/FileAttributes.h"
 #include "platform/portable/SystemErrors.h"
 
-#include <QStringDecoder>
-
 #include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -32,9 +30,8 @@ bool isDots(const char *name)
 
 QString nameText(const char *bytes, const QString &folder)
 {
-    QStringDecoder decoder(QStringDecoder::Utf8);
-    QString name = decoder(QByteArrayView(bytes));
-    if (decoder.hasError() || name.contains(u'\\'))
+    QString name = QString::fromUtf8(bytes);
+    if (!QByteArrayView(bytes).isValidUtf8() || name.contains(u'\\'))
         raiseFileError(PathFileAccess,
                        QLatin1StringView("The folder holds a name that cannot be used"),
                        folder + u" ("_s + name + u')');
@@ -48,9 +45,26 @@ const dirent *nextEntry(DIR *folder)
     return readdir(folder);
 }
 
+/// False with errno when the system does not say.
+bool readStatus(int folder, const dirent &entry, Detail detail, FileStatus &status)
+{
+    const bool isPlain = entry.d_type == DT_REG || entry.d_type == DT_LNK;
+    if (detail == Detail::KindOfFiles && isPlain) {
+        status.kind = entry.d_type == DT_REG ? FileKind::File : FileKind::Link;
+        return true;
+    }
+    struct stat info
+    {
+    };
+    if (fstatat(folder, entry.d_name, &info, AT_SYMLINK_NOFOLLOW) != 0)
+        return false;
+    status = statusOf(info);
+    return true;
+}
+
 } // namespace
 
-QList<FolderEntry> readFolder(int folder, const QString &path)
+QList<FolderEntry> readFolder(int folder, const QString &path, Detail detail)
 {
     Descriptor own(openat(folder, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     const std::unique_ptr<DIR, CloseFolder> open(own.isOpen() ? fdopendir(own.get()) : nullptr);
@@ -59,13 +73,11 @@ QList<FolderEntry> readFolder(int folder, const QString &path)
     (void)own.release(); // closed with the folder
     QList<FolderEntry> entries;
     while (const dirent *entry = nextEntry(open.get())) {
-        struct stat info
-        {
-        };
         if (isDots(entry->d_name))
             continue;
-        if (fstatat(folder, entry->d_name, &info, AT_SYMLINK_NOFOLLOW) == 0)
-            entries.append({nameText(entry->d_name, path), statusOf(info)});
+        FileStatus status;
+        if (readStatus(folder, *entry, detail, status))
+            entries.append({nameText(entry->d_name, path), status});
         else if (errno != ENOENT) // gone in the meantime
             raiseSystemError(errno, cannotRead, path, PathNotFound);
     }

@@ -211,7 +211,7 @@ void PortableFiles::copyFiles(const QString &fromFolder, const QString &toFolder
     }
 }
 
-void PortableFiles::makeFolder(const QString &path)
+void PortableFiles::makeFolder(const QString &path, NameCheck check)
 {
     const QByteArray native = m_paths.native(path);
     const QByteArray drive = m_paths.driveOf(native);
@@ -219,7 +219,7 @@ void PortableFiles::makeFolder(const QString &path)
         raiseSystemError(errno, "The folder for the drive cannot be made"_L1, path, PathNotFound);
     if (native == drive)
         return;
-    if (mkdir(placeAnyCase(native, path).constData(), 0777) != 0)
+    if (mkdir(place(path, check).constData(), 0777) != 0)
         raiseSystemError(errno, "The folder cannot be made"_L1, path, PathNotFound);
 }
 
@@ -260,10 +260,29 @@ void PortableFiles::removeFolder(const QString &path)
         raiseSystemError(errno, "The folder cannot be deleted"_L1, path, PathNotFound);
 }
 
+void PortableFiles::removeFiles(const QString &folder, const QStringList &names,
+                                const std::function<void(const QString &name)> &removed)
+{
+    const Descriptor open(openFolder(folder));
+    const QString base = withBackslash(folder);
+    for (const QString &name : names) {
+        const QByteArray bytes = nameBytes(name, base);
+        if (unlinkat(open.get(), bytes.constData(), 0) != 0 && errno != ENOENT)
+            raiseSystemError(errno, cannotDelete, base + name);
+        removed(name);
+    }
+}
+
 QList<FolderEntry> PortableFiles::entries(const QString &folder)
 {
     const Descriptor open(openFolder(folder));
     return readFolder(open.get(), folder);
+}
+
+QList<FolderEntry> PortableFiles::kinds(const QString &folder)
+{
+    const Descriptor open(openFolder(folder));
+    return readFolder(open.get(), folder, Detail::KindOfFiles);
 }
 
 int PortableFiles::attributes(const QString &path)

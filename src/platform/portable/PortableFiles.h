@@ -18,12 +18,15 @@ public:
                   NameCheck check = NameCheck::AnyCase) override;
     void copyFiles(const QString &fromFolder, const QString &toFolder, const QStringList &names,
                    const std::function<void(const QString &name)> &copied) override;
-    void makeFolder(const QString &path) override;
+    void makeFolder(const QString &path, NameCheck check = NameCheck::AnyCase) override;
     void move(const QString &from, const QString &to,
               NameCheck check = NameCheck::AnyCase) override;
     void removeFile(const QString &path, bool evenReadOnly = false) override;
     void removeFolder(const QString &path) override;
+    void removeFiles(const QString &folder, const QStringList &names,
+                     const std::function<void(const QString &name)> &removed) override;
     [[nodiscard]] QList<FolderEntry> entries(const QString &folder) override;
+    [[nodiscard]] QList<FolderEntry> kinds(const QString &folder) override;
     [[nodiscard]] int attributes(const QString &path) override;
     void setAttributes(const QString &path, int attributes) override;
     void syncFolder(const QString &folder) override;

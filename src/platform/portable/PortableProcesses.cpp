@@ -36,6 +36,17 @@ void PortableProcesses::start(const QString &program, const QStringList &argumen
 
 void PortableProcesses::openText(const QString &path)
 {
+    openFile(path);
+}
+
+void PortableProcesses::openPage(const QString &path)
+{
+    openFile(path);
+}
+
+/// The desktop knows which program shows a text and which one a page.
+void PortableProcesses::openFile(const QString &path)
+{
     if (!m_files.fileExists(path))
         throw QvError(FileNotFound, {}, u"File not found: "_s + path);
     const QString opener = QStandardPaths::findExecutable(u"xdg-open"_s);

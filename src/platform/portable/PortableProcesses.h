@@ -12,8 +12,10 @@ public:
 
     void start(const QString &program, const QStringList &arguments) override;
     void openText(const QString &path) override;
+    void openPage(const QString &path) override;
 
 private:
+    void openFile(const QString &path);
     [[nodiscard]] QString nativeProgram(const QString &program) const;
 
     FileSystem &m_files;

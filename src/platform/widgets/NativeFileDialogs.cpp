@@ -1,12 +1,26 @@
 #include "platform/widgets/NativeFileDialogs.h"
 
 #include "platform/FileSystem.h"
+#include "platform/Paths.h"
 #include "platform/QvError.h"
 
 #include <QApplication>
 #include <QFileDialog>
 
 using namespace Qt::StringLiterals;
+
+namespace {
+
+/// A name without an ending gets the first one of a filter such as "Text (*.txt)".
+QString withEnding(const QString &file, const QString &filter)
+{
+    if (file.section(u'/', -1).contains(u'.'))
+        return file;
+    const QString ending = filter.section(u"(*"_s, 1).section(u')', 0, 0).section(u' ', 0, 0);
+    return ending.startsWith(u'.') && ending != ".*"_L1 ? file + ending : file;
+}
+
+} // namespace
 
 NativeFileDialogs::NativeFileDialogs(FileSystem &files)
     : m_files(files)
@@ -30,6 +44,21 @@ QStringList NativeFileDialogs::openFiles(const QString &title, const QString &fo
     for (const QString &file : chosen)
         files.append(m_files.productPath(file));
     return files;
+}
+
+QString NativeFileDialogs::saveFile(const QString &title, const QString &path,
+                                    const QString &filter)
+{
+    const QString proposed = lastComponent(path);
+    QString start = startFolder(parentFolder(path));
+    if (!start.isEmpty())
+        start += u'/';
+    QString chosenFilter;
+    const QString file = QFileDialog::getSaveFileName(
+        QApplication::activeWindow(), title, start + proposed, dialogFilter(filter), &chosenFilter);
+    if (file.isEmpty())
+        return {};
+    return m_files.productPath(withEnding(file, chosenFilter));
 }
 
 QString NativeFileDialogs::chooseFolder(const QString &title, const QString &folder)

@@ -13,6 +13,7 @@ public:
     QString openFile(const QString &title, const QString &folder, const QString &filter) override;
     QStringList openFiles(const QString &title, const QString &folder,
                           const QString &filter) override;
+    QString saveFile(const QString &title, const QString &path, const QString &filter) override;
     QString chooseFolder(const QString &title, const QString &folder) override;
 
 private:

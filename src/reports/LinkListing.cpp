@@ -1,0 +1,153 @@
+#include "reports/LinkListing.h"
+
+#include "platform/Paths.h"
+#include "platform/QvError.h"
+#include "reports/DestinationIndex.h"
+#include "reports/LinkCollectors.h"
+#include "reports/OrderedWork.h"
+#include "reports/TargetCheck.h"
+
+#include <algorithm>
+
+LinkListing::LinkListing(FileSystem &files, const XmlCharacters &characters, QString serverPath,
+                         const QStringList &projects, int threads)
+    : m_files(files)
+    , m_characters(characters)
+    , m_serverPath(std::move(serverPath))
+    , m_threads(threads)
+{
+    for (const QString &project : projects)
+        m_linkFiles.push_back({project, {}, {}, {}, {}});
+}
+
+LinkEntries LinkListing::targets(const Progress &progress)
+{
+    readAndCheck(&LinkListing::readTargets, progress);
+    for (LinkFile &file : m_linkFiles) {
+        for (qsizetype row = 0; row < file.rows.size(); ++row) {
+            if (file.places.isGood(file.rowPlaces[static_cast<size_t>(row)]))
+                file.rows.setGood(row);
+        }
+    }
+    return joined();
+}
+
+LinkEntries LinkListing::references(const Progress &progress)
+{
+    readAndCheck(&LinkListing::readReferences, progress);
+    resolve(progress);
+    return joined();
+}
+
+bool LinkListing::leadsToPage(const QString &identifier)
+{
+    for (LinkFile &file : m_linkFiles) {
+        readDestinations(file, {});
+        const auto &all = file.destinations.all();
+        const auto found = std::find_if(all.begin(), all.end(), [&](const auto &destination) {
+            return file.destinations.identifier(destination) == identifier;
+        });
+        if (found != all.end())
+            return isPage(file.places.path(found->place));
+        file = {file.project, {}, {}, {}, {}};
+    }
+    return false;
+}
+
+bool LinkListing::isPage(const QString &path) const
+{
+    LinkPlaces places;
+    const quint32 place = places.lookedUp(path);
+    TargetCheck check(m_files, docsFolder(m_serverPath));
+    check.add(places);
+    for (int folder = 0; folder < check.folderCount(); ++folder)
+        check.checkFolder(folder);
+    return places.isGood(place);
+}
+
+void LinkListing::readTargets(LinkFile &file, const std::stop_token &stop) const
+{
+    TargetCollector targets(file.rows, file.places, file.rowPlaces);
+    read(file, {.targets = &targets}, stop);
+}
+
+void LinkListing::readReferences(LinkFile &file, const std::stop_token &stop) const
+{
+    RowCollector references(file.rows);
+    DestinationCollector targets(file.destinations, file.places);
+    read(file, {&targets, &references, &targets}, stop);
+    targets.finish();
+}
+
+void LinkListing::readDestinations(LinkFile &file, const std::stop_token &stop) const
+{
+    DestinationCollector targets(file.destinations, file.places);
+    read(file, {.targets = &targets, .sections = &targets}, stop);
+    targets.finish();
+}
+
+/// Leaves the file empty when there is none, or none that can be read to its end, or its project
+/// cannot be the name of a folder: links are reported, not link files.
+void LinkListing::read(LinkFile &file, const LinkVisitors &visitors,
+                       const std::stop_token &stop) const
+{
+    try {
+        const QString folder = existingProjectFolder(m_files, m_serverPath, file.project);
+        readLinkIdFile(m_files, m_characters, folder + ProjectFile::links, visitors, stop);
+    } catch (const QvError &) {
+        file = {file.project, {}, {}, {}, {}};
+    }
+    file.rows.squeeze();
+    file.places.squeeze();
+    file.destinations.squeeze();
+}
+
+// The bar counts files in its first half and folders in its second; how many folders there are is
+// known only when all files have been read.
+void LinkListing::readAndCheck(Read readFile, const Progress &progress)
+{
+    TargetCheck check(m_files, docsFolder(m_serverPath));
+    const int count = fileCount();
+    inOrder(
+        count, m_threads, progress.stop,
+        [&](int number) { (this->*readFile)(file(number), progress.stop); },
+        [&](int number) {
+            check.add(file(number).places);
+            progress.step(number + 1, 2 * count, file(number).project);
+        });
+    inOrder(
+        check.folderCount(), m_threads, progress.stop,
+        [&](int number) { check.checkFolder(number); },
+        [&](int number) {
+            const int share = static_cast<int>(qint64(number + 1) * count / check.folderCount());
+            progress.step(count + share, 2 * count, check.folder(number));
+        });
+}
+
+/// References are good when the first destination of their identifier is.
+void LinkListing::resolve(const Progress &progress)
+{
+    size_t count = 0;
+    for (const LinkFile &file : m_linkFiles)
+        count += file.destinations.all().size();
+    DestinationIndex index(count);
+    for (const LinkFile &file : m_linkFiles)
+        index.add(file.destinations, file.places);
+
+    const auto resolveFile = [&](int number) {
+        LinkRows &rows = file(number).rows;
+        for (qsizetype row = 0; row < rows.size(); ++row) {
+            if (index.leadsToPage(rows.identifier(row)))
+                rows.setGood(row);
+        }
+    };
+    inOrder(fileCount(), m_threads, progress.stop, resolveFile, [](int) {});
+}
+
+LinkEntries LinkListing::joined()
+{
+    LinkEntries entries(docsFolder(m_serverPath));
+    for (LinkFile &file : m_linkFiles)
+        entries.append(std::move(file.rows));
+    return entries;
+}

@@ -1,0 +1,56 @@
+#pragma once
+
+#include "platform/Progress.h"
+#include "reports/LinkDestinations.h"
+#include "reports/LinkEntries.h"
+#include "reports/LinkIdFile.h"
+#include "reports/LinkPlaces.h"
+
+#include <QString>
+#include <QStringList>
+
+#include <vector>
+
+/// One run through the link files of some projects, on several threads: reads each file once, then
+/// looks for the targets folder by folder. A file that cannot be read counts as empty. The file
+/// system is asked by several threads at once.
+class LinkListing final
+{
+public:
+    LinkListing(FileSystem &files, const XmlCharacters &characters, QString serverPath,
+                const QStringList &projects, int threads);
+
+    [[nodiscard]] LinkEntries targets(const Progress &progress);
+    [[nodiscard]] LinkEntries references(const Progress &progress);
+    /// Whether the first destination of the identifier is good.
+    [[nodiscard]] bool leadsToPage(const QString &identifier);
+
+private:
+    struct LinkFile
+    {
+        QString project;
+        LinkRows rows;
+        std::vector<quint32> rowPlaces; ///< of published targets
+        LinkPlaces places;
+        LinkDestinations destinations; ///< for references
+    };
+    using Read = void (LinkListing::*)(LinkFile &file, const std::stop_token &stop) const;
+
+    void readTargets(LinkFile &file, const std::stop_token &stop) const;
+    void readReferences(LinkFile &file, const std::stop_token &stop) const;
+    void readDestinations(LinkFile &file, const std::stop_token &stop) const;
+    void read(LinkFile &file, const LinkVisitors &visitors, const std::stop_token &stop) const;
+    [[nodiscard]] LinkFile &file(int number) { return m_linkFiles[static_cast<size_t>(number)]; }
+    [[nodiscard]] int fileCount() const { return static_cast<int>(m_linkFiles.size()); }
+
+    void readAndCheck(Read readFile, const Progress &progress);
+    void resolve(const Progress &progress);
+    [[nodiscard]] bool isPage(const QString &path) const;
+    [[nodiscard]] LinkEntries joined();
+
+    FileSystem &m_files;
+    const XmlCharacters &m_characters;
+    QString m_serverPath;
+    int m_threads;
+    std::vector<LinkFile> m_linkFiles; ///< in the order of projects
+};

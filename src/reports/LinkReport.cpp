@@ -1,0 +1,54 @@
+#include "reports/LinkReport.h"
+
+#include "components/Components.h"
+#include "components/RegistryAccess.h"
+#include "components/ServerProducts.h"
+#include "reports/LinkListing.h"
+
+#include <algorithm>
+#include <thread>
+
+namespace {
+
+constexpr int mostThreads = 4;
+
+int threadsOfMachine()
+{
+    return std::clamp(static_cast<int>(std::thread::hardware_concurrency()), 1, mostThreads);
+}
+
+} // namespace
+
+LinkReport::LinkReport(Program &program)
+    : LinkReport(program, threadsOfMachine())
+{
+}
+
+LinkReport::LinkReport(Program &program, int threads)
+    : m_program(program)
+    , m_threads(threads)
+{
+}
+
+LinkEntries LinkReport::GetIBD_Details(const Progress &progress)
+{
+    return listing().targets(progress);
+}
+
+LinkEntries LinkReport::GetIBS_Details(const Progress &progress)
+{
+    return listing().references(progress);
+}
+
+bool LinkReport::CheckLinkIDExist(const QString &LinkID)
+{
+    const XmlCharacters &characters = m_program.components.xmlCharacters;
+    return listing().leadsToPage(characters.mstrReplaceSpecialCharecters(LinkID.trimmed()));
+}
+
+LinkListing LinkReport::listing() const
+{
+    const Components &components = m_program.components;
+    return {m_program.files, components.xmlCharacters, components.registryAccess.GetQVServer(),
+            components.serverProducts.GetAvailableProducts(), m_threads};
+}
