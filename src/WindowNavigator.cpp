@@ -1,8 +1,12 @@
 #include "WindowNavigator.h"
 
 #include "controls/ctlBuildTab.h"
+#include "dialogs/frmContinueDeleteProject.h"
+#include "dialogs/frmMergeProjects.h"
+#include "dialogs/frmRankBookSet.h"
 #include "dialogs/frmSelPrjType.h"
 #include "dialogs/frmSelPrjTypetoAdd.h"
+#include "reports/frmIBLReport.h"
 #include "startup/StartUp.h"
 #include "startup/frmOrvantisVRXSplashScreen.h"
 #include "workspace/frmBuild.h"
@@ -26,6 +30,19 @@ bool closeSplash()
     return true;
 }
 
+/// The continue/delete dialog is one window under two names.
+Form kindOf(Form form)
+{
+    return form == Form::DeleteProject ? Form::ContinueProject : form;
+}
+
+void bringHalfForward(FormWindow &window, Form form)
+{
+    using Half = frmContinueDeleteProject::Half;
+    static_cast<frmContinueDeleteProject &>(window).showHalf(
+        form == Form::ContinueProject ? Half::Continue : Half::Delete);
+}
+
 } // namespace
 
 WindowNavigator::WindowNavigator(Program &program)
@@ -41,24 +58,6 @@ WindowNavigator::~WindowNavigator()
         delete window;
 }
 
-bool WindowNavigator::offers(Form form) const
-{
-    switch (form) {
-    case Form::SelPrjType:
-    case Form::SelPrjTypetoAdd:
-    case Form::MainUI:
-    case Form::Build:
-    case Form::SplashScreen:
-        return true;
-    case Form::ContinueDeleteProject:
-    case Form::MergeProjects:
-    case Form::RankBookSet:
-    case Form::IBLReport:
-        return false;
-    }
-    return false;
-}
-
 void WindowNavigator::show(Form form)
 {
     if (form == Form::SplashScreen) {
@@ -66,6 +65,8 @@ void WindowNavigator::show(Form form)
         return;
     }
     FormWindow &window = touch(form);
+    if (form == Form::ContinueProject || form == Form::DeleteProject)
+        bringHalfForward(window, form);
     window.setWindowState(window.windowState() & ~Qt::WindowMinimized);
     window.show();
     window.raise();
@@ -95,7 +96,7 @@ void WindowNavigator::handOver(const QString &projectName, const QString &projec
 
 FormWindow *WindowNavigator::window(Form form) const
 {
-    const auto found = m_windows.find(form);
+    const auto found = m_windows.find(kindOf(form));
     return found == m_windows.end() ? nullptr : found->second;
 }
 
@@ -103,10 +104,11 @@ FormWindow &WindowNavigator::touch(Form form)
 {
     if (FormWindow *const there = window(form))
         return *there;
-    FormWindow *const made = make(form);
-    m_windows.emplace(form, made);
-    connect(made, &FormWindow::unloaded, this, [this, form] {
-        m_windows.erase(form);
+    const Form kind = kindOf(form);
+    FormWindow *const made = make(kind);
+    m_windows.emplace(kind, made);
+    connect(made, &FormWindow::unloaded, this, [this, kind] {
+        m_windows.erase(kind);
         // Queued: what closed the window may go on to open another.
         QMetaObject::invokeMethod(this, &WindowNavigator::endAfterLastWindow, Qt::QueuedConnection);
     });
@@ -120,13 +122,23 @@ FormWindow *WindowNavigator::make(Form form)
         return new frmSelPrjType(m_program);
     case Form::SelPrjTypetoAdd:
         return new frmSelPrjTypetoAdd(m_program);
+    case Form::ContinueProject:
+    case Form::DeleteProject:
+        return new frmContinueDeleteProject(m_program);
+    case Form::MergeProjects:
+        return new frmMergeProjects(m_program);
+    case Form::RankBookSet:
+        return new frmRankBookSet(m_program);
+    case Form::IBLReport:
+        return new frmIBLReport(m_program);
     case Form::MainUI:
         return new frmMainUI(m_program, [this]() -> frmBuild & { return buildWindow(); });
     case Form::Build:
         return new frmBuild(m_program);
-    default:
-        throw QvError(ComponentMissing, {}, tr("This version of QV Developer cannot do this yet."));
+    case Form::SplashScreen: // is no window of the work, see show
+        break;
     }
+    throw QvError(InvalidCall, {}, u"There is no such window"_s);
 }
 
 frmMainUI &WindowNavigator::mainWindow()

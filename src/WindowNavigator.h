@@ -23,8 +23,6 @@ public:
     explicit WindowNavigator(Program &program);
     ~WindowNavigator() override;
 
-    [[nodiscard]] bool offers(Form form) const override;
-    /// Raises 429 for a window that is not offered.
     void show(Form form) override;
     void loadform() override;
     bool unload(Form form) override;

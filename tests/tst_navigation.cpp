@@ -14,7 +14,7 @@ private Q_SLOTS:
     void leadsFromTheLauncherToTheWorkspace();
     void endsWithTheLastWindow();
     void comesToTheFront();
-    void refusesWindowsItDoesNotHave();
+    void leadsToEveryDialogAndBack();
 };
 
 void tst_navigation::leadsFromTheLauncherToTheWorkspace()
@@ -23,7 +23,7 @@ void tst_navigation::leadsFromTheLauncherToTheWorkspace()
     QVERIFY(Main(world.live, {}));
     QPointer launcher = openWindow<frmSelPrjType>();
     QVERIFY(launcher);
-    QVERIFY(isEnabled(launcher, "cmdAddNewProject") && !isEnabled(launcher, "cmdMergeProjects"));
+    QVERIFY(isEnabled(launcher, "cmdMergeProjects"));
 
     click(launcher, "cmdAddNewProject");
     QTRY_VERIFY(!launcher);
@@ -114,15 +114,33 @@ void tst_navigation::comesToTheFront()
     QCOMPARE(world.messages.shown, asked);
 }
 
-void tst_navigation::refusesWindowsItDoesNotHave()
+void tst_navigation::leadsToEveryDialogAndBack()
 {
-    WorkspaceWorld world;
-    for (const Form form :
-         {Form::ContinueDeleteProject, Form::MergeProjects, Form::RankBookSet, Form::IBLReport}) {
-        QVERIFY(!world.real.offers(form));
-        QVERIFY_THROWS_EXCEPTION(QvError, world.real.show(form));
-        QVERIFY2(world.real.unload(form), "nothing to close is nothing refused");
+    WorkspaceWorld world(u"Plant"_s);
+    world.session.gbFromMainWindow = true; // no splash
+    world.real.show(Form::SelPrjType);
+    const struct
+    {
+        const char *choice, *back;
+        Form form;
+        const char *inFront;
+    } ways[]{{"cmdContinueProject", "cmdBack", Form::ContinueProject, "cboSelPrjtoContinue"},
+             {"cmdDeleteProject", "cmdBack", Form::DeleteProject, "cboProjectDelete"},
+             {"cmdMergeProjects", "cmdMergeBack", Form::MergeProjects, "lstAvaProjects"},
+             {"cmdRankBookSet", "cmdBack", Form::RankBookSet, "fgdBooksetRank"}};
+    for (const auto &way : ways) {
+        click(openWindow<frmSelPrjType>(), way.choice);
+        QTRY_VERIFY2(!openWindow<frmSelPrjType>(), way.choice);
+        QPointer dialog = world.real.window(way.form);
+        QVERIFY2(dialog && dialog->isVisible(), way.choice);
+        QVERIFY2(control<QWidget>(dialog, way.inFront)->isVisible(), way.inFront);
+        click(dialog, way.back);
+        QTRY_VERIFY2(!dialog, way.choice);
     }
+    QVERIFY(openWindow<frmSelPrjType>());
+    QVERIFY(!world.real.window(Form::ContinueProject));
+    QCOMPARE(world.messages.shown, QStringList{});
+    QVERIFY2(world.real.unload(Form::IBLReport), "nothing to close is nothing refused");
 }
 
 QV_FORM_TEST_MAIN(tst_navigation)

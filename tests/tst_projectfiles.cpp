@@ -342,7 +342,7 @@ void tst_projectfiles::copiesAProject()
     QCOMPARE(missing.number(), 76);
     QCOMPARE(missing.source(), u"QV_Developer::CopyProjectFolder"_s);
     QVERIFY(!world.files.exists(u"S:\\Docs\\DEU_Copy"_s));
-    const QStringList seen = world.copy.CopyProjectFolder(u"Plant"_s);
+    const QStringList seen = world.copy.CopyProjectFolder(u"Plant"_s).all();
     const QString copied = u"S:\\Docs\\DEU_Copy\\"_s;
     QCOMPARE(seen.size(), 2);
     QCOMPARE(seen.first(), u"outside"_s);

@@ -6,12 +6,9 @@
 #include "components/DatabaseConverter.h"
 #include "components/RegistryAccess.h"
 #include "dialogs/NameClaim.h"
-#include "platform/Clock.h"
 #include "platform/Messages.h"
 #include "platform/Paths.h"
-#include "platform/ProgramEnd.h"
 #include "platform/QvError.h"
-#include "platform/TreeWalker.h"
 #include "platform/Xml.h"
 #include "projectfiles/CategoryFile.h"
 #include "projectfiles/GlobalBook.h"
@@ -19,7 +16,6 @@
 #include "projectfiles/TableOfContents.h"
 #include "resources/Texts.h"
 #include "startup/ContentFiles.h"
-#include "startup/FileHelpers.h"
 #include "startup/Session.h"
 
 using namespace Qt::StringLiterals;
@@ -49,6 +45,7 @@ QString firstOf(const QStringList &lines)
 
 ProjectCreation::ProjectCreation(Program &program)
     : m_program(program)
+    , m_folder(program)
 {
 }
 
@@ -67,47 +64,15 @@ bool ProjectCreation::nameIsFree()
 
 ProjectCreation::FolderAnswer ProjectCreation::settleFolder()
 {
-    if (folderIsUnused())
-        return FolderAnswer::MakeNew;
-    const QString path = withoutBackslash(folder());
-
-    const Choice question{
-        u"The folder %1 is already there with files in it, but no project of this name is in the "
-        "list of projects.\n\nList it again to go on with what is in it. Or move it aside: it is "
-        "renamed, and the new project gets a folder of its own. Nothing in it is changed."_s.arg(
-            path),
-        {u"List It Again"_s, u"Move It Aside and Start New"_s, u"Cancel"_s}};
-    switch (m_program.messages.choose(question)) {
-    case 0:
-        return FolderAnswer::ListAgain;
-    case 1:
-        moveAside(path);
-        return FolderAnswer::MakeNew;
-    default:
-        return FolderAnswer::Cancel;
-    }
-}
-
-// Another author may have listed the folder while the question was open.
-void ProjectCreation::moveAside(const QString &folder)
-{
-    const NameClaim claim(m_program.files, folder);
-    if (!nameIsFree())
-        raiseExists();
-    const QString base = parentFolder(folder) + shortened(lastComponent(folder), 220)
-                         + u" (moved aside "_s + m_program.clock.now().date().toString(Qt::ISODate);
-    QString target = base + u')';
-    for (int number = 2; m_program.files.exists(target); ++number)
-        target = base + u' ' + QString::number(number) + u')';
-    m_program.files.move(folder, target);
+    return m_folder.settle();
 }
 
 bool ProjectCreation::addNew(const QString &typedName)
 {
     Session &session = m_program.session;
     FileSystem &files = m_program.files;
-    const NameClaim claim(files, withoutBackslash(folder()));
-    makeFolder();
+    const NameClaim claim(files, m_folder.place());
+    m_folder.make();
     step("CreateQVTOCFile"_L1, [&] {
         return TableOfContents(session, files).CreateQVTOCFile(folder() + ProjectFile::toc);
     });
@@ -128,15 +93,11 @@ bool ProjectCreation::addNew(const QString &typedName)
 void ProjectCreation::addCopy(const QString &source, const Runner &run)
 {
     try {
-        const NameClaim claim(m_program.files, withoutBackslash(folder()));
+        const NameClaim claim(m_program.files, m_folder.place());
         run([&](const Progress &progress) { makeCopy(source, progress); });
         ProjectCatalogue(m_program.session, m_program.files).UpdateQVSelection();
     } catch (const CopyFailure &failure) {
-        m_program.messages.show({.text = text(Text::AtLocation) + u' ' + withoutBackslash(folder())
-                                         + u'\n' + text(Text::ReasonNoSpaceOrPermission),
-                                 .icon = MessageIcon::Critical,
-                                 .details = failure.reason});
-        m_program.ending.endNow();
+        endAfterFailedCopy(m_program, failure);
     }
     makeGlobalBook();
     step("AddQVBookCategories"_L1, [&] {
@@ -151,20 +112,12 @@ void ProjectCreation::addCopy(const QString &source, const Runner &run)
 // be much.
 void ProjectCreation::makeCopy(const QString &source, const Progress &progress)
 {
-    FileSystem &files = m_program.files;
     requireTableOfContents(source);
-    const bool folderWasThere = files.folderExists(withoutBackslash(folder()));
-    makeFolder();
+    m_folder.startGrowing();
     try {
-        removeUnfinishedCopy();
         copyFiles(source, progress);
     } catch (...) {
-        trap([](const QvError &) {}, // what stopped the copy is told
-             [&] {
-                 removeUnfinishedCopy();
-                 if (!folderWasThere)
-                     files.removeFolder(withoutBackslash(folder()));
-             });
+        m_folder.discard();
         throw;
     }
 }
@@ -179,39 +132,21 @@ void ProjectCreation::requireTableOfContents(const QString &source)
                   "QV_Master");
 }
 
-// The copy grows beside its folder and takes its place when it is whole and on the disk, so that
-// no half copy ever stands under a project's name.
 void ProjectCreation::copyFiles(const QString &source, const Progress &progress)
 {
     Session &session = m_program.session;
     FileSystem &files = m_program.files;
     ContentFiles content(session, files);
-    const QString growing = unfinishedCopy();
-    m_leftOut = ProjectCopy(session, files, m_program.clock, m_program.locale, growing + u'\\')
-                    .CopyProjectFolder(source, progress);
-    m_leftOut += content.QVUpdateFiles(growing + u'\\', source, 1, progress);
+    const QString growing = withBackslash(m_folder.growing());
+    m_leftOut = ProjectCopy(session, files, m_program.clock, m_program.locale, growing)
+                    .CopyProjectFolder(source, progress)
+                    .all();
+    m_leftOut += content.QVUpdateFiles(growing, source, 1, progress);
+    for (QString &line : m_leftOut)
+        line = m_folder.inPlace(line);
     progress.step(0, 0); // busy for a while
-    content.SecureContentFiles(growing + u'\\');
-    progress.step(0, 0);
-    files.syncTree(growing);
-    progress.step(1, 1);
-
-    const QString target = withoutBackslash(folder());
-    files.removeFolder(target);
-    files.move(growing, target);
-    m_leftOut.replaceInStrings(growing + u'\\', folder()); // where it lies now
-    files.syncFolder(withoutBackslash(docsFolder(session.serverPath)));
-}
-
-QString ProjectCreation::unfinishedCopy() const
-{
-    return withoutBackslash(folder()) + u".qvnew"_s;
-}
-
-void ProjectCreation::removeUnfinishedCopy()
-{
-    if (m_program.files.exists(unfinishedCopy()))
-        deleteTree(m_program.files, unfinishedCopy());
+    content.SecureContentFiles(growing);
+    m_folder.putInPlace(progress);
 }
 
 void ProjectCreation::tellWhatWasLeftOut()
@@ -265,27 +200,6 @@ void ProjectCreation::requireCategories()
         return;
     categories.open(docsFolder(m_program.session.serverPath), false, {}, path);
     categories.write(path);
-}
-
-bool ProjectCreation::folderIsUnused()
-{
-    FileSystem &files = m_program.files;
-    const QString path = withoutBackslash(folder());
-    return !files.folderExists(path) || files.entries(path).isEmpty();
-}
-
-void ProjectCreation::raiseExists() const
-{
-    throw QvError(InvalidCall, {},
-                  text(Text::ProjectAlreadyExists) + u": "_s + m_program.session.projectName);
-}
-
-// Another author may have made the project since its name was found to be free.
-void ProjectCreation::makeFolder()
-{
-    if (!folderIsUnused())
-        raiseExists();
-    FileHelpers(m_program.session, m_program.files).mbCreateFilePath(withoutBackslash(folder()));
 }
 
 void ProjectCreation::makeGlobalBook()

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "dialogs/NewProjectFolder.h"
 #include "platform/Progress.h"
 #include "startup/Program.h"
 
@@ -18,7 +19,7 @@ public:
     /// Runs work under a progress display and throws what the work throws.
     using Runner = std::function<void(const std::function<void(const Progress &)> &)>;
 
-    enum class FolderAnswer { MakeNew, ListAgain, Cancel };
+    using FolderAnswer = NewProjectFolder::Answer;
 
     static constexpr QLatin1StringView formTag{"QV_Developer::frmSelPrjTypetoAdd-"};
 
@@ -51,16 +52,10 @@ public:
     bool migrate(const QString &database, const QString &typedName);
 
 private:
-    [[nodiscard]] bool folderIsUnused();
-    [[noreturn]] void raiseExists() const;
-    void makeFolder();
     void makeCopy(const QString &source, const Progress &progress);
     void requireTableOfContents(const QString &source);
     void copyFiles(const QString &source, const Progress &progress);
-    [[nodiscard]] QString unfinishedCopy() const;
-    void removeUnfinishedCopy();
     void tellWhatWasLeftOut();
-    void moveAside(const QString &folder);
     void makeGlobalBook();
     void makeCurrent();
     void takeNameFromDestination();
@@ -68,6 +63,7 @@ private:
     [[nodiscard]] QString folder() const;
 
     Program &m_program;
+    NewProjectFolder m_folder;
     QStringList mstrCategories;
     QStringList m_leftOut;
 };

@@ -30,11 +30,7 @@ frmSelPrjType::frmSelPrjType(Program &program, QWidget *parent)
     ui->cmdCancel->setText(text(Text::Cancel)); // all that is left when loading fails
     ui->cmdHelp->setText(text(Text::Help));
 
-    offer(ui->cmdAddNewProject, ui->imgAdd, "add"_L1, Form::SelPrjTypetoAdd);
-    offer(ui->cmdContinueProject, ui->imgContinue, "continue"_L1, Form::ContinueDeleteProject);
-    offer(ui->cmdMergeProjects, ui->imgMerge, "merge"_L1, Form::MergeProjects);
-    offer(ui->cmdDeleteProject, ui->imgDelete, "delete"_L1, Form::ContinueDeleteProject);
-    offer(ui->cmdRankBookSet, ui->imgRank, "rank"_L1, Form::RankBookSet);
+    showPictures();
 
     using Self = frmSelPrjType;
     connect(ui->cmdAddNewProject, &QPushButton::clicked, this, &Self::cmdAddNewProject_Click);
@@ -48,15 +44,15 @@ frmSelPrjType::frmSelPrjType(Program &program, QWidget *parent)
 
 frmSelPrjType::~frmSelPrjType() = default;
 
-void frmSelPrjType::offer(QPushButton *button, QLabel *picture, QLatin1StringView iconName,
-                          Form form)
+void frmSelPrjType::showPictures()
 {
-    const bool offered = m_program.navigator.offers(form);
-    picture->setPixmap(icon(iconName).pixmap(QSize(24, 24), devicePixelRatioF(),
-                                             offered ? QIcon::Normal : QIcon::Disabled));
-    button->setEnabled(offered);
-    if (!offered)
-        button->setToolTip(u"This version of QV Developer cannot do this yet."_s);
+    const std::pair<QLabel *, QLatin1StringView> pictures[]{{ui->imgAdd, "add"_L1},
+                                                            {ui->imgContinue, "continue"_L1},
+                                                            {ui->imgMerge, "merge"_L1},
+                                                            {ui->imgDelete, "delete"_L1},
+                                                            {ui->imgRank, "rank"_L1}};
+    for (const auto &[label, name] : pictures)
+        label->setPixmap(icon(name).pixmap(QSize(24, 24), devicePixelRatioF()));
 }
 
 void frmSelPrjType::Form_Load()
@@ -151,7 +147,7 @@ void frmSelPrjType::cmdAddNewProject_Click()
 
 void frmSelPrjType::cmdContinueProject_Click()
 {
-    inHandler("cmdContinueProject_Click"_L1, [this] { leaveFor(Form::ContinueDeleteProject); });
+    inHandler("cmdContinueProject_Click"_L1, [this] { leaveFor(Form::ContinueProject); });
 }
 
 void frmSelPrjType::cmdMergeProjects_Click()
@@ -161,7 +157,7 @@ void frmSelPrjType::cmdMergeProjects_Click()
 
 void frmSelPrjType::cmdDeleteProject_Click()
 {
-    inHandler("cmdDeleteProject_Click"_L1, [this] { leaveFor(Form::ContinueDeleteProject); });
+    inHandler("cmdDeleteProject_Click"_L1, [this] { leaveFor(Form::DeleteProject); });
 }
 
 void frmSelPrjType::cmdRankbookset_Click()

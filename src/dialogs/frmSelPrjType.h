@@ -4,9 +4,6 @@
 
 #include <memory>
 
-class QLabel;
-class QPushButton;
-
 namespace Ui {
 class frmSelPrjType;
 }
@@ -40,7 +37,7 @@ private:
     bool readPaths();
     void tidyDocs();
     void loadCaptions();
-    void offer(QPushButton *button, QLabel *picture, QLatin1StringView iconName, Form form);
+    void showPictures();
     void leaveFor(Form form);
     void inHandler(QLatin1StringView handler, const std::function<void()> &body);
 

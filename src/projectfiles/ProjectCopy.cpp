@@ -2,7 +2,6 @@
 
 #include "platform/Paths.h"
 #include "platform/QvError.h"
-#include "platform/TreeWalker.h"
 #include "platform/Xml.h"
 #include "projectfiles/FileElements.h"
 #include "startup/Errors.h"
@@ -16,14 +15,11 @@ namespace {
 // All files written here are our own fresh copies in a folder that nothing refers to yet.
 constexpr ReplaceOptions inFreshFolder{.sync = false, .throughReadOnly = true};
 
-/// Earlier versions, locks and unfinished files of ours belong to the project they lie in. An
-/// author's own files are copied, whatever their names end in.
+/// Earlier versions and work files belong to the project they lie in.
 bool staysBehind(const TreeEntry &entry)
 {
-    static const QRegularExpression ours(u"\\.(xml\\.lock|qvtmp[0-9]+)$"_s,
-                                         QRegularExpression::CaseInsensitiveOption);
     if (entry.status.kind == FileKind::File)
-        return ours.match(entry.relative).hasMatch();
+        return isWorkFile(entry);
     return entry.relative.compare(ProjectFile::backupFolder, Qt::CaseInsensitive) == 0;
 }
 
@@ -35,6 +31,14 @@ void setWherePresent(const pugi::xml_node &header, const char *element, const QS
 
 } // namespace
 
+// An author's own files are copied, whatever their names end in.
+bool isWorkFile(const TreeEntry &entry)
+{
+    static const QRegularExpression ours(u"\\.(xml\\.lock|qvtmp[0-9]+)$"_s,
+                                         QRegularExpression::CaseInsensitiveOption);
+    return entry.status.kind == FileKind::File && ours.match(entry.relative).hasMatch();
+}
+
 ProjectCopy::ProjectCopy(Session &session, FileSystem &files, Clock &clock, SystemLocale &locale,
                          const QString &folder)
     : m_session(session)
@@ -45,7 +49,8 @@ ProjectCopy::ProjectCopy(Session &session, FileSystem &files, Clock &clock, Syst
 {
 }
 
-QStringList ProjectCopy::CopyProjectFolder(const QString &sourceName, const Progress &progress)
+CopyRemarks ProjectCopy::CopyProjectFolder(const QString &sourceName, const Progress &progress,
+                                           const std::function<bool(const TreeEntry &)> &leaveOut)
 {
     const auto onError = reraise(m_session, u"QV_Developer::CopyProjectFolder"_s);
     const QString source = trap(onError, [&] {
@@ -53,17 +58,23 @@ QStringList ProjectCopy::CopyProjectFolder(const QString &sourceName, const Prog
         (void)loadXml(m_files, there + ProjectFile::toc, "QV_Master"); // before all is copied
         return there;
     });
-    const QStringList leftOut = copyFolder(source, progress);
-    return leftOut + trap(onError, [&] { return makeItsOwn(); });
+    CopyRemarks remarks;
+    remarks.links = copyFolder(source, progress, leaveOut);
+    remarks.unreadable = trap(onError, [&] { return makeItsOwn(); });
+    return remarks;
 }
 
-QStringList ProjectCopy::copyFolder(const QString &source, const Progress &progress)
+QStringList ProjectCopy::copyFolder(const QString &source, const Progress &progress,
+                                    const std::function<bool(const TreeEntry &)> &leaveOut)
 {
+    const auto isLeftOut = [&](const TreeEntry &entry) {
+        return staysBehind(entry) || (leaveOut && leaveOut(entry));
+    };
     const QString target = withoutBackslash(folder());
     try {
         if (!m_files.folderExists(target))
             m_files.makeFolder(target);
-        return copyTree(m_files, withoutBackslash(source), target, progress, staysBehind);
+        return copyTree(m_files, withoutBackslash(source), target, progress, isLeftOut);
     } catch (const Unwinding &) {
         throw;
     } catch (...) {
@@ -101,7 +112,8 @@ QStringList ProjectCopy::UpdateQVTocInfo(pugi::xml_document &toc)
     return unreadable;
 }
 
-QStringList ProjectCopy::UpdateProductInfoInBook(const QString &bookFolder, const QString &bookFile)
+QStringList ProjectCopy::UpdateProductInfoInBook(const QString &bookFolder, const QString &bookFile,
+                                                 const QString &acronym)
 {
     QString path;
     pugi::xml_document document;
@@ -118,6 +130,8 @@ QStringList ProjectCopy::UpdateProductInfoInBook(const QString &bookFolder, cons
     setChild(header, "Book_Key", m_session.projectName);
     setChild(header, "Book_Path",
              u"Docs\\"_s + m_session.projectName + u'\\' + withBackslash(bookFolder));
+    if (!acronym.isEmpty())
+        setChild(header, "Book_Acro", acronym);
     saveXml(m_files, path, document, inFreshFolder);
     return {};
 }

@@ -60,7 +60,7 @@ void frmMainUI::Form_Load()
         ui->cmdBuild->setText(text(Text::Build));
         ui->cmdPreview->setText(text(Text::Preview));
         AssignProjectName();
-        m_program.navigator.unload(Form::ContinueDeleteProject);
+        m_program.navigator.unload(Form::ContinueProject);
         selectTab(0);
         showEditor(0);
         show();

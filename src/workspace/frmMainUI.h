@@ -82,6 +82,7 @@ private:
     void cmdPreview_Click();
     void mnuBuildProject_Click();
     void mnuIndexManager_Click();
+    void mnu_Book_Linking_Report_Click();
     void mnuSelProject_Click();
     void mnuExit_Click();
     void mnuQV_Click();

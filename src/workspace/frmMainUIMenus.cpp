@@ -30,6 +30,8 @@ void frmMainUI::connectMenus()
     connect(ui->cmdPreview, &QPushButton::clicked, this, &Self::cmdPreview_Click);
     connect(ui->mnuBuildProject, &QAction::triggered, this, &Self::mnuBuildProject_Click);
     connect(ui->mnuIndexManager, &QAction::triggered, this, &Self::mnuIndexManager_Click);
+    connect(ui->mnu_Book_Linking_Report, &QAction::triggered, this,
+            &Self::mnu_Book_Linking_Report_Click);
     connect(ui->mnuSelProject, &QAction::triggered, this, &Self::mnuSelProject_Click);
     connect(ui->mnuExit, &QAction::triggered, this, &Self::mnuExit_Click);
     connect(ui->mnuQV, &QAction::triggered, this, &Self::mnuQV_Click);
@@ -53,8 +55,6 @@ void frmMainUI::disableWhatIsMissing()
         ui->cmdBuild->setEnabled(false);
         ui->cmdBuild->setToolTip(ui->mnuBuildProject->toolTip());
     }
-    if (!m_program.navigator.offers(Form::IBLReport))
-        disable(ui->mnu_Book_Linking_Report);
 }
 
 void frmMainUI::cmdBuild_Click()
@@ -98,6 +98,12 @@ void frmMainUI::mnuIndexManager_Click()
 void frmMainUI::CallIndexManager()
 {
     mnuIndexManager_Click();
+}
+
+void frmMainUI::mnu_Book_Linking_Report_Click()
+{
+    inHandler("mnu_Book_Linking_Report_Click"_L1,
+              [this] { m_program.navigator.show(Form::IBLReport); });
 }
 
 // The close itself says whether the author refused; then nothing else is closed.

@@ -75,6 +75,10 @@ public:
         const QString one = openFile(title, folder, filter);
         return one.isEmpty() ? QStringList() : QStringList{one};
     }
+    QString saveFile(const QString &title, const QString &path, const QString &filter) override
+    {
+        return openFile(title, path, filter);
+    }
     QString chooseFolder(const QString &title, const QString &folder) override
     {
         return openFile(title, folder, {});
@@ -119,6 +123,7 @@ public:
         started.append((QStringList{program} + arguments).join(u'|'));
     }
     void openText(const QString &path) override { opened.append(path); }
+    void openPage(const QString &path) override { opened.append(path); }
 };
 
 class ScriptedWindows final : public DesktopWindows
@@ -200,10 +205,9 @@ public:
 class NotedNavigator final : public Navigator
 {
 public:
-    QList<Form> shown, closed, notOffered;
+    QList<Form> shown, closed;
     int loadforms = 0;
 
-    bool offers(Form form) const override { return !notOffered.contains(form); }
     void show(Form form) override { shown.append(form); }
     void loadform() override { ++loadforms; }
     bool unload(Form form) override

@@ -1,0 +1,111 @@
+#include "dialogs/ProjectDeletion.h"
+
+#include "catalogue/ProjectCatalogue.h"
+#include "components/Components.h"
+#include "components/LinkIDMerger.h"
+#include "dialogs/NameClaim.h"
+#include "platform/Paths.h"
+#include "platform/QvError.h"
+#include "platform/TreeWalker.h"
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// A folder below the server path in the form in which two are compared.
+QString comparable(QString folder)
+{
+    folder = folder.trimmed().toCaseFolded();
+    folder.replace(u'/', u'\\');
+    while (folder.endsWith(u'\\') || folder.endsWith(u'.') || folder.endsWith(u' '))
+        folder.chop(1);
+    return folder;
+}
+
+/// True when the entry stands for `folder`, by its name or by where it says that it lies.
+bool standsFor(const CatalogueEntry &entry, const QString &folder, const QString &serverPath)
+{
+    const QString wanted = comparable(folder);
+    if (comparable(u"Docs\\"_s + entry.name) == wanted)
+        return true;
+    QString location = entry.location;
+    if (location.startsWith(serverPath, Qt::CaseInsensitive))
+        location = location.sliced(serverPath.size());
+    return (comparable(location) + u'\\').startsWith(wanted + u'\\');
+}
+
+} // namespace
+
+ProjectDeletion::ProjectDeletion(Program &program)
+    : m_program(program)
+{
+}
+
+ProjectDeletion::Result ProjectDeletion::remove(const QString &name, bool alsoFiles,
+                                                const Progress &progress)
+{
+    if (name == favourites)
+        throw QvError(PathFileAccess, {}, name + u" is no project and cannot be deleted."_s);
+    const Result result = alsoFiles ? removeFolder(name, progress) : Result{Outcome::Unlisted, {}};
+    m_program.components.linkIDMerger.UnMergeQVSelection(name);
+    return result;
+}
+
+// The content files are not secured before: what is read-only is deleted all the same, and when the
+// folder cannot be renamed aside every attribute must be as it was.
+ProjectDeletion::Result ProjectDeletion::removeFolder(const QString &name, const Progress &progress)
+{
+    FileSystem &files = m_program.files;
+    const QString &server = m_program.session.serverPath;
+    if (!isSafeName(name))
+        refuse(name, u"This cannot be the name of a folder in "_s + docsFolder(server));
+    const QString folder = withoutBackslash(projectFolder(server, name));
+    const NameClaim claim(files, folder); // nobody makes a project of this name meanwhile
+    if (!files.exists(folder))
+        return {Outcome::FolderWasGone, {}};
+    refuseUnlessItsOwn(name);
+
+    const auto explain = [&](const QvError &error) {
+        const QString what =
+            files.exists(folder)
+                ? u"The project \"%1\" was not deleted, and nothing was changed. %2. Close what "
+                  "has its files open, then delete it again."_s
+                : u"The files of the project \"%1\" could not all be deleted. %2. What is left "
+                  "lies aside and is removed when QV Developer starts again. The project is "
+                  "still in the list: delete it again to take it out."_s;
+        throw QvError(error.number(), {}, what.arg(name, error.description()));
+    };
+    const QString left = trap(explain, [&] { return deleteTree(files, folder, progress); });
+    return {left.isEmpty() ? Outcome::Deleted : Outcome::LeftAside, left};
+}
+
+/// The folder is a real one, and the project in the list is the only one it belongs to.
+void ProjectDeletion::refuseUnlessItsOwn(const QString &name)
+{
+    const QString &server = m_program.session.serverPath;
+    trap([&](const QvError &error) { refuse(name, error.description()); },
+         [&] { existingProjectFolder(m_program.files, server, name); });
+
+    const QList<CatalogueEntry> entries =
+        ProjectCatalogue(m_program.session, m_program.files).entries();
+    bool listed = false;
+    for (const CatalogueEntry &entry : entries) {
+        if (entry.name == name)
+            listed = true;
+        else if (standsFor(entry, u"Docs\\"_s + name, server))
+            refuse(name, u"The project \"%1\" in the list has the same folder, %2"_s.arg(
+                             entry.name, projectFolder(server, name)));
+    }
+    if (!listed)
+        refuse(name, u"It is not in the list of projects any more"_s);
+}
+
+void ProjectDeletion::refuse(const QString &name, const QString &reason) const
+{
+    throw QvError(PathFileAccess, {},
+                  u"The files of the project \"%1\" are not deleted. %2. Nothing was changed. To "
+                  "take it out of the list only, delete it again and answer No when asked about "
+                  "its files."_s.arg(name, reason));
+}

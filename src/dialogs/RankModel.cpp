@@ -1,0 +1,107 @@
+#include "dialogs/RankModel.h"
+
+#include "catalogue/ProjectCatalogue.h"
+#include "platform/SystemLocale.h"
+#include "resources/Texts.h"
+
+using namespace Qt::StringLiterals;
+
+std::optional<int> rankIn(const QString &text, SystemLocale &locale)
+{
+    if (text.contains(u'.') || text.contains(u',') || !locale.isNumeric(text))
+        return std::nullopt;
+    bool ok = false;
+    const double value = text.toDouble(&ok); // "1e3" is numeric too
+    if (!ok || !(value >= 1 && value < 32001))
+        return std::nullopt;
+    return static_cast<int>(value);
+}
+
+RankModel::Row RankModel::rowOf(const QString &entry)
+{
+    const qsizetype mark = entry.lastIndexOf(u'#');
+    Row row{entry.first(mark < 0 ? entry.size() : mark).trimmed(),
+            mark < 0 ? QString() : entry.sliced(mark + 1)};
+    if (row.rank.trimmed().isEmpty())
+        row.rank = defaultRank;
+    return row;
+}
+
+void RankModel::fill(const QStringList &data)
+{
+    beginResetModel();
+    m_rows.clear();
+    for (const QString &entry : data) {
+        if (const Row row = rowOf(entry); !entry.isEmpty() && row.name != favourites)
+            m_rows.append(row);
+    }
+    endResetModel();
+}
+
+QStringList RankModel::entries(SystemLocale &locale) const
+{
+    QStringList all;
+    for (const Row &row : m_rows) {
+        if (row.name.isEmpty())
+            continue;
+        const std::optional<int> rank = rankIn(row.rank.trimmed(), locale);
+        all.append(row.name + u'#' + (rank ? QString::number(*rank) : defaultRank));
+    }
+    return all;
+}
+
+QString RankModel::name(int row) const
+{
+    return m_rows.at(row).name;
+}
+
+int RankModel::rowCount(const QModelIndex &parent) const
+{
+    return parent.isValid() ? 0 : static_cast<int>(m_rows.size());
+}
+
+int RankModel::columnCount(const QModelIndex &parent) const
+{
+    return parent.isValid() ? 0 : ColumnCount;
+}
+
+QVariant RankModel::data(const QModelIndex &index, int role) const
+{
+    const Row &row = m_rows.at(index.row());
+    const bool isName = index.column() == Name;
+    switch (role) {
+    case Qt::DisplayRole:
+        return isName ? row.name + u' ' : row.rank;
+    case Qt::EditRole:
+        return isName ? QVariant() : row.rank;
+    case Qt::ToolTipRole:
+        return isName ? row.name : QVariant();
+    case Qt::AccessibleTextRole:
+        return isName ? row.name : tr("%1, rank %2").arg(row.name, row.rank);
+    default:
+        return {};
+    }
+}
+
+/// Only for screen readers: what is seen in the header are the boxes over it.
+QVariant RankModel::headerData(int section, Qt::Orientation orientation, int role) const
+{
+    if (orientation != Qt::Horizontal || role != Qt::AccessibleTextRole)
+        return {};
+    return text(section == Name ? Text::BookSetNameHeader : Text::RankHeader);
+}
+
+Qt::ItemFlags RankModel::flags(const QModelIndex &index) const
+{
+    return index.column() == Rank ? Qt::ItemIsEnabled | Qt::ItemIsSelectable
+                                  : Qt::ItemFlags(Qt::NoItemFlags);
+}
+
+bool RankModel::setData(const QModelIndex &index, const QVariant &value, int role)
+{
+    if (index.column() != Rank || role != Qt::EditRole)
+        return false;
+    m_rows[index.row()].rank = value.toString();
+    Q_EMIT dataChanged(index, index);
+    return true;
+}

@@ -1,0 +1,161 @@
+#include "dialogs/ProjectDeletion.h"
+#include "platform/TreeWalker.h"
+#include "platform/Xml.h"
+#include "startup/FileHelpers.h"
+#include "support/Errors.h"
+#include "support/OrdinaryUser.h"
+#include "support/TestProgram.h"
+
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+using Outcome = ProjectDeletion::Outcome;
+
+struct World : TestProgram
+{
+    ProjectCatalogue catalogue{session, files};
+    ProjectDeletion deletion{program};
+
+    /// Lists a project with two files, one of them read-only in a read-only folder.
+    void make(const QString &name)
+    {
+        session.projectName = name;
+        catalogue.bCheckQVSelectionforProdName();
+        catalogue.UpdateQVSelection();
+        const QString path = u"S:\\Docs\\"_s + name;
+        FileHelpers(session, files).mbCreateFilePath(path + u"\\Book_A"_s);
+        put(path + u"\\QV_Toc.xml"_s, "toc");
+        put(path + u"\\Book_A\\p.htm"_s, "page");
+        files.setAttributes(path + u"\\Book_A\\p.htm"_s, ReadOnlyFile);
+        files.setAttributes(path + u"\\Book_A"_s, ReadOnlyFile);
+    }
+    /// The listed projects, then everything below Docs, with a mark at what is read-only.
+    QStringList everything()
+    {
+        QStringList found = components.serverProducts.GetAvailableProducts();
+        walkTree(files, u"S:\\Docs"_s, [&](const TreeEntry &entry) {
+            if (!entry.relative.startsWith(u"QV_Selection"_s))
+                found.append(entry.relative + (entry.status.readOnly ? u"!"_s : QString()));
+        });
+        return found;
+    }
+    /// Deletes with a progress that calls `reached` at every step and is stopped when it says so.
+    ProjectDeletion::Result remove(const QString &name, const std::function<bool(int)> &reached)
+    {
+        std::stop_source stop;
+        const auto step = [&](int done, int, auto &) { reached(done) && stop.request_stop(); };
+        return deletion.remove(name, true, {step, stop.get_token()});
+    }
+};
+
+} // namespace
+
+class tst_deletion : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void deletesWithAndWithoutFiles();
+    void refusesWhatIsNotItsOwnFolder();
+    void stops();
+    void leavesTheEntryWhenAFileResists();
+};
+
+void tst_deletion::deletesWithAndWithoutFiles()
+{
+    World world;
+    world.make(u"Keep"_s);
+    world.deletion.remove(u"Keep"_s, false);
+    world.make(u"Other"_s);
+    const QStringList before = world.everything();
+    world.make(u"Plant"_s);
+    QStringList steps;
+    const Progress progress{[&](int done, int total, const QString &what) {
+                                steps.append(u"%1/%2 %3"_s.arg(done).arg(total).arg(what));
+                            },
+                            {}};
+    const OrdinaryUser user;
+    QCOMPARE(world.deletion.remove(u"Plant"_s, true, progress).outcome, Outcome::Deleted);
+    QCOMPARE(steps, (QStringList{u"0/2 "_s, u"1/2 p.htm"_s, u"2/2 QV_Toc.xml"_s}));
+    QCOMPARE(world.everything(), before);
+}
+
+void tst_deletion::refusesWhatIsNotItsOwnFolder()
+{
+    World world;
+    for (const QString &name : {u"Plant"_s, u"Unlisted"_s, u"Linked"_s, u"Pump"_s})
+        world.make(name);
+    QVERIFY(QDir(world.native(u"Docs"_s)).rename(u"Linked"_s, u"../Elsewhere"_s));
+    QVERIFY(QFile::link(world.native(u"Elsewhere"_s), world.native(u"Docs/Linked"_s)));
+    world.deletion.remove(u"Unlisted"_s, false);
+    const QString catalogue = u"S:\\Docs\\QV_Selection.xml"_s;
+    pugi::xml_document list = loadXml(world.files, catalogue, "QV_Selection_List");
+    const pugi::xml_node linked =
+        childWithText(list.document_element().first_child(), "QV", "QV_Name", u"Linked"_s);
+    setText(linked.child("QV_Name"), u"plANT"_s);
+    setText(linked.child("QV_Location"), u"S:\\docs/pump"_s);
+    saveXml(world.files, catalogue, list);
+
+    const QString unsafe = u"This cannot be the name of a folder in S:\\Docs\\"_s;
+    const QString shared = u"The project \"plANT\" in the list has the same folder, S:\\Docs\\"_s;
+    QMap<QString, QString> reasons{
+        {u"Linked"_s, u"The project folder is a link: S:\\Docs\\Linked\\"_s},
+        {u"Unlisted"_s, u"It is not in the list of projects any more"_s},
+        {u"Plant"_s, shared + u"Plant\\"_s},
+        {u"Pump"_s, shared + u"Pump\\"_s}};
+    for (const auto *hostile : {u"", u"..", u"..\\Plant", u"Plant\\..\\..", u"C:\\x", u"Plant.",
+                                u"Plant ", u"NUL.htm", u"Plant\\", u"Plant/Book_A", u"*"})
+        reasons.insert(QString::fromUtf16(hostile), unsafe);
+    const QStringList before = world.everything();
+    for (auto reason = reasons.cbegin(); reason != reasons.cend(); ++reason)
+        QCOMPARE(
+            errorOf([&] { world.deletion.remove(reason.key(), true); }),
+            u"75: The files of the project \"%1\" are not deleted. %2. Nothing was changed. To "
+            "take it out of the list only, delete it again and answer No when asked about its "
+            "files."_s.arg(reason.key(), *reason));
+    QVERIFY(errorOf([&] { world.deletion.remove(u"My Favorites"_s, false); }).startsWith(u"75:"_s));
+    QCOMPARE(world.everything(), before);
+    QVERIFY(QFile::exists(world.native(u"Elsewhere/Book_A/p.htm"_s)));
+}
+
+void tst_deletion::stops()
+{
+    World world;
+    world.make(u"Plant"_s);
+    const QStringList before = world.everything();
+    const auto stopAt = [](int step) { return [step](int done) { return done == step; }; };
+    QVERIFY_THROWS_EXCEPTION(Unwinding, world.remove(u"Plant"_s, stopAt(0)));
+    QCOMPARE(world.everything(), before);
+
+    const auto result = world.remove(u"Plant"_s, stopAt(1));
+    QCOMPARE(result.outcome, Outcome::LeftAside);
+    QCOMPARE(result.leftAside, u"S:\\Docs\\Plant.qvdel1"_s);
+    QVERIFY(world.files.fileExists(result.leftAside + u"\\QV_Toc.xml"_s));
+    removeLeftovers(world.files, u"S:\\Docs"_s);
+    QCOMPARE(world.everything(), QStringList());
+}
+
+void tst_deletion::leavesTheEntryWhenAFileResists()
+{
+    World world;
+    world.make(u"Plant"_s);
+    const auto disturb = [&](int done) {
+        if (done == 1)
+            world.put(u"S:\\Docs\\Plant.qvdel1\\written meanwhile"_s, "x");
+        return false;
+    };
+    QCOMPARE(errorOf([&] { world.remove(u"Plant"_s, disturb); }),
+             u"75: The files of the project \"Plant\" could not all be deleted. The folder cannot "
+             "be deleted: S:\\Docs\\Plant.qvdel1\\ (Directory not empty). What is left lies aside "
+             "and is removed when QV Developer starts again. The project is still in the list: "
+             "delete it again to take it out."_s);
+    QCOMPARE(world.everything().first(), u"Plant"_s);
+    QCOMPARE(world.deletion.remove(u"Plant"_s, true).outcome, Outcome::FolderWasGone);
+    QCOMPARE(world.everything().first(), u"Plant.qvdel1"_s);
+}
+
+QTEST_GUILESS_MAIN(tst_deletion)
+#include "tst_deletion.moc"
