@@ -6,13 +6,21 @@
 //   bench copy SERVER SOURCE NAME        copies a project folder and makes it the new project's
 //   bench copytree SERVER FROM TO        copies a folder below Docs
 //   bench rewrite SERVER FOLDER OLD NEW  rewrites the markers in a folder below Docs; prints
-//   seconds bench import SERVER PROJECT ACRONYM FOLDER   adds source files
+//                                        seconds
+//   bench import SERVER PROJECT ACRONYM FOLDER   adds source files
+//   bench targets|references SERVER [THREADS]    collects the link report; prints the counts
+//   bench show SERVER                    CPU seconds to show the targets once they are collected
+//   bench parse|names|read TIMES FILE|SERVER     reads a file as it comes, lists the projects, or
+//                                        reads the catalogue the checked way, so many times
+//   bench tables SERVER TIMES            merges the tables of contents of all projects
+//   bench append SERVER NAME             lists one more project
+//   bench rank SERVER                    gives every project a rank
+//   bench delete SERVER PROJECT          deletes a project with its files
 // SERVER and FOLDER are native paths.
 
-#include "driver/Console.h"
+#include "ProjectJobs.h"
+#include "Windows.h"
 
-#include "WindowNavigator.h"
-#include "platform/Paths.h"
 #include "platform/TreeWalker.h"
 #include "projectfiles/ProjectCopy.h"
 #include "startup/ContentFiles.h"
@@ -27,35 +35,6 @@
 using namespace Qt::StringLiterals;
 
 namespace {
-
-void number(const char *what, double value, const char *unit)
-{
-    std::printf("%-24s %10.3f %s\n", what, value, unit);
-}
-
-/// The program's windows over a real folder.
-struct Windows
-{
-    Console console{u"/nonexistent"_s};
-    Program program{console.session,  console.files,  console.registry, console.processes,
-                    console.windows,  console.clock,  console.messages, console.dialogs,
-                    console.locale,   console.ending, navigator,        navigator,
-                    console.parts.all};
-    WindowNavigator navigator{program};
-
-    explicit Windows(const QString &server)
-    {
-        console.session.serverPath = withBackslash(console.files.productPath(server));
-        console.parts.registryAccess.SetQVServer(console.session.serverPath);
-        console.registry.setValue(Hive::LocalMachine, RegistryKey::product, u"Client"_s, u"C:\\"_s);
-    }
-};
-
-void settle()
-{
-    for (int round = 0; round < 3; ++round)
-        QCoreApplication::processEvents();
-}
 
 int launcher(const QStringList &arguments)
 {
@@ -132,11 +111,6 @@ int copy(const QStringList &arguments)
     return 0;
 }
 
-QString below(const Windows &windows, const QString &name)
-{
-    return docsFolder(windows.console.session.serverPath) + name;
-}
-
 int copyTree(const QStringList &arguments)
 {
     Windows windows(arguments.at(0));
@@ -179,17 +153,12 @@ int import(const QStringList &arguments)
 
 int main(int argc, char *argv[])
 {
-    struct Job
-    {
-        QLatin1StringView name;
-        qsizetype arguments;
-        bool windows;
-        int (*run)(const QStringList &);
-    };
-    constexpr Job jobs[] = {{"launcher"_L1, 1, true, launcher},  {"open"_L1, 2, true, open},
-                            {"blocked"_L1, 2, true, blocked},    {"copy"_L1, 3, false, copy},
-                            {"copytree"_L1, 3, false, copyTree}, {"rewrite"_L1, 4, false, rewrite},
-                            {"import"_L1, 4, false, import}};
+    constexpr Job own[] = {{"launcher"_L1, 1, true, launcher},  {"open"_L1, 2, true, open},
+                           {"blocked"_L1, 2, true, blocked},    {"copy"_L1, 3, false, copy},
+                           {"copytree"_L1, 3, false, copyTree}, {"rewrite"_L1, 4, false, rewrite},
+                           {"import"_L1, 4, false, import}};
+    QList<Job> jobs(std::begin(own), std::end(own));
+    jobs += projectJobs();
     for (const Job &job : jobs) {
         if (argc < 2 || QLatin1StringView(argv[1]) != job.name || argc < 2 + job.arguments)
             continue;
@@ -202,6 +171,6 @@ int main(int argc, char *argv[])
             return 1;
         }
     }
-    std::fputs("usage: bench launcher|open|blocked|copy|copytree|rewrite|import ...\n", stderr);
+    std::fputs("usage: bench JOB ...; the jobs stand at the top of main.cpp\n", stderr);
     return 64;
 }

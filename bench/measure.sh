@@ -9,7 +9,7 @@ set -euo pipefail
 [ $# -ge 1 ] && [ -f "$1/installations/pair.py" ] || { say "usage: measure.sh TOOLS_FOLDER [JOB]..."; exit 64; }
 tools=$(cd "$1/installations" && pwd)
 shift
-[ $# -gt 0 ] || set -- launcher second open pages blocked copy rewrite import
+[ $# -gt 0 ] || set -- launcher second open pages blocked copy rewrite import links rows tables catalogue delete
 configure_and_build release bench driver qv_tour quovane-developer qvdeveloper peer_dialog peer_empty
 bin=$root/build/release/bin
 work=$(mktemp -d "${MEASURE_DIR:-/dev/shm}/measure-XXXXXX")
@@ -115,6 +115,69 @@ import() {
     echo "== adding $(find "$work/source" -iname '*.htm*' | wc -l) pages against reading, copying and flushing them"
     pair "rm -rf $work/import; cp -a $work/import.new $work/import; $bin/bench import $work/import $(name_of "$work/import") $acronym $work/source" \
         "rm -rf $work/import; cp -a $work/import.new $work/import; rm -rf $work/copied; $work/yardstick read $work/source; $work/yardstick copy $work/source $work/copied; find $work/copied -type f -print0 | xargs -0 sync"
+}
+
+link_servers() {
+    [ -d "$work/L50" ] || make_server "$work/L50" --projects 50 --books 2 --pages 10 --ibd 200 --ibs 200
+    [ -d "$work/L500" ] || make_server "$work/L500" --projects 500 --books 2 --pages 10 --ibd 2000 --ibs 2000
+}
+links() {
+    yardstick
+    link_servers
+    local kind threads
+    for kind in targets references; do
+        for threads in 1 2; do
+            echo "== $kind of 500 projects against the yardstick, $threads thread(s)"
+            pair "$bin/bench $kind $work/L500 $threads" "$work/yardstick links $work/L500 $threads"
+        done
+        echo "== $kind: 500 projects against 50 with a tenth of the links each (100 x the links)"
+        pair "$bin/bench $kind $work/L500 1" "$bin/bench $kind $work/L50 1"
+        "$bin/bench" "$kind" "$work/L500" | tr -s ' '
+        python3 -c 'import json, sys; print("wanted", json.load(open(sys.argv[1] + "/manifest.json"))["expected"])' "$work/L500"
+    done
+}
+rows() {
+    link_servers
+    make_server "$work/L1" --projects 1 --books 1 --pages 1 --ibd 10 --ibs 10 --no-link-file-every 0
+    echo "== showing the targets of 500 projects, and of one with ten"
+    "$bin/bench" show "$work/L500"
+    "$bin/bench" show "$work/L1"
+}
+tables() {
+    yardstick
+    local books
+    for books in 500 1000; do
+        make_server "$work/M$books" --projects 20 --books $books --pages 0 --ibd 0 --ibs 0 --plain-names
+    done
+    echo "== merging the tables of 20 projects with 500 books each against parsing them, ten times"
+    pair "$bin/bench tables $work/M500 10" \
+        "for i in 1 2 3 4 5 6 7 8 9 10; do $work/yardstick parse $work/M500/Docs/*/QV_Toc.xml; done"
+    echo "== 1,000 books each against 500"
+    pair "$bin/bench tables $work/M1000 10" "$bin/bench tables $work/M500 10"
+}
+catalogue() {
+    make_server "$work/C20k" --projects 20000 --catalogue-only
+    local file=$work/C20k/Docs/QV_Selection.xml
+    echo "== listing the names of a catalogue of 20,000 against parsing it, 20 times each"
+    pair "$bin/bench names 20 $work/C20k" "$bin/bench parse 20 $file"
+    echo "== loading it the checked way against parsing it, 20 times each"
+    pair "$bin/bench read 20 $work/C20k" "$bin/bench parse 20 $file"
+    cp "$file" "$work/catalogue"
+    echo "== ranking all 20,000 against appending one"
+    pair "cp $work/catalogue $file; $bin/bench rank $work/C20k" "cp $work/catalogue $file; $bin/bench append $work/C20k New"
+}
+delete() {
+    make_server "$work/gone" --projects 1 --books 200 --pages 100 --page-kb 1 --ibd 0 --ibs 0 --plain-names
+    local name run
+    name=$(name_of "$work/gone")
+    cp -a "$work/gone" "$work/gone.new"
+    echo "== deleting a project of 20,000 pages, ours and rm -rf"
+    for run in $(seq "${RUNS:-7}"); do
+        rm -rf "$work/gone"; cp -a "$work/gone.new" "$work/gone"
+        /usr/bin/time -f "ours %e s wall %U + %S s CPU" "$bin/bench" delete "$work/gone" "$name"
+        rm -rf "$work/gone"; cp -a "$work/gone.new" "$work/gone"
+        /usr/bin/time -f "rm %e s wall %U + %S s CPU" rm -rf "$work/gone/Docs/$name"
+    done
 }
 
 for job in "$@"; do

@@ -1,18 +1,18 @@
 #!/usr/bin/env bash
 # Breaks things on purpose and looks at what is left: bad files, every failing file operation,
 # sudden death, power cuts, several writers. Takes some minutes; not part of the quick tests.
-#   ./scripts/faults.sh TOOLS_FOLDER [badset|sweep|race|fence]...
+#   ./scripts/faults.sh TOOLS_FOLDER [badset|sweep|race|fence|hostile]...
 # TOOLS_FOLDER/faults holds crash_sweep.py, fence_run.py, race_run.py, xml_badset.py and badset_run.py.
 set -euo pipefail
 . "$(dirname "$0")/lib.sh"
 
 [ $# -ge 1 ] && [ -f "$1/faults/crash_sweep.py" ] || {
-    say "usage: faults.sh TOOLS_FOLDER [badset|sweep|race|fence]..."
+    say "usage: faults.sh TOOLS_FOLDER [badset|sweep|race|fence|hostile]..."
     exit 64
 }
 tools=$(cd "$1/faults" && pwd)
 shift
-[ $# -gt 0 ] || set -- badset sweep race fence
+[ $# -gt 0 ] || set -- badset sweep race fence hostile
 configure_and_build release driver
 driver=$root/build/release/bin/driver
 work=$(mktemp -d "${TMPDIR:-/tmp}/faults-XXXXXX")
@@ -28,7 +28,8 @@ check() {
     "$@" || failed+=("$name")
 }
 
-# installation DIR: a small installation with one released project that holds a book and a page.
+# installation DIR: a small installation with a released project that holds a book with pages, and a
+# second one that has the same book and one of its own; links between the two.
 installation() {
     rm -rf "$1"
     mkdir -p "$1/Docs" "$work/pages"
@@ -38,7 +39,25 @@ installation() {
     "${run[@]}" create Base B01 ENU
     "${run[@]}" add-book Base Alpha ALP Book_ALP
     "${run[@]}" import Base ALP "$work/pages"
-    "${run[@]}" add-date Base 2026-01-02
+    "${run[@]}" release Base 2026-01-02
+    "${run[@]}" create Second S01 ENU
+    "${run[@]}" add-book Second Alpha ALP Book_ALP
+    "${run[@]}" import Second ALP "$work/pages"
+    "${run[@]}" add-book Second Gamma GAM Book_GAM
+    link_file Base >"$1/Docs/Base/QV_LinkID.xml"
+    link_file Second >"$1/Docs/Second/QV_LinkID.xml"
+    link_file Base >"$1/Docs/QV_LinkID.xml"
+}
+
+# link_file PROJECT: one target in the project, one that is missing, and a reference to the other.
+link_file() {
+    iconv -f utf-8 -t utf-16 <<X
+<?xml version="1.0" encoding="utf-16"?>
+<LINKS><IBD>
+<ID><LinkID>$1-ONE</LinkID><LinkIDSourceFile>$1\\Book_ALP\\one.htm#top</LinkIDSourceFile></ID>
+<ID><LinkID>$1-GONE</LinkID><LinkIDSourceFile>$1\\Book_ALP\\gone.htm</LinkIDSourceFile></ID>
+</IBD><IBS><USER><LinkID>Base-ONE</LinkID><FilePath>$1\\Book_ALP\\two.htm</FilePath></USER></IBS></LINKS>
+X
 }
 
 sweep() {
@@ -73,6 +92,15 @@ sweep() {
     one "save a page" -- save-page Base ALP one.htm "changed text"
     one "change a book" -- rename-book Base ALP "Alpha two"
     one "delete a book" -- delete-book Base ALP
+    installation "$dir" >/dev/null
+    one "report targets" -- report-ibd
+    one "report references" -- report-ibs
+    one "release a set" -- release Second 2026-01-03
+    one "reopen a set" -- reopen Base
+    one "merge two projects" --steps '*QV_Toc.xml' -- merge Both M01 - Base Second
+    common[-2]="$driver --server $dir list" # a project that is on its way out cannot be opened
+    one "take a project out of the list" -- unmerge Base
+    one "delete a project" -- delete Base yes
 }
 
 race() {
@@ -94,13 +122,36 @@ P
             "$driver" --server "$dir" append 'P{job}-{i}' 'I{job}-{i}' ENU
     }
     appends "2 x 1,000 appends" race --jobs 2 --times 1000
+    cat >"$work/turn.sh" <<T
+set -e
+run() { $driver --server $work/mixed "\$@"; }
+run append P\$1-\$2 I\$1-\$2 ENU
+run rank "P\$1-\$2#\$((\$2 + 1))"
+[ "\$2" -eq 1 ] || run delete P\$1-\$((\$2 - 1)) no
+T
+    cat >"$work/left.py" <<'P'
+import re, sys
+text = open(sys.argv[2], "rb").read().decode("utf-16")
+left = {name: rank for rank, name in re.findall(r'<QV_Name[^>]*Rank="(\d+)"[^>]*>([^<]*)</QV_Name>', text)}
+last = {}
+for line in open(sys.argv[1]):
+    job, turn = map(int, line.split())
+    last[job] = max(turn, last.get(job, 0))
+wanted = {"P%d-%d" % (job, turn): str(turn + 1) for job, turn in last.items()}
+print("left: %s, wanted: %s" % (left, wanted))
+sys.exit(0 if left == wanted else 1)
+P
+    mkdir -p "$work/mixed/Docs"
+    check "race: appending, ranking and deleting" python3 "$tools/race_run.py" --jobs 2 --times 200 \
+        --check "python3 $work/left.py \"\$RACE_DONE\" $work/mixed/Docs/QV_Selection.xml" -- \
+        bash "$work/turn.sh" '{job}' '{i}'
     appends "with killed writers" killed --jobs 3 --times 100 --kill 0.3 --kill-within 0.02 --timeout 15
 }
 
 badset() {
     python3 "$tools/xml_badset.py" "$work/bad" >/dev/null
     check "bad files" python3 "$tools/badset_run.py" "$work/bad" --only catalogue --only status \
-        --only toc --only book -- "$driver" read '{kind}' '{file}'
+        --only toc --only book --only linkid -- "$driver" read '{kind}' '{file}'
 }
 
 # The program's work on an installation stays inside it.
@@ -111,6 +162,11 @@ fence() {
         "$driver" --server "$dir" --date 2026-01-02 copy Base Twin T01 ENU
     check "fence: delete a book" python3 "$tools/fence_run.py" --allow "$dir" -- \
         "$driver" --server "$dir" --date 2026-01-02 delete-book Base ALP
+}
+
+# Names and paths in the files that lead elsewhere.
+hostile() {
+    check "hostile values" python3 "$root/scripts/hostile.py" "$tools/.." "$driver"
 }
 
 mkdir -p "$work/more"

@@ -1,9 +1,7 @@
 #include "Tour.h"
 
-#include "catalogue/CatalogueLock.h"
+#include "catalogue/ProjectCatalogue.h"
 #include "components/RegistryAccess.h"
-#include "platform/Paths.h"
-#include "platform/Xml.h"
 #include "startup/FormWindow.h"
 #include "startup/StartUp.h"
 
@@ -34,6 +32,11 @@ void ToldProcesses::openText(const QString &path)
     std::printf("    (would open %s)\n", qUtf8Printable(path));
 }
 
+void ToldProcesses::openPage(const QString &path)
+{
+    openText(path);
+}
+
 Tour::Tour(TourWorld &world, Camera &camera, const QDir &documentation, const QDir &ownPages)
     : m_world(world)
     , m_camera(camera)
@@ -59,6 +62,12 @@ void Tour::play()
     deleteBook();
     leaveForLauncher();
     copyProject();
+    createSecondProject();
+    rankBookSets();
+    mergeProjects();
+    reportLinks();
+    reopenSet();
+    deleteProject();
     leave();
 }
 
@@ -88,6 +97,20 @@ void Tour::answer(const QString &button, const QString &picture, const QString &
                 return one->click();
         }
         tourFails(u"There is no button "_s + button);
+    });
+}
+
+void Tour::answerAll(const QStringList &buttons)
+{
+    if (buttons.isEmpty())
+        return;
+    whenModal([=, this](QWidget *box) {
+        QTimer::singleShot(300, qApp, [=, this] { answerAll(buttons.sliced(1)); });
+        for (QAbstractButton *one : box->findChildren<QAbstractButton *>()) {
+            if (one->text().remove(u'&') == buttons.first())
+                return one->click();
+        }
+        tourFails(u"There is no button "_s + buttons.first());
     });
 }
 
@@ -219,21 +242,11 @@ void Tour::leaveForLauncher()
     m_camera.take(window(Form::SelPrjType), u"launcher-again"_s, u"Back in the launcher"_s);
 }
 
-/// A set is released at the end of a build, which is not on this tour: the date is written here.
-void releaseSet(TourWorld &world, const QString &name)
-{
-    const QString path = cataloguePath(world.session.serverPath);
-    const CatalogueLock lock(world.files, path);
-    const pugi::xml_document document = loadXml(world.files, path, "QV_Selection_List");
-    const pugi::xml_node entry =
-        childWithText(document.document_element().child("QVs"), "QV", "QV_Name", name);
-    setAttribute(entry.child("QV_Name"), "AddDate", world.clock.now().date().toString(Qt::ISODate));
-    saveXml(world.files, path, document);
-}
-
 void Tour::copyProject()
 {
-    releaseSet(m_world, u"Plant 300"_s);
+    // A set is released at the end of a build, which is not on this tour.
+    ProjectCatalogue(m_world.session, m_world.files)
+        .release(u"Plant 300"_s, m_world.clock.now().date());
     click(window(Form::SelPrjType), "cmdAddNewProject");
     QWidget *wizard = window(Form::SelPrjTypetoAdd);
     click(wizard, "optSelPrjTypetoAdd_1");
@@ -257,15 +270,4 @@ void Tour::copyProject()
     pages->setCurrentIndex(pages->model()->index(0, 0));
     settle(300);
     m_camera.take(main, u"copied-project"_s, u"The copied project"_s);
-}
-
-void Tour::leave()
-{
-    QWidget *main = window(Form::MainUI);
-    answer(u"OK"_s, u"not-built-again"_s, u"The changes still wait for a build"_s);
-    QTimer::singleShot(400, qApp, [this] {
-        answer(u"Yes"_s, u"close-program"_s, u"The question before the program ends"_s);
-    });
-    child<QAction>(main, "mnuExit")->trigger();
-    settle(200);
 }

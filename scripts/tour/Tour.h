@@ -5,7 +5,8 @@
 
 class FormWindow;
 
-/// The path an author walks from the first start to an edited project, through the real windows.
+/// The path an author walks, through the real windows: from the first start to an edited project,
+/// and through the life of whole projects.
 class Tour
 {
 public:
@@ -23,12 +24,25 @@ private:
     void leaveForLauncher();
     void copyProject();
     void deleteBook();
+
+    // TourLifeCycle.cpp: whole projects
+    void createSecondProject();
+    void rankBookSets();
+    void mergeProjects();
+    void reportLinks();
+    void reopenSet();
+    void deleteProject();
     void leave();
 
     [[nodiscard]] QWidget *window(Form form);
     void click(QWidget *window, const char *button);
     /// Presses the button with this text in the next message box, taking a picture first.
     void answer(const QString &button, const QString &picture, const QString &caption);
+    /// Presses these buttons in the message boxes that come one after the other.
+    void answerAll(const QStringList &buttons);
+    void backToLauncher(const QStringList &answers);
+    void putLinkFile(const QString &project, const QStringList &targets,
+                     const QStringList &references);
     [[nodiscard]] QString pagesOf(const QString &book) const;
 
     TourWorld &m_world;

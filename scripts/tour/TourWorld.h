@@ -19,6 +19,7 @@ class ToldProcesses final : public Processes
 public:
     void start(const QString &program, const QStringList &arguments) override;
     void openText(const QString &path) override;
+    void openPage(const QString &path) override;
 };
 
 class NoOtherWindows final : public DesktopWindows
@@ -40,6 +41,7 @@ public:
     {
         return {next};
     }
+    QString saveFile(const QString &, const QString &, const QString &) override { return next; }
     QString chooseFolder(const QString &, const QString &) override { return next; }
 };
 
