@@ -6,6 +6,7 @@
 #include "dialogs/ProjectCreation.h"
 #include "platform/Paths.h"
 #include "projectfiles/BookFile.h"
+#include "reports/LinkIdFile.h"
 #include "resources/Texts.h"
 #include "tools/SourceImport.h"
 
@@ -61,6 +62,26 @@ BookPage pageOf(ProjectSession &session, const TocBook &book, const QString &fil
     throw QvError(FileNotFound, {}, u"There is no page "_s + file);
 }
 
+/// The entries of a link file, which counts as empty when it cannot be read.
+int readLinks(Console &console, const QString &file)
+{
+    struct Counter final : LinkVisitor
+    {
+        int entries = 0;
+        void identifier(QStringView) override {}
+        void path(QStringView) override {}
+        void entryEnds() override { ++entries; }
+    } counter;
+    return trap([](const QvError &) {},
+                [&] {
+                    readLinkIdFile(console.files, console.parts.nameRules, file,
+                                   {&counter, &counter, nullptr}, {});
+                    return counter.entries > 0;
+                })
+               ? read
+               : empty;
+}
+
 /// Shows one file of any folder as the catalogue, or as a file of a project or of a book.
 int readFile(Console &console, const QStringList &arguments)
 {
@@ -90,6 +111,8 @@ int readFile(Console &console, const QStringList &arguments)
         printLine({book.name, book.acronym, book.key, book.path});
         return read;
     }
+    if (kind == "linkid"_L1)
+        return readLinks(console, console.files.productPath(arguments.at(1)));
     docsIs(above);
     useProject(console, {QFileInfo(folder).fileName()});
     if (kind == "toc"_L1) {
@@ -241,7 +264,7 @@ int verify(Console &console, const QStringList &)
 QList<Command> commands()
 {
     QList<Command> all{
-        {u"read"_s, 2, u"catalogue|status|toc|book FILE"_s, readFile},
+        {u"read"_s, 2, u"catalogue|status|toc|book|linkid FILE"_s, readFile},
         {u"list"_s, 0, {}, list},
         {u"append"_s, 3, u"NAME ID LANGUAGE"_s, append},
         {u"rank"_s, 1, u"NAME#RANK..."_s, rank},
