@@ -71,7 +71,10 @@ void tst_catalogue::growsFromNothing()
     QCOMPARE(world.catalogue.GetProdQVSelection_All(), QStringList(2));
     QCOMPARE(world.catalogue.GetProdQVSelection_Data(), QStringList(1));
     world.catalogue.UpdateQVSelection();
-    world.catalogue.UpdateRankInSelectionFile(*world.parts.ranking, {u"Plant#1"_s});
+    const auto rank = [&] {
+        world.catalogue.UpdateRankInSelectionFile(*world.parts.ranking, {u"Plant#1"_s});
+    };
+    QCOMPARE(errorOf(rank), u"53: 53: File not found: "_s + cataloguePathText);
     QVERIFY(world.catalogue.entries().isEmpty() && !world.files.exists(cataloguePathText));
 
     QVERIFY(world.catalogue.bCheckQVSelectionforProdName());
@@ -141,13 +144,14 @@ void tst_catalogue::storesRanksAndKeepsTheRest()
     world.parts.ranking->UpdateProjectRank(u"Other"_s, u"1"_s);
     QCOMPARE(world.catalogue.entries().last().rank, u"1"_s);
 
-    const QByteArray before = world.bytes(cataloguePathText);
-    QVERIFY(xmlText(before).contains(foreign));
+    QVERIFY(xmlText(world.bytes(cataloguePathText)).contains(foreign));
     const QvError error = raisedBy([&] {
-        world.catalogue.UpdateRankInSelectionFile(*world.parts.ranking, {u"Plant#8"_s, u"Other"_s});
+        world.catalogue.UpdateRankInSelectionFile(*world.parts.ranking,
+                                                  {u"Plant#8"_s, u"Other"_s, u"Other#2"_s});
     });
     QCOMPARE(error.description(), u"5: This entry has no rank: Other"_s);
-    QCOMPARE(world.bytes(cataloguePathText), before);
+    QCOMPARE(world.catalogue.GetProdQVSelection_Data().sliced(2),
+             (QStringList{u"Plant#8"_s, u"Line #2#32000"_s, u"Other#1"_s}));
 }
 
 void tst_catalogue::leavesABrokenFileAlone()

@@ -142,6 +142,22 @@ void tst_deletion::leavesTheEntryWhenAFileResists()
 {
     World world;
     world.make(u"Plant"_s);
+    const QString book = u"S:\\Docs\\Plant\\Book_A"_s;
+    const QStringList before = world.everything();
+    world.files.setAttributes(book, 0);
+    const auto lock = [&](int done) {
+        if (done == 0)
+            world.files.setAttributes(book, ReadOnlyFile);
+        return false;
+    };
+    {
+        const OrdinaryUser user;
+        const QString said = errorOf([&] { world.remove(u"Plant"_s, lock); });
+        QVERIFY2(said.contains(book + u"\\p.htm (Permission denied). Nothing was changed."_s),
+                 qPrintable(said));
+    }
+    QCOMPARE(world.everything(), before);
+
     const auto disturb = [&](int done) {
         if (done == 1)
             world.put(u"S:\\Docs\\Plant.qvdel1\\written meanwhile"_s, "x");
@@ -149,9 +165,10 @@ void tst_deletion::leavesTheEntryWhenAFileResists()
     };
     QCOMPARE(errorOf([&] { world.remove(u"Plant"_s, disturb); }),
              u"75: The files of the project \"Plant\" could not all be deleted. The folder cannot "
-             "be deleted: S:\\Docs\\Plant.qvdel1\\ (Directory not empty). What is left lies aside "
-             "and is removed when QV Developer starts again. The project is still in the list: "
-             "delete it again to take it out."_s);
+             "be deleted: S:\\Docs\\Plant.qvdel1\\ (Directory not empty). What is left lies aside. "
+             "The project is still in the list: delete it again to take it out. The next start of "
+             "QV Developer then removes what is left."_s);
+    removeLeftovers(world.files, u"S:\\Docs"_s, {u"Plant"_s}); // kept as long as it is listed
     QCOMPARE(world.everything().first(), u"Plant"_s);
     QCOMPARE(world.deletion.remove(u"Plant"_s, true).outcome, Outcome::FolderWasGone);
     QCOMPARE(world.everything().first(), u"Plant.qvdel1"_s);

@@ -162,7 +162,7 @@ void tst_linkreport::looksForTargets()
                           u"Plant\\Book"_s,
                           u"Plant\\Book\\"_s,
                           u"Plant\\Book\\a.htm\\"_s,
-                          u"Plant\\None\\a.htm"_s,
+                          u"None\\"_s.repeated(60'000) + u"a.htm"_s,
                           u"Plant\\Book\\a.htm\\a.htm"_s,
                           u"Plant\\Book\\empty.htm"_s,
                           u"Plant\\Book\\cr.htm"_s,

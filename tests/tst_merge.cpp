@@ -89,6 +89,7 @@ private Q_SLOTS:
     void readsDates();
     void mergesSharedBooks();
     void followsRenamedFolders();
+    void bringsWhatBooksShare();
     void joinsCategoriesAndLinks();
     void refusesBeforeAnythingIsMade();
     void leavesHostileFoldersAlone();
@@ -186,6 +187,7 @@ void tst_merge::followsRenamedFolders()
     MergeWorld world;
     ProjectFiles base = world.project(u"A"_s, QDate(2024, 1, 2));
     ProjectFiles other = world.project(u"B"_s, QDate(2024, 1, 1));
+    const QString full = QString(127, u'\u00FC') + u'x'; // 255 bytes
     base.addBook(u"Pumps"_s, u"P&1"_s);
     base.addBook(u"Whole"_s, u"W"_s);
     other.addBook(
@@ -196,7 +198,9 @@ void tst_merge::followsRenamedFolders()
     other.addBook(
         u"Belts"_s, u"BLT"_s,
         {{u"links.htm"_s, "<a href=\"../Book_p%261/page.htm#a\"><img src='sub/..\\../Book_p"
-                          "&amp;1/i.png'><a href='../../**B**/Book_p&1/page.htm'>"},
+                          "&amp;1/i.png'><a href='../../**B**/Book_p&1/page.htm'>"
+                          "<a href='../"
+                              + full.toUtf8() + "/a.htm'>"},
          {u"based.htm"_s, "<base href='../Book_p&1/'><a href='../Book_p&1/page.htm'>"},
          {u"plain.htm"_s, plain}});
     world.put(other.folder + u"Book_BLT\\s.css"_s, "p { background: url(../Book_p&1/i.png) }");
@@ -207,12 +211,13 @@ void tst_merge::followsRenamedFolders()
     // A book in a folder of another book, and one in a folder that is a book of the base project.
     TableOfContents contents(world.session, world.files);
     BookFile books(world.session, world.files);
-    for (const QString &folder : {u"Book_BLT\\Inner"_s, u"Book_W\\Deep"_s, u"Book_W\\More"_s}) {
+    for (const QString &folder :
+         {u"Book_BLT\\Inner"_s, u"Book_W\\Deep"_s, u"Book_W\\More"_s, full}) {
         const TocBook book{folder, folder, u"B"_s, folder, u"Book.xml"_s, {}, {}};
         books.write(u"B"_s, book, {});
         contents.addBook(u"B"_s, book);
     }
-
+    world.files.makeFolder(base.folder + full);
     world.put(other.folder + ProjectFile::links,
               xmlFile(u"<LINKS><IBS><USER><LinkID>L</LinkID><FilePath>B\\book_w/Deep\\a.htm"
                       "</FilePath></USER></IBS></LINKS>"_s));
@@ -226,15 +231,17 @@ void tst_merge::followsRenamedFolders()
         (void)books.read(u"Both"_s, book);
     }
     QCOMPARE(folders, (QStringList{u"Book_P&1"_s, u"Book_W"_s, u"Book_p&11"_s, u"Book_BLT"_s,
-                                   u"Book_BLT\\Inner"_s, u"Book_W1\\Deep"_s, u"Book_W1\\More"_s}));
+                                   u"Book_BLT\\Inner"_s, u"Book_W1\\Deep"_s, u"Book_W1\\More"_s,
+                                   full.chopped(1) + u'1'}));
     QCOMPARE(world.below(world.merged + u"Book_W"_s), QStringList{u"Book_W.xml"_s});
-    QCOMPARE(told(result, Kind::FolderRenamed).size(), 3);
+    QCOMPARE(told(result, Kind::FolderRenamed).size(), 4);
 
     QCOMPARE(world.page(u"Book_p&11\\start.htm"_s),
              u"<a href='page.htm'>own</a> <a href='../book_P&amp;11/page.htm'>"_s);
     QCOMPARE(world.page(u"Book_BLT\\links.htm"_s),
              u"<a href=\"../Book_p%2611/page.htm#a\"><img src='sub/..\\../Book_p&amp;11/i.png'>"
-             "<a href='../../**Both**/Book_p&11/page.htm'>"_s);
+             "<a href='../../**Both**/Book_p&11/page.htm'><a href='../"_s
+                 + u"%C3%BC"_s.repeated(127) + u"1/a.htm'>"_s);
     QVERIFY(world.files.status(world.merged + u"Book_BLT\\links.htm"_s).readOnly);
     QCOMPARE(world.page(u"Book_p&11\\sub\\s.htm"_s), u"<a href='../page.htm'>"_s);
     QCOMPARE(world.page(u"Book_BLT\\plain.htm"_s), QString::fromLatin1(plain));
@@ -243,6 +250,52 @@ void tst_merge::followsRenamedFolders()
     QCOMPARE(told(result, Kind::LinksUnchanged),
              QStringList{u"B  The page has a base address: "_s + world.merged
                          + u"Book_BLT\\based.htm"_s});
+}
+
+void tst_merge::bringsWhatBooksShare()
+{
+    MergeWorld world;
+    ProjectFiles base = world.project(u"A"_s, QDate(2024, 1, 3));
+    ProjectFiles other = world.project(u"B"_s, QDate(2024, 1, 2));
+    ProjectFiles third = world.project(u"C"_s, QDate(2024, 1, 1));
+    base.addBook(u"One"_s, u"X"_s);
+    other.addBook(u"Two"_s, u"X"_s);
+    third.addBook(u"Three"_s, u"Y"_s);
+    const auto put = [&](const ProjectFiles &project, const QString &name, const char *bytes) {
+        const QString path = project.folder + name;
+        if (!world.files.folderExists(parentFolder(path)))
+            world.files.makeFolder(parentFolder(path));
+        world.put(path, bytes);
+    };
+    put(base, u"Images\\logo.png"_s, "A");
+    put(base, u"Images\\same.png"_s, "=");
+    put(base, u"legal.htm"_s, "see **A**");
+    put(other, u"legal.htm"_s, "see **B**"); // the same once it is merged
+    put(other, u"images\\LOGO.png"_s, "B");
+    put(other, u"images\\same.png"_s, "=");
+    put(other, u"images\\own.png"_s, "own");
+    put(other, u"Frames\\menu.htm"_s, "<a href='../Book_X/p.htm'>**B**");
+    for (const auto &products :
+         {u"QV_Extra.xml"_s, u"B_QA_Log.txt"_s, u"QVB_Server.Zip"_s, u"x.xml.lock"_s,
+          u"docTodoc\\d.htm"_s, u"_Backup\\b.htm"_s, u"Shared.qvnew\\s.htm"_s})
+        put(other, products, "B");
+    put(third, u"Frames"_s, "no folder");
+    put(third, u"BOOK_x1\\left.png"_s, "of no book here");
+
+    const MergeResult result = world.merge({u"A"_s, u"B"_s, u"C"_s});
+    const QString there = u"  Something else is there already, and pages may show that instead: "_s;
+    QCOMPARE(told(result, Kind::NotCopied),
+             (QStringList{u"B"_s + there + u"Images\\logo.png"_s, u"C"_s + there + u"Book_X1"_s,
+                          u"C"_s + there + u"Frames"_s}));
+    QCOMPARE(world.below(world.merged),
+             (QStringList{u"Book_X"_s, u"Book_X1"_s, u"Book_Y"_s, u"Frames"_s, u"Images"_s,
+                          u"Merge_Log.txt"_s, u"QV_BookCategories.xml"_s, u"QV_LinkID.xml"_s,
+                          u"QV_StatusIndicators.xml"_s, u"QV_Toc.xml"_s, u"Shared.qvnew"_s,
+                          u"legal.htm"_s}));
+    QCOMPARE(world.bytes(world.merged + u"Images\\logo.png"_s), "A"_ba);
+    QCOMPARE(world.bytes(world.merged + u"Images\\own.png"_s), "own"_ba);
+    QCOMPARE(world.page(u"Frames\\menu.htm"_s), u"<a href='../Book_X1/p.htm'>**Both**"_s);
+    QCOMPARE(world.below(world.merged + u"Book_X1"_s), QStringList{u"Book_X.xml"_s});
 }
 
 void tst_merge::joinsCategoriesAndLinks()
@@ -352,8 +405,9 @@ void tst_merge::stopLeavesNothing()
     MergeWorld world;
     world.project(u"A"_s, QDate(2024, 1, 2)).addBook(u"One"_s, u"ONE"_s, {{u"one.htm"_s, "x"}});
     world.project(u"B"_s, QDate(2024, 1, 1)).addBook(u"Two"_s, u"TWO"_s, {{u"two.htm"_s, "x"}});
+    world.put(u"S:\\Docs\\B\\shared.css"_s, "x");
     const QStringList before = world.below(u"S:\\Docs"_s);
-    for (const QString &file : {u"one.htm"_s, u"two.htm"_s, u"Both"_s}) {
+    for (const QString &file : {u"one.htm"_s, u"two.htm"_s, u"shared.css"_s, u"Both"_s}) {
         std::stop_source source;
         QVERIFY_THROWS_EXCEPTION(Unwinding, world.merge({u"A"_s, u"B"_s}, stopAt(source, file)));
         QVERIFY(source.stop_requested());

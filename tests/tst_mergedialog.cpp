@@ -185,9 +185,12 @@ void tst_mergedialog::staysUntilTheAuthorLeaves()
 
     desk.files.makeFolder(u"S:\\Docs\\Coast"_s);
     desk.files.makeFolder(u"S:\\Docs\\Coast\\Old"_s);
-    desk.messages.choices = {1}; // Cancel: there is nothing that could be listed again
+    desk.messages.choices = {2}; // Cancel
     click(desk.form, "cmdMergeContinue");
     QVERIFY(desk.messages.shown.last().contains("S:\\Docs\\Coast is already there"_L1));
+    desk.messages.choices = {0}; // List It Again, which takes a project
+    click(desk.form, "cmdMergeContinue");
+    QVERIFY(desk.messages.shown.last().contains("Coast\\QV_Toc.xml"_L1));
     QVERIFY(desk.files.folderExists(u"S:\\Docs\\Coast\\Old"_s) && desk.form->isVisible());
 
     QTest::keyClick(desk.form, Qt::Key_Escape); // asks; no answer means No

@@ -13,8 +13,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr auto defaultRank = "500"_L1;
-
 bool holdsProject(const pugi::xml_document &catalogue, const QString &name,
                   Qt::CaseSensitivity sensitivity)
 {
@@ -197,7 +195,8 @@ void ProjectCatalogue::setAddDate(const QString &name, const QString &date)
     const pugi::xml_document catalogue = loadCatalogue(m_files, path());
     const QList<pugi::xml_node> listed = entriesOf(catalogue, name);
     if (name == favourites || listed.isEmpty())
-        throw QvError(InvalidCall, {}, u"The list of projects has no project "_s + name);
+        throw QvError(InvalidCall, {},
+                      u"The project \"%1\" is not in the list of projects any more"_s.arg(name));
     for (const pugi::xml_node &entry : listed)
         setAttribute(entry.child("QV_Name"), "AddDate", date);
     saveXml(m_files, path(), catalogue);
@@ -205,8 +204,8 @@ void ProjectCatalogue::setAddDate(const QString &name, const QString &date)
 
 void ProjectCatalogue::remove(const QString &name)
 {
-    if (name == favourites || !m_files.exists(path()))
-        return;
+    if (name.isEmpty() || name == favourites || !m_files.exists(path()))
+        return; // entries without a name are nobody's to remove
     const CatalogueLock lock(m_files, path());
     const pugi::xml_document catalogue = loadCatalogue(m_files, path());
     const QList<pugi::xml_node> listed = entriesOf(catalogue, name);

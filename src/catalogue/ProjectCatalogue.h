@@ -12,6 +12,7 @@
 #include <memory>
 
 inline constexpr QLatin1StringView favourites{"My Favorites"};
+inline constexpr QLatin1StringView defaultRank{"500"};
 
 /// One entry of the catalogue, as stored.
 struct CatalogueEntry

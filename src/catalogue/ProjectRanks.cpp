@@ -13,20 +13,6 @@ namespace {
 
 using Ranks = QHash<QString, QString>;
 
-/// Names and ranks of "<name>#<rank>" entries; a name may hold "#" itself. Empty entries are none.
-Ranks ranksOf(const QStringList &items)
-{
-    Ranks ranks;
-    for (const QString &item : items) {
-        const qsizetype mark = item.lastIndexOf(u'#');
-        if (mark < 0 && !item.isEmpty())
-            throw QvError(InvalidCall, {}, u"This entry has no rank: "_s + item);
-        if (mark >= 0)
-            ranks.insert(item.first(mark).trimmed(), item.sliced(mark + 1));
-    }
-    return ranks;
-}
-
 class CatalogueRanking final : public ProjectRanking
 {
 public:
@@ -40,7 +26,7 @@ public:
     {
         store({{name.trimmed(), rank}});
     }
-    void UpdateProjectRanks(const QStringList &items) override { store(ranksOf(items)); }
+    void UpdateProjectRanks(const QStringList &items) override;
 
 private:
     void store(const Ranks &ranks);
@@ -49,12 +35,30 @@ private:
     FileSystem &m_files;
 };
 
+// A name may hold "#" itself; empty entries are none.
+void CatalogueRanking::UpdateProjectRanks(const QStringList &items)
+{
+    Ranks ranks;
+    for (const QString &item : items) {
+        const qsizetype mark = item.lastIndexOf(u'#');
+        if (mark >= 0) {
+            ranks.insert(item.first(mark).trimmed(), item.sliced(mark + 1));
+        } else if (!item.isEmpty()) {
+            store(ranks); // what stands before it counts
+            throw QvError(InvalidCall, {}, u"This entry has no rank: "_s + item);
+        }
+    }
+    store(ranks);
+}
+
 void CatalogueRanking::store(const Ranks &ranks)
 {
-    const QString path = cataloguePath(m_session.serverPath);
-    if (ranks.isEmpty() || !m_files.exists(path))
+    if (ranks.isEmpty())
         return;
 
+    const QString path = cataloguePath(m_session.serverPath);
+    if (!m_files.exists(path))
+        throw QvError(FileNotFound, {}, u"File not found: "_s + path);
     const CatalogueLock lock(m_files, path);
     const pugi::xml_document catalogue = loadCatalogue(m_files, path);
     for (const pugi::xpath_node &entry : allNames(catalogue)) {

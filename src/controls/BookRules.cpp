@@ -1,6 +1,7 @@
 #include "controls/BookRules.h"
 
 #include "platform/Paths.h"
+#include "projectfiles/ProductFolders.h"
 
 #include <algorithm>
 #include <array>
@@ -9,12 +10,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 constexpr std::array reservedNames{"DynamicHelp"_L1, "Global Information"_L1};
-constexpr std::array reservedFolders{ProjectFile::globalFolder,
-                                     ProjectFile::backupFolder,
-                                     "DocToDoc"_L1,
-                                     "DynamicHelp"_L1,
-                                     "QuickNav"_L1,
-                                     "Search_Words"_L1};
 
 bool isSame(const QString &a, QAnyStringView b)
 {
@@ -24,7 +19,8 @@ bool isSame(const QString &a, QAnyStringView b)
 template <typename List>
 bool holds(const List &list, const QString &text)
 {
-    return std::any_of(list.begin(), list.end(), [&](auto entry) { return isSame(text, entry); });
+    return std::any_of(std::begin(list), std::end(list),
+                       [&](auto entry) { return isSame(text, entry); });
 }
 
 const TocBook *bookWith(const QList<TocBook> &books, QString TocBook::*member, const QString &value)
@@ -94,7 +90,7 @@ QString BookRules::folderProblem(const QString &folder, const QList<TocBook> &ot
         return problem;
     if (folder.contains('#'_L1) || folder.contains('%'_L1) || !isSafeName(folder))
         return u"A book folder cannot be named \"%1\"."_s.arg(folder);
-    if (holds(reservedFolders, folder))
+    if (holds(productFolders, folder))
         return u"The product keeps files of its own in \"%1\"."_s.arg(folder);
     if (const TocBook *taken = bookWith(others, &TocBook::folder, folder))
         return u"The book \"%1\" uses this folder already."_s.arg(taken->name);

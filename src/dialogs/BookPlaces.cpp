@@ -12,13 +12,33 @@ std::optional<QString> relativeBookFolder(const QString &stored)
     return withoutBackslash(inside->sliced(2));
 }
 
+QSet<QString> foldedBookFolders(const QStringList &stored)
+{
+    QSet<QString> folders;
+    for (const QString &folder : stored) {
+        if (const auto relative = relativeBookFolder(folder))
+            folders.insert(relative->toCaseFolded());
+    }
+    return folders;
+}
+
+namespace {
+
+constexpr qsizetype longestName = 255; // bytes
+
+/// A name that is full gives up its end for the number.
+QString numbered(const QString &path, const QString &number)
+{
+    return parentFolder(path) + shortened(lastComponent(path), longestName - number.size())
+           + number;
+}
+
+} // namespace
+
 BookPlaces::BookPlaces(FileSystem &files, const QString &folder, const QStringList &bookFolders)
     : m_index(files, folder)
+    , m_books(foldedBookFolders(bookFolders))
 {
-    for (const QString &stored : bookFolders) {
-        if (const auto relative = relativeBookFolder(stored))
-            m_books.insert(relative->toCaseFolded());
-    }
 }
 
 void BookPlaces::startProject()
@@ -50,7 +70,7 @@ QString BookPlaces::pieceAt(const QString &from, const QString &candidate, bool 
     QString place = candidate;
     if (isLast ? isTaken(candidate) : !isOpen(candidate)) {
         for (int number = 1; isTaken(place); ++number)
-            place = candidate + QString::number(number);
+            place = numbered(candidate, QString::number(number));
         m_renamed.insert(from, place);
     }
     m_places.insert(key, place);

@@ -11,9 +11,12 @@
 /// leaves the project.
 std::optional<QString> relativeBookFolder(const QString &stored);
 
+/// Those of many that lie in the project, without case.
+QSet<QString> foldedBookFolders(const QStringList &stored);
+
 /// Where the book folders of other projects go in a merged project. A name that is taken there,
-/// without regard to case, gets the first free number behind it. So does a folder on the way that
-/// is a book of another project.
+/// without regard to case, gets the first free number behind it, for which a full one gives up its
+/// end. So does a folder on the way that is a book of another project.
 class BookPlaces final
 {
 public:

@@ -26,7 +26,7 @@ struct MergeFinding
         FolderRenamed,  ///< the folder's name was taken
         LinksUnchanged, ///< links into a renamed folder that could not be looked at or changed
         CategoryLeftOut,
-        NotCopied,  ///< listed, but its files are not there, or not all of them
+        NotCopied,  ///< files that a book has or may use are not there, or others are
         Unreadable, ///< a file that was kept as it is
         LinkFile,   ///< what merging the link files had to say
     };

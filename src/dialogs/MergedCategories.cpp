@@ -19,7 +19,7 @@ void MergedCategories::GetCategories(const MergeSource &source)
 {
     for (const pugi::xpath_node &category : source.toc.select_nodes("//Book_Category")) {
         const QString name = textOf(category.node());
-        if (m_seen.contains(name))
+        if (name.trimmed().isEmpty() || m_seen.contains(name))
             continue;
         m_seen.insert(name);
         if (m_accumulator.contains(name, Qt::CaseInsensitive))

@@ -7,14 +7,14 @@ using namespace Qt::StringLiterals;
 
 NameClaim::NameClaim(FileSystem &files, const QString &folder)
     : m_files(files)
-    , m_path(folder + u".qvnew.lock"_s)
+    , m_path(parentFolder(folder) + shortened(lastComponent(folder), 240) + u".qvnew.lock"_s)
     , m_lock(files.lock(m_path, parentFolder(folder), {}))
 {
     if (!m_lock)
         throw QvError(
             PermissionDenied, {},
-            u"Another author's QV Developer is just making the project %1. Choose another "
-            "name, or try again when it is done. The file that it holds is %2"_s.arg(
+            u"Another author's QV Developer is just making or deleting the project %1. Try "
+            "again when it is done, or choose another name. The file that it holds is %2"_s.arg(
                 lastComponent(folder), m_path));
 }
 

@@ -6,8 +6,9 @@
 
 #include <memory>
 
-/// Held while a project is made, so that two authors never make one of the same name at the same
-/// time. An operating-system lock on "<project folder>.qvnew.lock", which is removed at the end.
+/// Held while a project is made or deleted, so that two authors never make one of the same name at
+/// the same time. An operating-system lock on "<project folder>.qvnew.lock", which is removed at
+/// the end.
 class NameClaim final
 {
 public:

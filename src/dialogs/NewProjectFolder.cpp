@@ -46,32 +46,25 @@ bool NewProjectFolder::isUnused()
     return !files.folderExists(place()) || files.entries(place()).isEmpty();
 }
 
-NewProjectFolder::Answer NewProjectFolder::settle(Offer offer)
+NewProjectFolder::Answer NewProjectFolder::settle()
 {
     if (isUnused())
         return Answer::MakeNew;
-    const bool mayListAgain = offer == Offer::ListAgain;
-    Choice question;
-    question.text =
+    const Choice question{
         u"The folder %1 is already there with files in it, but no project of this name is in the "
-        "list of projects.\n\n"_s.arg(place());
-    question.text += mayListAgain
-                         ? u"List it again to go on with what is in it. Or move it aside: "_s
-                         : u"Move it aside to go on: "_s;
-    question.text +=
-        u"it is renamed, and the new project gets a folder of its own. Nothing in it is "
-        "changed."_s;
-    question.answers = {u"Move It Aside and Start New"_s, u"Cancel"_s};
-    if (mayListAgain)
-        question.answers.prepend(u"List It Again"_s);
-
-    const int answer = m_program.messages.choose(question) + (mayListAgain ? 0 : 1);
-    if (answer == 0)
+        "list of projects.\n\nList it again to go on with what is in it. Or move it aside: it is "
+        "renamed, and the new project gets a folder of its own. Nothing in it is changed."_s.arg(
+            place()),
+        {u"List It Again"_s, u"Move It Aside and Start New"_s, u"Cancel"_s}};
+    switch (m_program.messages.choose(question)) {
+    case 0:
         return Answer::ListAgain;
-    if (answer != 1)
+    case 1:
+        moveAside();
+        return Answer::MakeNew;
+    default:
         return Answer::Cancel;
-    moveAside();
-    return Answer::MakeNew;
+    }
 }
 
 // Another author may have listed the folder while the question was open.

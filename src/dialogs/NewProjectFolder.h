@@ -12,7 +12,6 @@ class NewProjectFolder final
 {
 public:
     enum class Answer { MakeNew, ListAgain, Cancel };
-    enum class Offer { ListAgain, OnlyMoveAside };
 
     explicit NewProjectFolder(Program &program);
 
@@ -20,7 +19,7 @@ public:
     [[nodiscard]] bool isUnused();
     /// Asks what to do when the folder is in use; moves it aside when the author says so. Raises 5
     /// when another author listed it while the question was open.
-    Answer settle(Offer offer = Offer::ListAgain);
+    Answer settle();
     /// Makes the folder, empty. Raises 5 when it is in use.
     void make();
 

@@ -41,7 +41,8 @@ public:
     bool addNew(const QString &typedName);
 
     /// Copies a catalogued project. A copy that cannot be written is told and ends the program;
-    /// Stop throws Unwinding. Neither these nor an error leave anything of the copy behind.
+    /// Stop throws Unwinding. Neither these nor an error leave anything of the copy behind, but for
+    /// a whole one that could not be listed.
     void addCopy(const QString &source, const Runner &run);
 
     /// Lists a folder that is already there, as it is. Raises 53 or 75 when its table of contents

@@ -8,7 +8,7 @@
 #include "platform/QvError.h"
 #include "platform/TreeWalker.h"
 
-#include <algorithm>
+#include <optional>
 
 using namespace Qt::StringLiterals;
 
@@ -49,7 +49,16 @@ ProjectDeletion::Result ProjectDeletion::remove(const QString &name, bool alsoFi
     if (name == favourites)
         throw QvError(PathFileAccess, {}, name + u" is no project and cannot be deleted."_s);
     const Result result = alsoFiles ? removeFolder(name, progress) : Result{Outcome::Unlisted, {}};
-    m_program.components.linkIDMerger.UnMergeQVSelection(name);
+    const auto explain = [&](const QvError &error) {
+        if (!alsoFiles)
+            throw error;
+        throw QvError(
+            error.number(), {},
+            u"The files of the project \"%1\" are gone, but what is listed about it could "
+            "not all be taken out. %2. Delete it again to do that."_s.arg(name,
+                                                                          error.description()));
+    };
+    trap(explain, [&] { m_program.components.linkIDMerger.UnMergeQVSelection(name); });
     return result;
 }
 
@@ -62,44 +71,47 @@ ProjectDeletion::Result ProjectDeletion::removeFolder(const QString &name, const
     if (!isSafeName(name))
         refuse(name, u"This cannot be the name of a folder in "_s + docsFolder(server));
     const QString folder = withoutBackslash(projectFolder(server, name));
-    const NameClaim claim(files, folder); // nobody makes a project of this name meanwhile
-    if (!files.exists(folder))
+    const auto nothingChanged = [&](const QvError &error) { refuse(name, error.description()); };
+    std::optional<NameClaim> claim; // nobody makes a project of this name meanwhile
+    const bool isThere = trap(nothingChanged, [&] {
+        claim.emplace(files, folder);
+        return files.exists(folder);
+    });
+    if (!isThere)
         return {Outcome::FolderWasGone, {}};
-    refuseUnlessItsOwn(name);
+    trap(nothingChanged, [&] { requireItsOwn(name); });
 
     const auto explain = [&](const QvError &error) {
-        const QString what =
-            files.exists(folder)
-                ? u"The project \"%1\" was not deleted, and nothing was changed. %2. Close what "
-                  "has its files open, then delete it again."_s
-                : u"The files of the project \"%1\" could not all be deleted. %2. What is left "
-                  "lies aside and is removed when QV Developer starts again. The project is "
-                  "still in the list: delete it again to take it out."_s;
-        throw QvError(error.number(), {}, what.arg(name, error.description()));
+        if (files.exists(folder))
+            nothingChanged(error);
+        throw QvError(error.number(), {},
+                      u"The files of the project \"%1\" could not all be deleted. %2. What is left "
+                      "lies aside. The project is still in the list: delete it again to take it "
+                      "out. The next start of QV Developer then removes what is left."_s.arg(
+                          name, error.description()));
     };
     const QString left = trap(explain, [&] { return deleteTree(files, folder, progress); });
     return {left.isEmpty() ? Outcome::Deleted : Outcome::LeftAside, left};
 }
 
-/// The folder is a real one, and the project in the list is the only one it belongs to.
-void ProjectDeletion::refuseUnlessItsOwn(const QString &name)
+/// Raises unless the folder is a real one, and the project in the list is the only one it belongs
+/// to.
+void ProjectDeletion::requireItsOwn(const QString &name)
 {
     const QString &server = m_program.session.serverPath;
-    trap([&](const QvError &error) { refuse(name, error.description()); },
-         [&] { existingProjectFolder(m_program.files, server, name); });
-
-    const QList<CatalogueEntry> entries =
-        ProjectCatalogue(m_program.session, m_program.files).entries();
+    const QString folder = existingProjectFolder(m_program.files, server, name);
     bool listed = false;
-    for (const CatalogueEntry &entry : entries) {
+    for (const CatalogueEntry &entry :
+         ProjectCatalogue(m_program.session, m_program.files).entries()) {
         if (entry.name == name)
             listed = true;
         else if (standsFor(entry, u"Docs\\"_s + name, server))
-            refuse(name, u"The project \"%1\" in the list has the same folder, %2"_s.arg(
-                             entry.name, projectFolder(server, name)));
+            throw QvError(PathFileAccess, {},
+                          u"The project \"%1\" in the list has the same folder, %2"_s.arg(
+                              entry.name, folder));
     }
     if (!listed)
-        refuse(name, u"It is not in the list of projects any more"_s);
+        throw QvError(PathFileAccess, {}, u"It is not in the list of projects any more"_s);
 }
 
 void ProjectDeletion::refuse(const QString &name, const QString &reason) const

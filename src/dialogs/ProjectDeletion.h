@@ -25,15 +25,16 @@ public:
 
     /// Takes a project out of the list, and out of the installation's links; before that, when
     /// `alsoFiles`, deletes its folder with read-only files and all. The progress counts files.
-    /// Raises 75, and changes nothing, when the folder may not be deleted: the name names no
-    /// folder directly below Docs, it is a link, another project has the same folder, or the
-    /// project is not listed any more. When a file cannot be deleted the project stays in the list;
-    /// deleting it again takes it out. Stop throws Unwinding as long as nothing has changed.
+    /// Raises 75, and changes nothing, when the folder may not or cannot be deleted: the name names
+    /// no folder directly below Docs, it is a link, another project has the same folder, the
+    /// project is not listed any more, or the system says so. When only a later file cannot be
+    /// deleted the project stays in the list; deleting it again takes it out. Stop throws Unwinding
+    /// as long as nothing has changed.
     Result remove(const QString &name, bool alsoFiles, const Progress &progress = {});
 
 private:
     Result removeFolder(const QString &name, const Progress &progress);
-    void refuseUnlessItsOwn(const QString &name);
+    void requireItsOwn(const QString &name);
     [[noreturn]] void refuse(const QString &name, const QString &reason) const;
 
     Program &m_program;

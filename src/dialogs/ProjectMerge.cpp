@@ -10,6 +10,7 @@
 #include "dialogs/MergedCategories.h"
 #include "dialogs/NameClaim.h"
 #include "dialogs/NewProjectFolder.h"
+#include "dialogs/SharedFiles.h"
 #include "platform/Clock.h"
 #include "platform/Paths.h"
 #include "platform/QvError.h"
@@ -49,14 +50,6 @@ bool staysBehind(const TreeEntry &entry, const QString &base)
     return std::any_of(std::begin(madeAnew), std::end(madeAnew), [&](QLatin1StringView name) {
         return path.compare(name, Qt::CaseInsensitive) == 0;
     });
-}
-
-QStringList bookFolders(const pugi::xml_document &toc)
-{
-    QStringList folders;
-    for (const pugi::xpath_node &folder : toc.select_nodes("//Book/Book_Folder"))
-        folders.append(textOf(folder.node()));
-    return folders;
 }
 
 /// One merge, from checked sources to the listed project.
@@ -129,12 +122,17 @@ MergeResult MergeRun::work(const Progress &progress)
 
 void MergeRun::fill(const Progress &progress)
 {
-    const int pieces = static_cast<int>(m_sources.size()) + 1;
+    const int added = static_cast<int>(m_sources.size()) - 1;
+    const int pieces = 2 * added + 2;
     copyBase(progress.piece(0, pieces, base().name));
     makeProjectFiles();
     readBooks();
-    for (int i = 1; i + 1 < pieces; ++i)
-        m_books[size_t(i) - 1].bring(folder(), progress.piece(i, pieces, m_result.order[i]));
+    for (int i = 0; i < added; ++i)
+        m_books[size_t(i)].bring(folder(), progress.piece(1 + i, pieces, m_result.order[i + 1]));
+    SharedFiles shared(m_program, folder(), bookFoldersOf(m_toc->document()), m_result.findings);
+    for (int i = 0; i < added; ++i)
+        shared.bring(m_sources[size_t(i) + 1], m_books[size_t(i)].renamedFolders(),
+                     progress.piece(1 + added + i, pieces, m_result.order[i + 1]));
     mergeLinks(progress.piece(pieces - 1, pieces, m_request.name));
     writeLog();
 }
@@ -177,7 +175,7 @@ void MergeRun::readBooks()
 {
     m_toc.emplace(loadXml(m_program.files, folder() + ProjectFile::toc, "QV_Master"),
                   m_request.name);
-    BookPlaces places(m_program.files, folder(), bookFolders(m_toc->document()));
+    BookPlaces places(m_program.files, folder(), bookFoldersOf(m_toc->document()));
     for (size_t i = 1; i < m_sources.size(); ++i) {
         const QList<MergedBook> books = m_toc->ReadBookNodesfromQVTOC(m_sources[i].toc);
         noteBooks(m_sources[i].name, books);

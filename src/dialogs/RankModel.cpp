@@ -4,6 +4,11 @@
 #include "platform/SystemLocale.h"
 #include "resources/Texts.h"
 
+#include <QBrush>
+#include <QGuiApplication>
+#include <QPalette>
+#include <QTextDocument>
+
 using namespace Qt::StringLiterals;
 
 std::optional<int> rankIn(const QString &text, SystemLocale &locale)
@@ -72,10 +77,12 @@ QVariant RankModel::data(const QModelIndex &index, int role) const
     switch (role) {
     case Qt::DisplayRole:
         return isName ? row.name + u' ' : row.rank;
-    case Qt::EditRole:
-        return isName ? QVariant() : row.rank;
     case Qt::ToolTipRole:
-        return isName ? row.name : QVariant();
+        return isName ? Qt::convertFromPlainText(row.name) : QVariant();
+    case Qt::BackgroundRole:
+        return isName ? QGuiApplication::palette().button() : QVariant();
+    case Qt::ForegroundRole: // not greyed out although nothing can be done there
+        return isName ? QGuiApplication::palette().buttonText() : QVariant();
     case Qt::AccessibleTextRole:
         return isName ? row.name : tr("%1, rank %2").arg(row.name, row.rank);
     default:
@@ -97,11 +104,9 @@ Qt::ItemFlags RankModel::flags(const QModelIndex &index) const
                                   : Qt::ItemFlags(Qt::NoItemFlags);
 }
 
-bool RankModel::setData(const QModelIndex &index, const QVariant &value, int role)
+void RankModel::setRank(int row, const QString &rank)
 {
-    if (index.column() != Rank || role != Qt::EditRole)
-        return false;
-    m_rows[index.row()].rank = value.toString();
-    Q_EMIT dataChanged(index, index);
-    return true;
+    m_rows[row].rank = rank;
+    const QModelIndex cell = index(row, Rank);
+    Q_EMIT dataChanged(cell, cell);
 }

@@ -6,8 +6,6 @@
 
 class SystemLocale;
 
-inline constexpr QLatin1StringView defaultRank{"500"};
-
 /// The rank that a text stands for: a whole number from 1 to 32000, without "." and ",".
 std::optional<int> rankIn(const QString &text, SystemLocale &locale);
 
@@ -27,6 +25,7 @@ public:
     /// "<name>#<rank>" of every named row in order; a rank that is none is the default one.
     [[nodiscard]] QStringList entries(SystemLocale &locale) const;
     [[nodiscard]] QString name(int row) const;
+    void setRank(int row, const QString &rank);
 
     int rowCount(const QModelIndex &parent = {}) const override;
     int columnCount(const QModelIndex &parent = {}) const override;
@@ -34,7 +33,6 @@ public:
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
     /// The names are fixed: they can be neither chosen nor changed.
     Qt::ItemFlags flags(const QModelIndex &index) const override;
-    bool setData(const QModelIndex &index, const QVariant &value, int role = Qt::EditRole) override;
 
 private:
     struct Row

@@ -36,11 +36,10 @@ RenamedLinks::RenamedLinks(FileSystem &files, const QString &project,
     , m_language(language)
 {
     for (auto folder = renamed.cbegin(); folder != renamed.cend(); ++folder) {
-        const qsizetype length = lastComponent(folder.key()).size();
-        const QString suffix = lastComponent(folder.value()).sliced(length);
+        const QString name = lastComponent(folder.value());
         // A link may lead through the project's own folder, whose name is written as its marker.
         for (const QString &top : {project, u"**"_s + project + u"**"_s})
-            m_suffixes.insert((top + u'\\' + folder.key()).toCaseFolded(), suffix);
+            m_names.insert((top + u'\\' + folder.key()).toCaseFolded(), name);
     }
 }
 
@@ -67,8 +66,8 @@ void RenamedLinks::rewriteFile(const QString &path, const QString &oldFolder)
 
     const QString base = m_project + u'\\' + oldFolder;
     const QString changed =
-        withSuffixedFolders(page.text, facts.references, [&](const QString &target) {
-            return m_suffixes.value(joined(base, target).value_or(QString()).toCaseFolded());
+        withRenamedFolders(page.text, facts.references, [&](const QString &target) {
+            return m_names.value(joined(base, target).value_or(QString()).toCaseFolded());
         });
     if (changed == page.text)
         return;

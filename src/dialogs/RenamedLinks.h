@@ -30,6 +30,6 @@ private:
     FileSystem &m_files;
     QString m_project;
     QString m_language;
-    QHash<QString, QString> m_suffixes; ///< by the folded old path, project first
+    QHash<QString, QString> m_names; ///< by the folded old path, project first
     QStringList m_remarks;
 };

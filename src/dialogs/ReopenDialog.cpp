@@ -4,6 +4,7 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QPushButton>
+#include <QTextDocument>
 #include <QTreeWidget>
 #include <QVBoxLayout>
 
@@ -51,7 +52,7 @@ void ReopenDialog::fill(const QList<CatalogueEntry> &released)
 {
     for (const CatalogueEntry &set : released) {
         auto *item = new QTreeWidgetItem(m_sets, {set.name, set.addDate});
-        item->setToolTip(0, set.name);
+        item->setToolTip(0, Qt::convertFromPlainText(set.name));
     }
 }
 

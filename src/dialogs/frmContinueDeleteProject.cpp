@@ -12,6 +12,7 @@
 #include <QAbstractItemView>
 #include <QScopeGuard>
 #include <QScopedValueRollback>
+#include <QTextDocument>
 
 #include <algorithm>
 
@@ -26,7 +27,8 @@ void fill(QComboBox *list, const QStringList &names)
         if (name.isEmpty())
             continue;
         list->addItem(name);
-        list->setItemData(list->count() - 1, name, Qt::ToolTipRole); // long names are cut
+        list->setItemData(list->count() - 1, Qt::convertFromPlainText(name),
+                          Qt::ToolTipRole); // long names are cut
     }
 }
 

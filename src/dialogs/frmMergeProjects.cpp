@@ -6,6 +6,7 @@
 #include "components/XmlCharacters.h"
 #include "dialogs/MergeFindingsDialog.h"
 #include "dialogs/NewProjectFolder.h"
+#include "dialogs/ProjectCreation.h"
 #include "dialogs/ProjectMerge.h"
 #include "startup/ExternalPrograms.h"
 #include "startup/Session.h"
@@ -224,9 +225,15 @@ bool frmMergeProjects::require(bool fulfilled, Text refusal, QWidget *box)
 
 void frmMergeProjects::merge(const MergeRequest &request)
 {
-    using Folder = NewProjectFolder;
-    if (Folder(m_program).settle(Folder::Offer::OnlyMoveAside) == Folder::Answer::Cancel)
+    switch (NewProjectFolder(m_program).settle()) {
+    case NewProjectFolder::Answer::Cancel:
         return;
+    case NewProjectFolder::Answer::ListAgain:
+        listAgain(request);
+        return;
+    case NewProjectFolder::Answer::MakeNew:
+        break;
+    }
     MergeResult result;
     try {
         runWithProgress(m_program, this, text(Text::Merging), [&](const Progress &progress) {
@@ -239,6 +246,18 @@ void frmMergeProjects::merge(const MergeRequest &request)
         openMerged();
     else
         showFindings(result);
+}
+
+// Nothing is merged: the folder may be what an earlier merge of these projects made.
+void frmMergeProjects::listAgain(const MergeRequest &request)
+{
+    ProjectCatalogue catalogue(m_program.session, m_program.files);
+    for (const CatalogueEntry &entry : catalogue.entries()) {
+        if (entry.name == request.projects.first())
+            m_program.session.projectLanguage = entry.language;
+    }
+    ProjectCreation(m_program).listAgain();
+    openMainWindow();
 }
 
 void frmMergeProjects::showFindings(const MergeResult &result)
@@ -254,6 +273,11 @@ void frmMergeProjects::showFindings(const MergeResult &result)
 void frmMergeProjects::openMerged()
 {
     StatusIndicators(m_program.session, m_program.files, m_program.currentProject).AddProjectName();
+    openMainWindow();
+}
+
+void frmMergeProjects::openMainWindow()
+{
     m_program.navigator.show(Form::MainUI);
     m_program.navigator.unload(Form::SelPrjType);
     closeQuietly();

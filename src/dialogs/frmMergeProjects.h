@@ -48,7 +48,9 @@ private:
     [[nodiscard]] bool require(bool fulfilled, Text refusal, QWidget *box);
     void merge(const MergeRequest &request);
     void showFindings(const MergeResult &result);
+    void listAgain(const MergeRequest &request);
     void openMerged();
+    void openMainWindow();
     void closeQuietly();
     void inHandler(QLatin1StringView handler, const std::function<void()> &body);
 

@@ -37,9 +37,9 @@ frmRankBookSet::frmRankBookSet(Program &program, QWidget *parent)
     ui->setupUi(this);
     m_model = new RankModel(ui->fgdBooksetRank);
     ui->fgdBooksetRank->setModel(m_model);
-    ui->fgdBooksetRank->coverHeader(ui->txtBooksetName, ui->txtBooksetRank);
     ui->txtRankHolder->setParent(ui->fgdBooksetRank->viewport());
     ui->txtRankHolder->hide();
+    layOutGrid();
     connectControls();
     watchGrid();
 }
@@ -53,22 +53,60 @@ void frmRankBookSet::connectControls()
     connect(ui->cmdOK, &QPushButton::clicked, this, &Self::cmdOK_Click);
     connect(ui->cmdBack, &QPushButton::clicked, this, &Self::cmdBack_Click);
 
-    const RankGrid *const grid = ui->fgdBooksetRank;
+    const QTableView *const grid = ui->fgdBooksetRank;
     connect(grid->selectionModel(), &QItemSelectionModel::currentChanged, this,
             &Self::fgdBooksetRank_SelChange);
-    connect(grid, &RankGrid::pressed, this, &Self::fgdBooksetRank_SelChange);
-    connect(grid, &RankGrid::arranged, this, &Self::placeEditor);
-    for (const QScrollBar *const bar : {grid->verticalScrollBar(), grid->horizontalScrollBar()})
-        connect(bar, &QScrollBar::valueChanged, this, &Self::fgdBooksetRank_Scroll);
+    connect(grid, &QTableView::pressed, this, &Self::fgdBooksetRank_SelChange);
+    connect(grid->horizontalHeader(), &QHeaderView::sectionResized, this, &Self::arrange,
+            Qt::QueuedConnection); // it is told before the columns have moved
+    const QScrollBar *const bar = grid->verticalScrollBar();
+    connect(bar, &QScrollBar::rangeChanged, this, &Self::arrange, Qt::QueuedConnection);
+    connect(bar, &QScrollBar::valueChanged, this, &Self::fgdBooksetRank_Scroll);
 }
 
 void frmRankBookSet::watchGrid()
 {
-    const RankGrid *const grid = ui->fgdBooksetRank;
+    QTableView *const grid = ui->fgdBooksetRank;
     for (QWidget *const watched : std::initializer_list<QWidget *>{
-             ui->fgdBooksetRank, grid->viewport(), grid->horizontalHeader()->viewport(),
-             grid->verticalScrollBar(), grid->horizontalScrollBar(), ui->txtRankHolder})
+             grid, grid->viewport(), grid->horizontalHeader()->viewport(),
+             grid->verticalScrollBar(), ui->txtRankHolder})
         watched->installEventFilter(this);
+}
+
+/// The names take the width that the ranks leave.
+void frmRankBookSet::layOutGrid()
+{
+    constexpr int rankWidth = 168;
+    const int height = ui->txtRankHolder->sizeHint().height() + 2;
+    QHeaderView *const header = ui->fgdBooksetRank->horizontalHeader();
+    header->setSectionResizeMode(RankModel::Name, QHeaderView::Stretch);
+    header->setSectionResizeMode(RankModel::Rank, QHeaderView::Fixed);
+    header->resizeSection(RankModel::Rank, rankWidth);
+    header->setSectionsClickable(false);
+    header->setFixedHeight(height + 4);
+    ui->fgdBooksetRank->verticalHeader()->setDefaultSectionSize(height);
+
+    QPalette onHeader;
+    onHeader.setColor(QPalette::Base, Qt::transparent);
+    for (QLineEdit *const box : {ui->txtBooksetName, ui->txtBooksetRank}) {
+        box->setPalette(onHeader);
+        box->setParent(header->viewport());
+        box->setAttribute(Qt::WA_TransparentForMouseEvents); // a press there is one on the grid
+        box->show();
+    }
+}
+
+/// Puts the boxes over the header cells and the editor over its cell.
+void frmRankBookSet::arrange()
+{
+    const QHeaderView &header = *ui->fgdBooksetRank->horizontalHeader();
+    const int rankLeft = header.sectionViewportPosition(RankModel::Rank);
+    ui->txtBooksetName->setGeometry(0, 0, rankLeft, header.height());
+    ui->txtBooksetRank->setGeometry(rankLeft, 0, header.sectionSize(RankModel::Rank),
+                                    header.height());
+    if (m_edited.isValid())
+        ui->fgdBooksetRank->scrollTo(m_edited); // a smaller window may hide it
+    placeEditor();
 }
 
 void frmRankBookSet::Form_Load()
@@ -88,7 +126,7 @@ void frmRankBookSet::UpdateFlexGrid()
 {
     const QStringList entries =
         ProjectCatalogue(m_program.session, m_program.files).GetProdQVSelection_Data();
-    RankGrid &grid = *ui->fgdBooksetRank;
+    QTableView &grid = *ui->fgdBooksetRank;
     const int row = std::max(0, grid.currentIndex().row());
     hideEditor();
     m_model->fill(entries);
@@ -208,7 +246,9 @@ bool frmRankBookSet::commitEdit()
     const QString typed = ui->txtRankHolder->text();
     const QPersistentModelIndex cell = m_edited;
     hideEditor(); // before the message, which lets other events in
-    m_model->setData(cell, ValidateRank(typed));
+    const QString rank = ValidateRank(typed);
+    if (cell.isValid())
+        m_model->setRank(cell.row(), rank);
     return typed.isEmpty() || rankIn(typed, m_program.locale);
 }
 

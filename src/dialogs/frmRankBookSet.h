@@ -48,6 +48,8 @@ private:
 
     void connectControls();
     void watchGrid();
+    void layOutGrid();
+    void arrange();
     bool commitEdit();
     void hideEditor();
     void placeEditor();

@@ -6,6 +6,8 @@
 #include <QHash>
 #include <QRegularExpression>
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -86,10 +88,15 @@ void refuseInside(const QString &from, const QString &to)
         throw QvError(PathFileAccess, {}, u"A folder cannot be copied into itself: "_s + to);
 }
 
+QString asideStem(const QString &name)
+{
+    return shortened(name, 240);
+}
+
 /// A name beside the folder that is not taken, for the folder while it is being deleted.
 QString asideName(FileSystem &files, const QString &folder)
 {
-    const QString name = shortened(lastComponent(folder), 240);
+    const QString name = asideStem(lastComponent(folder));
     for (int number = 1;; ++number) {
         const QString aside = parentFolder(folder) + name + u".qvdel"_s + QString::number(number);
         if (!files.exists(aside))
@@ -112,7 +119,7 @@ void unlessGone(const std::function<void()> &remove)
 struct DeletionPlan
 {
     QList<FolderPlan> folders; ///< each behind those in it
-    QStringList lockedFolders; ///< read-only ones, each before those in it
+    QStringList lockedFolders; ///< read-only ones; "" is the start folder
     int count = 0;             ///< files and links
 };
 
@@ -138,26 +145,47 @@ void planDeletion(FileSystem &files, const QString &folder, const FolderEntry &b
 DeletionPlan planDeletion(FileSystem &files, const QString &folder)
 {
     DeletionPlan plan;
-    planDeletion(files, withBackslash(folder), {}, 1, plan);
+    planDeletion(files, withBackslash(folder), {{}, files.status(folder)}, 1, plan);
     return plan;
 }
 
+void setLocked(FileSystem &files, const QString &folder, const DeletionPlan &plan, int attributes)
+{
+    for (const QString &locked : plan.lockedFolders)
+        unlessGone([&] { files.setAttributes(withBackslash(folder) + locked, attributes); });
+}
+
+/// `begun` says whether anything is gone, also when it fails.
 void deletePlanned(FileSystem &files, const QString &folder, const DeletionPlan &plan,
-                   const Progress &progress)
+                   const Progress &progress, bool &begun)
 {
     const QString base = withBackslash(folder);
-    files.setAttributes(folder, 0);
-    for (const QString &locked : plan.lockedFolders)
-        unlessGone([&] { files.setAttributes(base + locked, 0); });
+    setLocked(files, folder, plan, 0);
     int done = 0;
-    const auto removed = [&](const QString &name) { progress.step(++done, plan.count, name); };
+    const auto removed = [&](const QString &name) {
+        begun = true;
+        progress.step(++done, plan.count, name);
+    };
     for (const FolderPlan &from : plan.folders) {
         unlessGone([&] {
             if (!from.names.isEmpty())
                 files.removeFiles(base + from.relative, from.names, removed);
             files.removeFolder(base + from.relative);
+            begun = true;
         });
     }
+}
+
+/// Undoes the beginning of a deletion. False when that fails too: the folder stays aside.
+bool putBack(FileSystem &files, const QString &aside, const QString &folder,
+             const DeletionPlan &plan)
+{
+    return trap([](const QvError &) {},
+                [&] {
+                    files.move(aside, folder);
+                    setLocked(files, folder, plan, ReadOnlyFile);
+                    return true;
+                });
 }
 
 /// One that resists does no harm; the next start tries it again.
@@ -170,8 +198,9 @@ void removeMatching(FileSystem &files, const QString &parent, const QStringList 
         const QString path = withBackslash(parent) + entry.name;
         trap([](const QvError &) {},
              [&] {
+                 bool begun = false;
                  if (entry.status.kind == FileKind::Folder)
-                     deletePlanned(files, path, planDeletion(files, path), {});
+                     deletePlanned(files, path, planDeletion(files, path), {}, begun);
                  else if (entry.status.kind == FileKind::File)
                      files.removeFile(path, true);
              });
@@ -224,12 +253,18 @@ QString deleteTree(FileSystem &files, const QString &folder, const Progress &pro
     const QString aside = asideName(files, folder);
     progress.step(0, plan.count);
     files.move(folder, aside);
+    bool begun = false;
     try {
-        deletePlanned(files, aside, plan, progress);
+        deletePlanned(files, aside, plan, progress, begun);
     } catch (const Unwinding &unwinding) {
         if (unwinding.reason != Unwinding::Reason::Stopped)
             throw;
         return files.exists(aside) ? aside : QString();
+    } catch (const QvError &error) {
+        if (begun || !putBack(files, aside, folder, plan))
+            throw;
+        throw QvError(error.number(), error.source(),
+                      QString(error.description()).replace(aside, folder));
     }
     return {};
 }
@@ -237,8 +272,17 @@ QString deleteTree(FileSystem &files, const QString &folder, const Progress &pro
 void removeLeftovers(FileSystem &files, const QString &parent, const QStringList &kept)
 {
     static const QRegularExpression aside(u"\\.qvdel[0-9]+$"_s);
-    removeMatching(files, parent, kept, [](const FolderEntry &entry) {
-        return entry.status.kind == FileKind::Folder && aside.match(entry.name).hasMatch();
+    // A program that was killed may have left all of a listed folder aside.
+    const auto isMissed = [&](const QString &stem) {
+        return std::any_of(kept.cbegin(), kept.cend(), [&](const QString &name) {
+            return asideStem(name).compare(stem, Qt::CaseInsensitive) == 0
+                   && !files.exists(withBackslash(parent) + name);
+        });
+    };
+    removeMatching(files, parent, kept, [&](const FolderEntry &entry) {
+        const QRegularExpressionMatch match = aside.match(entry.name);
+        return match.hasMatch() && entry.status.kind == FileKind::Folder
+               && !isMissed(entry.name.first(match.capturedStart()));
     });
 }
 

@@ -29,12 +29,14 @@ QStringList copyTree(FileSystem &files, const QString &from, const QString &to,
                      const std::function<bool(const TreeEntry &)> &leaveOut = {});
 
 /// Deletes a folder with all in it, read-only files included: renames it aside first
-/// ("<name>.qvdel<n>"), so that a failure to begin changes nothing, then deletes what it renamed.
+/// ("<name>.qvdel<n>"), so that a failure to begin changes nothing, then deletes what it renamed;
+/// where nothing in it can be deleted, it gets its name back.
 /// The progress counts files. Stop before the renaming throws Unwinding; after it the folder counts
 /// as deleted, and the result says where `removeLeftovers` will find the rest. "" when all is gone.
 QString deleteTree(FileSystem &files, const QString &folder, const Progress &progress = {});
 
-/// Removes what an interrupted `deleteTree` left directly below `parent`, but for the names `kept`.
+/// Removes what an interrupted `deleteTree` left directly below `parent`, but for the names `kept`
+/// and for what was set aside of a kept name whose own folder is gone: it may be all there is.
 void removeLeftovers(FileSystem &files, const QString &parent, const QStringList &kept = {});
 
 /// Removes what killed programs left directly below `parent`, but for the names `kept`: temporary

@@ -33,6 +33,14 @@ void readBook(const pugi::xml_node &element, MergedBook &book, QString &type)
 
 } // namespace
 
+QStringList bookFoldersOf(const pugi::xml_document &toc)
+{
+    QStringList folders;
+    for (const pugi::xpath_node &folder : toc.select_nodes("//Book/Book_Folder"))
+        folders.append(textOf(folder.node()));
+    return folders;
+}
+
 TocMerge::TocMerge(pugi::xml_document merged, QString project)
     : m_document(std::move(merged))
     , m_project(std::move(project))

@@ -4,6 +4,7 @@
 #include <QList>
 #include <QSet>
 #include <QString>
+#include <QStringList>
 
 #include <pugixml.hpp>
 
@@ -19,6 +20,9 @@ struct MergedBook
 
     [[nodiscard]] bool isRenamed() const { return acronym != ownAcronym; }
 };
+
+/// The folders of all books of a table of contents, as they stand there.
+QStringList bookFoldersOf(const pugi::xml_document &toc);
 
 /// The table of contents of a merged project: takes in the books of other projects. Works in
 /// memory; names and acronyms are compared exactly.

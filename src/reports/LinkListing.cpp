@@ -2,12 +2,92 @@
 
 #include "platform/Paths.h"
 #include "platform/QvError.h"
-#include "reports/DestinationIndex.h"
-#include "reports/LinkCollectors.h"
 #include "reports/OrderedWork.h"
 #include "reports/TargetCheck.h"
 
 #include <algorithm>
+#include <optional>
+
+namespace {
+
+// What the visitors of a link-ID file keep of it.
+
+/// An entry per path, with the identifier read last.
+class RowCollector : public LinkVisitor
+{
+public:
+    explicit RowCollector(LinkRows &rows)
+        : m_rows(rows)
+    {
+    }
+    void identifier(QStringView text) override { m_rows.setIdentifier(text); }
+    void path(QStringView stored) override { m_rows.append(stored); }
+
+private:
+    LinkRows &m_rows;
+};
+
+/// The same, and the place that each entry names.
+class TargetCollector final : public RowCollector
+{
+public:
+    TargetCollector(LinkRows &rows, LinkPlaces &places, std::vector<quint32> &rowPlaces)
+        : RowCollector(rows)
+        , m_places(places)
+        , m_rowPlaces(rowPlaces)
+    {
+    }
+    void path(QStringView stored) override
+    {
+        RowCollector::path(stored);
+        m_rowPlaces.push_back(m_places.listed(stored));
+    }
+
+private:
+    LinkPlaces &m_places;
+    std::vector<quint32> &m_rowPlaces;
+};
+
+/// Where identifiers lead: to the first path of an entry that has them; before all entries, to the
+/// first path of a section that holds an entry whose text is the identifier.
+class DestinationCollector final : public LinkVisitor, public SectionVisitor
+{
+public:
+    DestinationCollector(LinkDestinations &destinations, LinkPlaces &places)
+        : m_destinations(destinations)
+        , m_places(places)
+    {
+    }
+    void identifier(QStringView text) override { m_destinations.append(text); }
+    void path(QStringView stored) override
+    {
+        if (!m_place)
+            m_place = m_places.lookedUp(stored);
+    }
+    void entryEnds() override
+    {
+        m_destinations.settle(m_place);
+        m_place.reset();
+    }
+    void sectionTarget(const QString &entryText, QStringView stored) override
+    {
+        m_sections.append(entryText);
+        m_sections.settle(m_places.lookedUp(stored));
+    }
+    void finish()
+    {
+        if (!m_sections.all().empty())
+            m_destinations.putBehind(std::move(m_sections));
+    }
+
+private:
+    LinkDestinations &m_destinations;
+    LinkPlaces &m_places;
+    std::optional<quint32> m_place; ///< of the entry at hand
+    LinkDestinations m_sections;
+};
+
+} // namespace
 
 LinkListing::LinkListing(FileSystem &files, const XmlCharacters &characters, QString serverPath,
                          const QStringList &projects, int threads)
@@ -117,7 +197,7 @@ void LinkListing::readAndCheck(Read readFile, const Progress &progress)
         });
     inOrder(
         check.folderCount(), m_threads, progress.stop,
-        [&](int number) { check.checkFolder(number); },
+        [&](int number) { check.checkFolder(number, progress.stop); },
         [&](int number) {
             const int share = static_cast<int>(qint64(number + 1) * count / check.folderCount());
             progress.step(count + share, 2 * count, check.folder(number));

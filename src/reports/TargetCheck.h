@@ -7,6 +7,7 @@
 #include <QString>
 
 #include <optional>
+#include <stop_token>
 #include <vector>
 
 /// Looks for the places that link files name: which of them are pages, with something in their
@@ -23,9 +24,9 @@ public:
     [[nodiscard]] int folderCount() const { return static_cast<int>(m_folders.size()); }
     /// Its path below Docs, for messages.
     [[nodiscard]] QString folder(int number) const;
-    /// Tells each place in one folder what was found. Different folders may be checked by several
-    /// threads at once.
-    void checkFolder(int number);
+    /// Tells each place in one folder what was found; not all of them, once `stop` says so.
+    /// Different folders may be checked by several threads at once.
+    void checkFolder(int number, const std::stop_token &stop = {});
 
 private:
     struct Probe

@@ -126,10 +126,13 @@ void frmIBLReport::loadCaptions()
     ui->cmdSaveAs->setIcon(icon("save"_L1));
     ui->cmdListAgain->setIcon(icon("refresh"_L1));
 
-    // Queued: the mouse button is let go of before long work begins.
-    connect(
-        ui->SSTab, &QTabBar::currentChanged, this, [this] { SSTab_Click(m_tab); },
-        Qt::QueuedConnection);
+    // Queued: the mouse button is let go of before long work begins. The author may be back by
+    // then.
+    const auto tabChanged = [this] {
+        if (ui->SSTab->currentIndex() != m_tab)
+            SSTab_Click(m_tab);
+    };
+    connect(ui->SSTab, &QTabBar::currentChanged, this, tabChanged, Qt::QueuedConnection);
     const auto clickedAgain = [this](int tab) {
         if (tab == m_tab && m_model->links().count() == 0)
             listAgain();
@@ -160,13 +163,16 @@ void frmIBLReport::listAgain()
     });
 }
 
-/// Lists anew. When that fails or is stopped, the list is empty and says so.
+/// Lists anew. When that fails or is stopped, the list is empty and says so, and there is nothing
+/// to write: the one report that is ever generated would be empty.
 void frmIBLReport::collect(Kind kind)
 {
     m_kind = kind;
     ui->lblMessage->clear();
-    m_noLinks = tr("The links could not be listed. To try once more, press List again (F5).");
+    m_noLinks.clear();
     m_model->setLinks({}, {});
+    QString noLinks = tr("The links could not be listed. To try once more, press List again (F5).");
+    bool listed = false;
     inProcedure(kind == IBD ? "GetIBD_Details"_L1 : "GetIBS_Details"_L1, [&] {
         LinkEntries links;
         LinkOrder rows;
@@ -176,16 +182,20 @@ void frmIBLReport::collect(Kind kind)
             rows = ordered(links, progress);
         };
         if (!runUntilStopped(tr("Checking links..."), work)) {
-            m_noLinks = tr("The listing was stopped. To list the links, press List again (F5).");
-            showState();
+            noLinks = tr("The listing was stopped. To list the links, press List again (F5).");
             return;
         }
-        if (links.UBound() < 1)
+        listed = true;
+        if (links.UBound() < 1) // not with two empty slots
             m_program.messages.show({text(Text::NoLinks)});
-        m_noLinks = kind == IBD ? tr("No project on the server publishes link targets.")
-                                : tr("No project on the server refers to link targets.");
+        noLinks = kind == IBD ? tr("No project on the server publishes link targets.")
+                              : tr("No project on the server refers to link targets.");
         m_model->setLinks(std::move(links), std::move(rows));
     });
+    m_noLinks = noLinks;
+    showState();
+    ui->cmdGenerateReport->setEnabled(listed);
+    ui->cmdSaveAs->setEnabled(listed);
 }
 
 LinkOrder frmIBLReport::ordered(const LinkEntries &links, const Progress &progress) const

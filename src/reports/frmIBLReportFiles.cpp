@@ -1,3 +1,4 @@
+// The link report as a file: the report that is generated once, and Save as.
 #include "reports/frmIBLReport.h"
 
 #include "platform/Clock.h"

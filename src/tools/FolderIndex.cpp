@@ -8,21 +8,22 @@ FolderIndex::FolderIndex(FileSystem &files, QString root)
 
 std::optional<FolderIndex::Entry> FolderIndex::find(const QString &relative)
 {
-    const qsizetype slash = relative.lastIndexOf(u'\\');
-    if (slash < 0)
-        return findIn({}, relative);
-    const auto folder = find(relative.first(slash));
-    if (!folder || folder->status.kind != FileKind::Folder)
-        return std::nullopt;
-    return findIn(folder->relative + u'\\', relative.sliced(slash + 1));
-}
-
-std::optional<FolderIndex::Entry> FolderIndex::findIn(const QString &folder, const QString &name)
-{
-    const FolderEntry *const entry = names(folder).find(name);
-    if (!entry)
-        return std::nullopt;
-    return Entry{folder + entry->name, entry->status};
+    QString folder;
+    qsizetype begin = 0;
+    for (;;) {
+        const qsizetype slash = relative.indexOf(u'\\', begin);
+        const qsizetype end = slash < 0 ? relative.size() : slash;
+        const auto *const entry =
+            names(folder).find(QStringView(relative).sliced(begin, end - begin));
+        if (!entry)
+            return std::nullopt;
+        if (slash < 0)
+            return Entry{folder + entry->name, entry->status};
+        if (entry->status.kind != FileKind::Folder)
+            return std::nullopt;
+        folder += entry->name + u'\\';
+        begin = slash + 1;
+    }
 }
 
 const FolderNames &FolderIndex::names(const QString &relativeFolder)

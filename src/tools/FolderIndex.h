@@ -31,7 +31,6 @@ public:
 
 private:
     const FolderNames &names(const QString &relativeFolder);
-    std::optional<Entry> findIn(const QString &folder, const QString &name);
 
     FileSystem &m_files;
     QString m_root;

@@ -2,6 +2,8 @@
 
 #include "tools/HtmlEntities.h"
 
+#include <QUrl>
+
 #include <algorithm>
 
 namespace {
@@ -43,30 +45,38 @@ bool isSlash(QChar c)
     return c == u'/' || c == u'\\';
 }
 
-using Suffix = std::function<QString(const QString &path)>;
+using NewName = std::function<QString(const QString &path)>;
 
-/// What goes behind the last piece of `path`, which is part of a reference without entities.
-QString suffixBehind(QStringView path, const Suffix &suffix)
+/// The last piece of `path`, which is part of a reference without entities, under its new name.
+QString renamedPiece(QStringView path, const QString &piece, const NewName &newName)
 {
     const QString target = targetOf(path).path;
     const QStringView name = QStringView(target).sliced(target.lastIndexOf(u'/') + 1);
-    return name.isEmpty() || name == u"." || name == u".." ? QString() : suffix(target);
+    if (name.isEmpty() || name == u"." || name == u"..")
+        return piece;
+    const QString now = newName(target);
+    if (now.isEmpty())
+        return piece;
+    if (now.startsWith(name, Qt::CaseInsensitive))
+        return piece + now.sliced(name.size()); // as spelled and escaped by the author
+    return piece.first(isSlash(piece.front()) ? 1 : 0)
+           + QString::fromLatin1(QUrl::toPercentEncoding(now));
 }
 
-QString withSuffixes(QStringView reference, const Suffix &suffix)
+QString withNewNames(QStringView reference, const NewName &newName)
 {
     const QString plain = withoutEntities(reference);
+    const QStringView whole = plain;
     QString value;
     qsizetype from = 0;
-    const qsizetype end = endOfPath(plain);
+    const qsizetype end = endOfPath(whole);
     for (qsizetype at = 0; at <= end; ++at) {
-        if (at < end && !isSlash(plain[at]))
+        if (at < end && !isSlash(whole[at]))
             continue;
-        value += QStringView(plain).sliced(from, at - from);
-        value += suffixBehind(QStringView(plain).first(at), suffix);
+        value += renamedPiece(whole.first(at), plain.sliced(from, at - from), newName);
         from = at;
     }
-    value += QStringView(plain).sliced(end);
+    value += whole.sliced(end);
     if (value == plain)
         return reference.toString();
     return plain == reference ? value : value.toHtmlEscaped();
@@ -93,7 +103,7 @@ QString withChanged(const QString &text, const QList<PageReference> &references,
 } // namespace
 
 QString withSuffixedNames(const QString &text, const QList<PageReference> &references,
-                          const Suffix &suffix)
+                          const std::function<QString(const QString &path)> &suffix)
 {
     return withChanged(text, references, [&](QStringView written, const PageTarget &target) {
         const QString added = suffix(target.path);
@@ -101,10 +111,10 @@ QString withSuffixedNames(const QString &text, const QList<PageReference> &refer
     });
 }
 
-QString withSuffixedFolders(const QString &text, const QList<PageReference> &references,
-                            const Suffix &suffix)
+QString withRenamedFolders(const QString &text, const QList<PageReference> &references,
+                           const NewName &newName)
 {
     return withChanged(text, references, [&](QStringView written, const PageTarget &) {
-        return withSuffixes(written, suffix);
+        return withNewNames(written, newName);
     });
 }

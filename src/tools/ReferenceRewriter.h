@@ -13,8 +13,8 @@
 QString withSuffixedNames(const QString &text, const QList<PageReference> &references,
                           const std::function<QString(const QString &path)> &suffix);
 
-/// `text` with `suffix(path)` put behind each folder or file name in a reference for which there is
-/// one: "../A/B.htm" asks for "..", "../A" and "../A/B.htm", decoded, and becomes "../A1/B.htm" for
-/// "1" of the second. All else stays as written.
-QString withSuffixedFolders(const QString &text, const QList<PageReference> &references,
-                            const std::function<QString(const QString &path)> &suffix);
+/// `text` with each folder or file name in a reference for which there is a new one replaced by
+/// `newName(path)`: "../A/B.htm" asks for "..", "../A" and "../A/B.htm", decoded, and becomes
+/// "../A1/B.htm" for "A1" of the second. All else stays as written.
+QString withRenamedFolders(const QString &text, const QList<PageReference> &references,
+                           const std::function<QString(const QString &path)> &newName);

@@ -65,6 +65,8 @@ Descriptor openLockFile(const QByteArray &place, const QString &path, const QByt
     if (errno != EEXIST)
         raiseSystemError(errno, cannotLock, path, PathNotFound);
     Descriptor file(open(place.constData(), flags));
+    if (!file.isOpen() && errno == ENOENT) // its holder has just removed it
+        return openLockFile(place, path, like);
     struct stat info
     {
     };
@@ -75,19 +77,35 @@ Descriptor openLockFile(const QByteArray &place, const QString &path, const QByt
     return file;
 }
 
+/// False when the file was removed before it was locked; another one may lie in its place.
+bool liesAt(const QByteArray &place, int file)
+{
+    struct stat own
+    {
+    };
+    struct stat there
+    {
+    };
+    return fstat(file, &own) == 0 && lstat(place.constData(), &there) == 0
+           && own.st_dev == there.st_dev && own.st_ino == there.st_ino;
+}
+
 } // namespace
 
 std::unique_ptr<FileLock> lockFileAt(const QByteArray &place, const QString &path,
                                      const QByteArray &like, std::chrono::milliseconds patience)
 {
-    Descriptor file = openLockFile(place, path, like);
     const auto end = std::chrono::steady_clock::now() + patience;
-    while (!setLock(file.get(), F_WRLCK)) {
-        if (errno != EAGAIN && errno != EACCES && errno != EINTR)
-            raiseSystemError(errno, cannotLock, path);
-        if (std::chrono::steady_clock::now() >= end)
-            return nullptr;
-        std::this_thread::sleep_for(10ms);
+    for (;;) {
+        Descriptor file = openLockFile(place, path, like);
+        while (!setLock(file.get(), F_WRLCK)) {
+            if (errno != EAGAIN && errno != EACCES && errno != EINTR)
+                raiseSystemError(errno, cannotLock, path);
+            if (std::chrono::steady_clock::now() >= end)
+                return nullptr;
+            std::this_thread::sleep_for(10ms);
+        }
+        if (liesAt(place, file.get()))
+            return std::make_unique<RangeLock>(std::move(file));
     }
-    return std::make_unique<RangeLock>(std::move(file));
 }
