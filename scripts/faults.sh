@@ -93,8 +93,8 @@ sweep() {
     one "change a book" -- rename-book Base ALP "Alpha two"
     one "delete a book" -- delete-book Base ALP
     installation "$dir" >/dev/null
-    one "report targets" -- report-ibd
-    one "report references" -- report-ibs
+    one "report targets" --ops all --faults kill,eio,eacces,gone -- report-ibd # reads only
+    one "report references" --ops all --faults kill,eio,eacces,gone -- report-ibs
     one "release a set" -- release Second 2026-01-03
     one "reopen a set" -- reopen Base
     # A failure leaves what was made in place, unlisted: only its own folder may be in between.

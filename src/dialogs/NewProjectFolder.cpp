@@ -116,8 +116,10 @@ void NewProjectFolder::move()
 
 bool NewProjectFolder::leaveInPlace()
 {
+    const auto asFarAsItGoes = [](const QvError &) {}; // it stays beside its place then
+    trap(asFarAsItGoes, [this] { m_program.files.syncTree(path()); });
     if (!m_isInPlace)
-        trap([](const QvError &) {}, [this] { move(); }); // it stays beside its place then
+        trap(asFarAsItGoes, [this] { move(); });
     return m_isInPlace;
 }
 
