@@ -41,11 +41,6 @@ struct World : TestProgram
         session.projectId = id;
         session.projectLanguage = language;
     }
-    void putCatalogue(const QString &entries)
-    {
-        put(cataloguePathText, xmlFile(u"<QV_Selection_List>\n\t<QVs>\n"_s + entries
-                                       + u"\t</QVs>\n</QV_Selection_List>\n"_s));
-    }
 };
 
 } // namespace
@@ -133,10 +128,13 @@ void tst_catalogue::storesRanksAndKeepsTheRest()
     World world;
     const QString foreign = u"\t\t<!-- ours -->\n\t\t<QV Hidden=\"x\">\n\t\t\t<QV_Name />\n"
                             "\t\t\t<Owner>Ann</Owner>\n\t\t</QV>\n"_s;
-    world.putCatalogue(
-        foreign + entry(u"A"_s, u"Plant"_s, u"AddDate=\"2025-01-31\" LANGUAGE=\"JPN\""_s, u"x"_s)
-        + entry(u"B"_s, u"Line #2"_s, u"Rank=\"500\""_s, {})
-        + entry(u"C"_s, u"Other"_s, u"Rank=\"9\""_s, {}));
+    world.put(
+        cataloguePathText,
+        xmlFile(u"<QV_Selection_List>\n\t<QVs>\n"_s + foreign
+                + entry(u"A"_s, u"Plant"_s, u"AddDate=\"2025-01-31\" LANGUAGE=\"JPN\""_s, u"x"_s)
+                + entry(u"B"_s, u"Line #2"_s, u"Rank=\"500\""_s, {})
+                + entry(u"C"_s, u"Other"_s, u"Rank=\"9\""_s, {})
+                + u"\t</QVs>\n</QV_Selection_List>\n"_s));
     world.catalogue.UpdateRankInSelectionFile(
         *world.parts.ranking, {{}, u" Plant#7 "_s, u"Line #2#32000"_s, u"Gone#1"_s});
     QCOMPARE(world.catalogue.GetProdQVSelection_Data(),

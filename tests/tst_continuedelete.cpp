@@ -17,12 +17,10 @@ struct ListedProjects : TestProgram
 
     ListedProjects()
     {
-        catalogue.CreateSelectionFile(cataloguePath(server));
         for (const QString &name : {u"Plant"_s, u"Depot"_s, u"..\\Docs"_s, u"Harbour"_s}) {
-            session.projectName = name;
             session.projectId = name + u'1';
             session.projectLanguage = u"DEU"_s;
-            catalogue.UpdateQVSelection();
+            list(name);
             if (!isSafeName(name))
                 continue;
             files.makeFolder(u"S:\\Docs\\"_s + name);
@@ -58,13 +56,6 @@ struct Window
         return std::exchange(world.messages.shown, {});
     }
     bool shows(const char *name) const { return control<QWidget>(form, name)->isVisible(); }
-    static QStringList namesIn(const QComboBox *list)
-    {
-        QStringList names;
-        for (int at = 0; at < list->count(); ++at)
-            names.append(list->itemText(at));
-        return names;
-    }
 };
 
 } // namespace
@@ -83,7 +74,7 @@ void tst_continuedelete::reopensAndContinues()
 {
     ListedProjects world;
     Window window(world);
-    QCOMPARE(window.namesIn(window.toContinue),
+    QCOMPARE(textsIn(window.toContinue->model()),
              QStringList({u"Plant"_s, u"..\\Docs"_s, u"Harbour"_s}));
     QCOMPARE(window.toContinue->currentText(), "Plant"_L1);
     QVERIFY(window.shows("fraContinueProject") && !window.shows("fraDeleteProject"));
@@ -130,7 +121,7 @@ void tst_continuedelete::deletesOneAfterTheOther()
                                 u"Do you want to delete files associated with Project ?"_s};
     QCOMPARE(window.press("cmdContinueDelPrj", {Answer::Cancel}), questions.first(1));
     QCOMPARE(world.messages.boxes.first().details, "Project: Plant"_L1);
-    QCOMPARE(world.listed(), window.namesIn(window.toDelete));
+    QCOMPARE(world.listed(), textsIn(window.toDelete->model()));
 
     QCOMPARE(window.press("cmdContinueDelPrj", {Answer::Ok, Answer::No}), questions);
     QVERIFY(world.files.fileExists(world.toc(u"Plant"_s)));
@@ -145,7 +136,7 @@ void tst_continuedelete::deletesOneAfterTheOther()
     QCOMPARE(window.toDelete->currentText(), "..\\Docs"_L1);
     window.press("cmdContinueDelPrj", {Answer::Ok, Answer::No});
     window.press("cmdContinueDelPrj", {Answer::Ok, Answer::Yes});
-    QCOMPARE(world.listed() + window.namesIn(window.toDelete), QStringList());
+    QCOMPARE(world.listed() + textsIn(window.toDelete->model()), QStringList());
     QCOMPARE(window.toDelete->placeholderText(), "Harbour"_L1); // still to be read
     QCOMPARE(window.press("cmdContinueDelPrj").value(0), "Select a project to continue"_L1);
 

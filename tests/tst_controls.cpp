@@ -149,7 +149,6 @@ void tst_controls::takesUpAFolderWithPages()
 {
     SampleProject sample;
     TestProgram &world = sample.world;
-    world.files.makeFolder(sample.folder + u"Book_OLD"_s);
     world.put(sample.folder + u"Book_OLD\\a.htm"_s, "<title>First &amp; last</title>");
     world.put(sample.folder + u"Book_OLD\\b.html"_s, "<h1>Heading</h1>");
     world.put(sample.folder + u"Book_OLD\\c.css"_s, "p {}");
@@ -501,21 +500,16 @@ void tst_controls::deletesNoFolderThatIsNotTheBooksOwn()
     SampleProject sample;
     TocBook inner = sample.addBook(u"Pump"_s, u"PUMP"_s);
     TableOfContents toc(sample.world.session, sample.world.files);
-    const auto put = [&](const QString &name, const QString &folder) {
-        TocBook book{name, name, sample.name, folder, u"Book.xml"_s, {}, {}};
-        toc.addBook(sample.name, book);
-        return book;
-    };
     sample.world.files.makeFolder(sample.folder + u"Real"_s);
     QVERIFY(
         QFile::link(sample.world.native(u"Docs"_s), sample.world.native(u"Docs/Plant 300/Link"_s)));
-    const QList<TocBook> refused{inner,
-                                 put(u"Sub"_s, u"Book_PUMP\\Sub"_s),
-                                 put(u"Whole"_s, u"."_s),
-                                 put(u"Empty"_s, QString()),
-                                 put(u"Out"_s, u"..\\Plant 300\\Book_PUMP"_s),
-                                 put(u"Root"_s, u"S:\\Docs"_s),
-                                 put(u"Linked"_s, u"Link\\Plant 300"_s)};
+    QList<TocBook> refused{inner};
+    for (const QString &folder : {u"Book_PUMP\\Sub"_s, u"."_s, u""_s, u"S:\\Docs"_s,
+                                  u"..\\Plant 300\\Book_PUMP"_s, u"Link\\Plant 300"_s}) {
+        const QString name = u"in "_s + folder;
+        refused.append({name, name, sample.name, folder, u"Book.xml"_s, {}, {}});
+        toc.addBook(sample.name, refused.last());
+    }
     Desk desk(sample);
     for (const TocBook &book : refused) {
         Q_EMIT desk.session.deleteRequested(book);
@@ -532,7 +526,6 @@ void tst_controls::addsSourceFiles()
     SampleProject sample;
     const TocBook pump = sample.addBook(u"Pump"_s, u"PUMP"_s);
     TestProgram &world = sample.world;
-    world.files.makeFolder(u"S:\\Source"_s);
     world.put(u"S:\\Source\\start.htm"_s, "<title>Start</title><img src=\"dot.png\">");
     world.put(u"S:\\Source\\dot.png"_s, "PNG");
     Desk desk(sample);

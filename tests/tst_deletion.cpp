@@ -1,10 +1,8 @@
 #include "dialogs/ProjectDeletion.h"
 #include "platform/TreeWalker.h"
-#include "platform/Xml.h"
-#include "startup/FileHelpers.h"
-#include "support/Errors.h"
 #include "support/OrdinaryUser.h"
 #include "support/TestProgram.h"
+#include "support/XmlFile.h"
 
 #include <QTest>
 
@@ -16,17 +14,13 @@ using Outcome = ProjectDeletion::Outcome;
 
 struct World : TestProgram
 {
-    ProjectCatalogue catalogue{session, files};
     ProjectDeletion deletion{program};
 
     /// Lists a project with two files, one of them read-only in a read-only folder.
     void make(const QString &name)
     {
-        session.projectName = name;
-        catalogue.bCheckQVSelectionforProdName();
-        catalogue.UpdateQVSelection();
+        list(name);
         const QString path = u"S:\\Docs\\"_s + name;
-        FileHelpers(session, files).mbCreateFilePath(path + u"\\Book_A"_s);
         put(path + u"\\QV_Toc.xml"_s, "toc");
         put(path + u"\\Book_A\\p.htm"_s, "page");
         files.setAttributes(path + u"\\Book_A\\p.htm"_s, ReadOnlyFile);
@@ -45,9 +39,9 @@ struct World : TestProgram
     /// Deletes with a progress that calls `reached` at every step and is stopped when it says so.
     ProjectDeletion::Result remove(const QString &name, const std::function<bool(int)> &reached)
     {
-        std::stop_source stop;
-        const auto step = [&](int done, int, auto &) { reached(done) && stop.request_stop(); };
-        return deletion.remove(name, true, {step, stop.get_token()});
+        Stopper stop;
+        return deletion.remove(name, true,
+                               stop.when([&](int done, auto &) { return reached(done); }));
     }
 };
 
@@ -92,12 +86,9 @@ void tst_deletion::refusesWhatIsNotItsOwnFolder()
     QVERIFY(QFile::link(world.native(u"Elsewhere"_s), world.native(u"Docs/Linked"_s)));
     world.deletion.remove(u"Unlisted"_s, false);
     const QString catalogue = u"S:\\Docs\\QV_Selection.xml"_s;
-    pugi::xml_document list = loadXml(world.files, catalogue, "QV_Selection_List");
-    const pugi::xml_node linked =
-        childWithText(list.document_element().first_child(), "QV", "QV_Name", u"Linked"_s);
-    setText(linked.child("QV_Name"), u"plANT"_s);
-    setText(linked.child("QV_Location"), u"S:\\docs/pump"_s);
-    saveXml(world.files, catalogue, list);
+    QString list = xmlText(world.bytes(catalogue)).section(u'\n', 1);
+    list.replace(u">Linked<"_s, u">plANT<"_s).replace(u">Docs\\Linked\\<"_s, u">S:\\docs/pump<"_s);
+    world.put(catalogue, xmlFile(list));
 
     const QString unsafe = u"This cannot be the name of a folder in S:\\Docs\\"_s;
     const QString shared = u"The project \"plANT\" in the list has the same folder, S:\\Docs\\"_s;

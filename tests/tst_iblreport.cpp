@@ -1,6 +1,6 @@
-#include "catalogue/ProjectCatalogue.h"
 #include "reports/frmIBLReport.h"
 #include "support/FormDriver.h"
+#include "support/LinkFile.h"
 #include "support/TestProgram.h"
 #include "support/XmlFile.h"
 
@@ -11,30 +11,20 @@ namespace {
 /// The projects "Plant 300" and "Harbour" with link files, pages good and bad.
 void makeLinks(TestProgram &world)
 {
-    for (const QString &name : {u"Plant 300"_s, u"Harbour"_s}) {
-        world.session.projectName = name;
-        ProjectCatalogue catalogue(world.session, world.files);
-        if (catalogue.bCheckQVSelectionforProdName())
-            catalogue.UpdateQVSelection();
-        world.files.makeFolder(u"S:\\Docs\\"_s + name);
-    }
-    const auto id = [](const QString &name, const QString &file) {
-        return u"<ID><LinkID>%1</LinkID><LinkIDSourceFile>%2</LinkIDSourceFile></ID>"_s.arg(name,
-                                                                                            file);
-    };
-    const auto user = [](const QString &name, const QString &file) {
-        return u"<USER><LinkID>%1</LinkID><FilePath>%2</FilePath></USER>"_s.arg(name, file);
-    };
+    for (const QString &name : {u"Plant 300"_s, u"Harbour"_s})
+        world.list(name);
     world.put(u"S:\\Docs\\Plant 300\\a b.htm"_s, "<p>Pump</p>");
     world.put(u"S:\\Docs\\Plant 300\\empty.htm"_s, "");
     world.put(u"S:\\Docs\\Plant 300\\QV_LinkID.xml"_s,
-              xmlFile(u"<LINKS><IBD>"_s + id(u"PUMP10"_s, u"Plant 300/a b.htm#top"_s)
-                      + id(u"pump2"_s, u"Plant 300\\gone.htm"_s)
-                      + id(u"A, \"&lt;B&gt;\""_s, u"Plant 300\\empty.htm"_s) + u"</IBD><IBS>"_s
-                      + user(u"PUMP10"_s, u"Plant 300\\a b.htm"_s) + u"</IBS></LINKS>"_s));
+              xmlFile(u"<LINKS><IBD>"_s + linkTarget(u"PUMP10"_s, u"Plant 300/a b.htm#top"_s)
+                      + linkTarget(u"pump2"_s, u"Plant 300\\gone.htm"_s)
+                      + linkTarget(u"A, \"&lt;B&gt;\""_s, u"Plant 300\\empty.htm"_s)
+                      + u"</IBD><IBS>"_s + linkReference(u"PUMP10"_s, u"Plant 300\\a b.htm"_s)
+                      + u"</IBS></LINKS>"_s));
     world.put(u"S:\\Docs\\Harbour\\QV_LinkID.xml"_s,
-              xmlFile(u"<LINKS><IBD>"_s + id(u"OUT"_s, u"..\\secret.htm"_s) + u"</IBD><IBS>"_s
-                      + user(u"pump2"_s, u"Harbour\\x.htm"_s) + u"</IBS></LINKS>"_s));
+              xmlFile(u"<LINKS><IBD>"_s + linkTarget(u"OUT"_s, u"..\\secret.htm"_s)
+                      + u"</IBD><IBS>"_s + linkReference(u"pump2"_s, u"Harbour\\x.htm"_s)
+                      + u"</IBS></LINKS>"_s));
 }
 
 /// The dialog open in front of a world, and what an author sees and does.
@@ -263,9 +253,7 @@ void tst_iblreport::sortsAndFilters()
     makeLinks(world);
     QString many;
     for (int number = 0; number < 50'000; ++number)
-        many +=
-            u"<ID><LinkID>N%1</LinkID><LinkIDSourceFile>H\\%1.htm</LinkIDSourceFile></ID>"_s.arg(
-                number);
+        many += linkTarget(u"N%1"_s.arg(number), u"H\\%1.htm"_s.arg(number));
     Report report(world);
     const QStringList listed = report.identifiers();
     report.clickTitle(1);

@@ -17,13 +17,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-const TocBook guide{.name = u"Guide"_s,
-                    .acronym = u"GD"_s,
-                    .key = u"Plant"_s,
-                    .folder = u"Book_GD"_s,
-                    .file = u"Book_GD.xml"_s,
-                    .type = {},
-                    .categories = {}};
+const TocBook guide{u"Guide"_s, u"GD"_s, u"Plant"_s, u"Book_GD"_s, u"Book_GD.xml"_s, {}, {}};
 
 const QString project = u"S:\\Docs\\Plant\\"_s;
 const QString bookFolder = project + u"Book_GD\\"_s;
@@ -42,13 +36,7 @@ struct World : TestProgram
         files.makeFolder(withoutBackslash(source));
     }
 
-    void putSource(const QString &name, const QByteArray &content)
-    {
-        const QString parent = withoutBackslash(parentFolder(source + name));
-        if (!files.folderExists(parent))
-            files.makeFolder(parent);
-        put(source + name, content);
-    }
+    void putSource(const QString &name, const QByteArray &content) { put(source + name, content); }
 
     ImportPlan plan(const QStringList &picked = {withoutBackslash(source)})
     {
@@ -354,14 +342,9 @@ void tst_import::stopAndFailuresLeaveTheBookAsItWas()
     itemFor(plan, u"keep.htm"_s).action = ImportAction::Replace;
     const auto before = world.snapshot(project);
 
-    std::stop_source stop;
-    const Progress untilThird{.report =
-                                  [&](int done, int, const QString &) {
-                                      if (done == 3)
-                                          stop.request_stop();
-                                  },
-                              .stop = stop.get_token()};
-    QVERIFY_THROWS_EXCEPTION(Unwinding, world.run(plan, untilThird));
+    Stopper stop;
+    const Progress atThird = stop.when([](int done, auto &) { return done == 3; });
+    QVERIFY_THROWS_EXCEPTION(Unwinding, world.run(plan, atThird));
     QCOMPARE(world.snapshot(project), before);
 
     world.files.removeFile(source + u"sub\\page5.htm"_s);

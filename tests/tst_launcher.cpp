@@ -12,7 +12,6 @@ class tst_launcher final : public QObject
 
 private Q_SLOTS:
     void showsTheChoicesAfterTheSplash();
-    void leavesWithoutAskingForAChoice();
     void asksOnlyWhenTheUserLeaves();
     void comesBackWithoutASplash();
     void hasNothingToChooseWhenLoadingFails();
@@ -52,7 +51,7 @@ void tst_launcher::showsTheChoicesAfterTheSplash()
     QCOMPARE(world.files.entries(u"S:\\Docs"_s).size(), 0);
 }
 
-void tst_launcher::leavesWithoutAskingForAChoice()
+void tst_launcher::asksOnlyWhenTheUserLeaves()
 {
     TestProgram world;
     world.session.gbFromMainWindow = true;
@@ -61,18 +60,6 @@ void tst_launcher::leavesWithoutAskingForAChoice()
     QVERIFY2(world.clock.elapsed == std::chrono::seconds(0), "no splash from the main window");
     form->activateWindow();
     QVERIFY(QTest::qWaitForWindowActive(form));
-
-    QTest::keyClick(form, Qt::Key_A, Qt::AltModifier);
-    QTRY_COMPARE(world.navigator.shown, QList{Form::SelPrjTypetoAdd});
-    QTRY_VERIFY(!form);
-    QVERIFY(world.messages.shown.isEmpty());
-}
-
-void tst_launcher::asksOnlyWhenTheUserLeaves()
-{
-    TestProgram world;
-    QPointer form = new frmSelPrjType(world.program);
-    form->show();
 
     world.messages.answers = {Answer::No, Answer::No, Answer::No};
     click(form, "cmdCancel");
@@ -88,8 +75,8 @@ void tst_launcher::asksOnlyWhenTheUserLeaves()
     QCOMPARE(world.processes.started, QStringList{u"C:\\Client\\Bin\\StartApp.exe|"
                                                   "QVT@qv@qvdev_ug@qv@What do you want to do"_s});
 
-    click(form, "cmdMergeProjects");
-    QCOMPARE(world.navigator.shown, QList{Form::MergeProjects});
+    QTest::keyClick(form, Qt::Key_A, Qt::AltModifier);
+    QTRY_COMPARE(world.navigator.shown, QList{Form::SelPrjTypetoAdd});
     QTRY_VERIFY(!form);
     QCOMPARE(world.messages.shown.size(), 3);
 }

@@ -1,4 +1,5 @@
 #include "components/LinkIDMerger.h"
+#include "support/LinkFile.h"
 #include "support/TestProgram.h"
 #include "support/XmlFile.h"
 
@@ -16,18 +17,15 @@ QString linksOf(const QString &project)
 /// The content of a link file: entries "a>P\a.htm" of both sections, or elements as they are.
 QString sections(const QStringList &targets, const QStringList &references = {})
 {
-    const auto section = [](const QString &name, const QStringList &entries, const QString &form) {
+    const auto section = [](const QString &name, const QStringList &entries, const auto &form) {
         QString content;
         for (const QString &entry : entries)
             content += entry.startsWith(u'<')
                            ? entry
-                           : form.arg(entry.section(u'>', 0, 0), entry.section(u'>', 1));
+                           : form(entry.section(u'>', 0, 0), entry.section(u'>', 1));
         return content.isEmpty() ? u"<%1/>"_s.arg(name) : u"<%1>%2</%1>"_s.arg(name, content);
     };
-    return section(u"IBD"_s, targets,
-                   u"<ID><LinkID>%1</LinkID><LinkIDSourceFile>%2</LinkIDSourceFile></ID>"_s)
-           + section(u"IBS"_s, references,
-                     u"<USER><LinkID>%1</LinkID><FilePath>%2</FilePath></USER>"_s);
+    return section(u"IBD"_s, targets, linkTarget) + section(u"IBS"_s, references, linkReference);
 }
 
 struct World : TestProgram
@@ -110,9 +108,8 @@ void tst_linkmerger::tellsOfConflictsAndOfWhatCannotBeRead()
     world.write(world.merged, sections({u"a>All\\1.htm"_s}));
     world.write(linksOf(u"P"_s), sections({u"a>P\\2.htm"_s, u"b>P\\b.htm"_s}));
     world.put(linksOf(u"Q"_s), "<LINKS>");
-    std::stop_source stop;
-    const Progress stopping{[&](int done, int, auto &) { done == 1 && stop.request_stop(); },
-                            stop.get_token()};
+    Stopper stop;
+    const Progress stopping = stop.when([](int done, auto &) { return done == 1; });
     QVERIFY_THROWS_EXCEPTION(Unwinding, world.merge({u"P"_s, u"Q"_s}, stopping));
     QCOMPARE(world.read(world.merged), sections({u"a>All\\1.htm"_s}));
     QCOMPARE(world.merge({u"Q"_s, u"P"_s}),
@@ -150,11 +147,8 @@ void tst_linkmerger::unmergesAProject()
 {
     World world;
     ProjectCatalogue catalogue(world.session, world.files);
-    for (const QString &name : {u"P"_s, u"Works"_s, u".."_s}) {
-        world.session.projectName = name;
-        catalogue.bCheckQVSelectionforProdName();
-        catalogue.UpdateQVSelection();
-    }
+    for (const QString &name : {u"P"_s, u"Works"_s, u".."_s})
+        world.list(name);
     const QString links = u"S:\\Docs\\QV_LinkID.xml"_s;
     const QStringList kept{u"w>Works\\P\\a.htm"_s, u"x>..\\a.htm"_s};
     const QString odd = u"<ID><LinkIDSourceFile>P\\b</LinkIDSourceFile></ID>"_s;

@@ -1,4 +1,5 @@
 #include "reports/LinkReport.h"
+#include "support/LinkFile.h"
 #include "support/TestProgram.h"
 #include "support/XmlFile.h"
 
@@ -13,15 +14,9 @@ namespace {
 
 const QByteArray page = "<p>text</p>";
 
-QString target(const QString &identifier, const QString &path)
-{
-    return u"<ID><LinkID>%1</LinkID><LinkIDSourceFile>%2</LinkIDSourceFile></ID>"_s.arg(identifier,
-                                                                                        path);
-}
-
 QString reference(const QString &identifier, const QString &path = u"Plant\\from.htm"_s)
 {
-    return u"<USER><LinkID>%1</LinkID><FilePath>%2</FilePath></USER>"_s.arg(identifier, path);
+    return linkReference(identifier, path);
 }
 
 /// A server with listed projects, their pages and their link files.
@@ -93,8 +88,7 @@ private Q_SLOTS:
     void theFirstDestinationDecides();
     void aSectionCanBeADestination();
     void unreadableFilesCountAsEmpty();
-    void keepsTheOrderAndTellsHowFarItIs();
-    void stops();
+    void keepsTheOrderTellsHowFarItIsAndStops();
 };
 
 void tst_linkreport::readsEntries()
@@ -104,13 +98,13 @@ void tst_linkreport::readsEntries()
     const auto id = [](const QString &content) { return u"<ID>"_s + content + u"</ID>"_s; };
     const QList<QPair<QString, QStringList>> sections{
         {{}, {}},
-        {target(u"L1"_s, u"a"_s), {u"L1@@@a"_s}},
+        {linkTarget(u"L1"_s, u"a"_s), {u"L1@@@a"_s}},
         {id(path + link) + id(path + u"<LinkID>L2</LinkID>"_s), {u"@@@a"_s, u"L1@@@a"_s}},
         {id(link + path) + id(path), {u"L1@@@a"_s, u"L1@@@a"_s}},
         {id(link), {}},
         {id(link + path + u"<LinkID>L2</LinkID>"_s + path), {u"L1@@@a"_s, u"L2@@@a"_s}},
-        {target(u"\n\t L\t1 \n"_s, u" a b \n"_s), {u"L 1@@@a b"_s}},
-        {target(u"<![CDATA[<L>]]>&amp;<!-- no -->1<b>2</b>"_s, u"a<?no?>&#x62;"_s),
+        {linkTarget(u"\n\t L\t1 \n"_s, u" a b \n"_s), {u"L 1@@@a b"_s}},
+        {linkTarget(u"<![CDATA[<L>]]>&amp;<!-- no -->1<b>2</b>"_s, u"a<?no?>&#x62;"_s),
          {u"<L>&12@@@ab"_s}},
         {id(u"<LINKID>x</LINKID><LinkIDs/>x<Owner>%2</Owner><FilePath>b</FilePath>%1%2"_s.arg(
              link, path)),
@@ -147,42 +141,22 @@ void tst_linkreport::looksForTargets()
     QVERIFY(QFile::link(server.native(u"Other"_s), server.native(u"Docs/Plant/link"_s)));
     QVERIFY(QFile::link(server.native(u"Other/a.htm"_s), server.native(u"Docs/Plant/link.htm"_s)));
 
-    const QStringList good{u"Plant\\Book\\a.htm"_s,     u"Plant/Book\\\\a.htm#top"_s,
-                           u"PLANT\\bOOK\\A.HTM#1"_s,   u".\\Plant\\Book\\a.htm"_s,
-                           u"Plant\\Book\\blank.htm"_s, u"plant\\book\\GRÖßE.htm"_s,
-                           u"Plant\\Book\\two.htm"_s,   u"top.htm"_s,
-                           u"Plant\\Book\\a#b.htm#x"_s, u"Plant\\Book\\a.htm#b"_s,
-                           u"Plant\\Odd\\a.htm"_s,      u"plant\\odd\\A.htm#x"_s,
-                           u"plant\\odd\\sub\\A.htm"_s};
+    const QStringList good =
+        u"Plant\\Book\\a.htm|Plant/Book\\\\a.htm#top|PLANT\\bOOK\\A.HTM#1|"
+        ".\\Plant\\Book\\a.htm|Plant\\Book\\blank.htm|plant\\book\\GRÖßE.htm|"
+        "Plant\\Book\\two.htm|top.htm|Plant\\Book\\a#b.htm#x|Plant\\Book\\a.htm#b|"
+        "Plant\\Odd\\a.htm|plant\\odd\\A.htm#x|plant\\odd\\sub\\A.htm"_s.split(u'|');
     const QStringList onlyLookedUp{u"Plant\\Book\\a#b.htm"_s, u"Plant\\x#1\\a.htm"_s};
-    const QStringList bad{{},
-                          u"#top"_s,
-                          u"Plant\\Book\\con.htm"_s,
-                          u"Plant\\Book\\none.htm"_s,
-                          u"Plant\\Book"_s,
-                          u"Plant\\Book\\"_s,
-                          u"Plant\\Book\\a.htm\\"_s,
-                          u"None\\"_s.repeated(60'000) + u"a.htm"_s,
-                          u"Plant\\Book\\a.htm\\a.htm"_s,
-                          u"Plant\\Book\\empty.htm"_s,
-                          u"Plant\\Book\\cr.htm"_s,
-                          u"Plant\\Book\\lf.htm#x"_s,
-                          u"Plant\\Book\\TWO.htm"_s,
-                          u"Plant\\Book\\a.htm#b#c"_s,
-                          u"Plant\\Odd\\none.htm"_s,
-                          // These lead to pages that are there, but for the rules that forbid it.
-                          u"..\\Other\\a.htm"_s,
-                          u"Plant\\..\\..\\Other\\a.htm"_s,
-                          u"Plant/../Plant/Book/a.htm"_s,
-                          u"S:\\Other\\a.htm"_s,
-                          u"S:\\Docs\\top.htm"_s,
-                          u"\\Plant\\Book\\a.htm"_s,
-                          server.native(u"Other/a.htm"_s),
-                          u"\\\\srv"_s + server.native(u"Other/a.htm"_s),
-                          u"Plant\\link\\a.htm"_s,
-                          u"Plant\\LINK\\a.htm"_s,
-                          u"Plant\\link.htm"_s,
-                          u"file:///Plant/Book/a.htm"_s};
+    QStringList bad = u"|#top|Plant\\Book\\con.htm|Plant\\Book\\none.htm|Plant\\Book|Plant\\Book\\|"
+                      "Plant\\Book\\a.htm\\|Plant\\Book\\a.htm\\a.htm|Plant\\Book\\empty.htm|"
+                      "Plant\\Book\\cr.htm|Plant\\Book\\lf.htm#x|Plant\\Book\\TWO.htm|"
+                      "Plant\\Book\\a.htm#b#c|Plant\\Odd\\none.htm"_s.split(u'|');
+    bad << u"None\\"_s.repeated(60'000) + u"a.htm"_s;
+    // These lead to pages that are there, but for the rules that forbid it.
+    bad << u"..\\Other\\a.htm|Plant\\..\\..\\Other\\a.htm|Plant/../Plant/Book/a.htm|"
+           "S:\\Other\\a.htm|S:\\Docs\\top.htm|\\Plant\\Book\\a.htm|Plant\\link\\a.htm|"
+           "Plant\\LINK\\a.htm|Plant\\link.htm|file:///Plant/Book/a.htm"_s.split(u'|')
+        << server.native(u"Other/a.htm"_s) << u"\\\\srv"_s + server.native(u"Other/a.htm"_s);
 
     QString targets;
     QString references;
@@ -190,7 +164,7 @@ void tst_linkreport::looksForTargets()
     QStringList lookedUp;
     for (const QString &path : bad + good + onlyLookedUp) {
         const QString number = QString::number(listed.size());
-        targets += target(number, path);
+        targets += linkTarget(number, path);
         references += reference(number);
         const QString status = good.contains(path) ? u"OK"_s : u"BAD"_s;
         const QString found = bad.contains(path) ? u"BAD"_s : u"OK"_s;
@@ -210,13 +184,13 @@ void tst_linkreport::theFirstDestinationDecides()
     server.putPage(u"Two/a.htm"_s);
     const QString gone = u"Two\\gone.htm"_s;
     const QString there = u"Two\\a.htm#1"_s;
-    server.putLinks(u"Three"_s, target(u"late"_s, there) + target(u"gone first"_s, there));
+    server.putLinks(u"Three"_s, linkTarget(u"late"_s, there) + linkTarget(u"gone first"_s, there));
     server.putLinks(u"Two"_s,
-                    target(u" there\tfirst"_s, there) + target(u"there first"_s, gone)
+                    linkTarget(u" there\tfirst"_s, there) + linkTarget(u"there first"_s, gone)
                         + u"<ID><LinkIDSourceFile>%1</LinkIDSourceFile><LinkID>path first</LinkID>"
                           "<LinkID>second name</LinkID></ID>"_s.arg(there));
     server.putLinks(u"One"_s,
-                    target(u"gone first"_s, gone) + u"<ID><LinkID>late</LinkID></ID>"_s
+                    linkTarget(u"gone first"_s, gone) + u"<ID><LinkID>late</LinkID></ID>"_s
                         + u"<ID><LinkIDSourceFile>%1</LinkIDSourceFile></ID>"_s.arg(gone)
                         + u"<ID><LinkID>two paths</LinkID><LinkIDSourceFile>%1</LinkIDSourceFile>"
                           "<LinkIDSourceFile>%2</LinkIDSourceFile></ID>"_s.arg(gone, there),
@@ -243,9 +217,9 @@ void tst_linkreport::aSectionCanBeADestination()
     server.putPage(u"One/a.htm"_s);
     const QString there = u"<LinkIDSourceFile>One\\a.htm</LinkIDSourceFile>"_s;
     const QString gone = u"<LinkIDSourceFile>gone</LinkIDSourceFile>"_s;
-    server.putLinks(u"One"_s, target(u"early"_s, u"gone"_s));
+    server.putLinks(u"One"_s, linkTarget(u"early"_s, u"gone"_s));
     server.putLinks(u"Two"_s,
-                    target(u"A"_s, u"gone"_s) + u"<ID>no path</ID></IBD><IBD>"_s
+                    linkTarget(u"A"_s, u"gone"_s) + u"<ID>no path</ID></IBD><IBD>"_s
                         + u"<ID> B</ID><ID>A</ID><ID><LinkID>C</LinkID></ID><ID>early</ID>"_s
                         + there + gone,
                     reference(u"A"_s) + reference(u"B"_s) + reference(u"C"_s)
@@ -259,23 +233,13 @@ void tst_linkreport::aSectionCanBeADestination()
 
 void tst_linkreport::unreadableFilesCountAsEmpty()
 {
-    Server server({u"First"_s,
-                   u"Cut"_s,
-                   u"Root"_s,
-                   u"Space"_s,
-                   u"Doctype"_s,
-                   u"No file"_s,
-                   u"No folder"_s,
-                   u"Linked"_s,
-                   u"Linked file"_s,
-                   u".."_s,
-                   u"C:"_s,
-                   {},
-                   u"Last"_s});
+    Server server(
+        u"First|Cut|Root|Space|Doctype|No file|No folder|Linked|Linked file|..|C:||Last"_s.split(
+            u'|'));
     server.putPage(u"First/a.htm"_s);
     const QString whole = u"<LINKS%2><IBD>%1</IBD><IBS>%3</IBS></LINKS%2>\n"_s;
     const auto text = [&](const QString &name, const QString &root = {}) {
-        return whole.arg(target(name, u"First\\a.htm"_s), root, reference(name));
+        return whole.arg(linkTarget(name, u"First\\a.htm"_s), root, reference(name));
     };
     server.putLinkFile(u"First"_s, text(u"First"_s));
     server.putLinkFile(u"Last"_s, text(u"Last"_s));
@@ -299,7 +263,7 @@ void tst_linkreport::unreadableFilesCountAsEmpty()
     QCOMPARE(server.state(u"Last"_s), u"OK"_s);
 }
 
-void tst_linkreport::keepsTheOrderAndTellsHowFarItIs()
+void tst_linkreport::keepsTheOrderTellsHowFarItIsAndStops()
 {
     QStringList projects;
     for (int number = 60; number > 0; --number)
@@ -316,8 +280,8 @@ void tst_linkreport::keepsTheOrderAndTellsHowFarItIs()
         }
         if (at % 2 == 0)
             server.putPage(projects.at(at) + u"/a.htm"_s);
-        server.putLinks(projects.at(at), target(projects.at(at), projects.at(at) + u"\\a.htm"_s),
-                        references);
+        server.putLinks(projects.at(at),
+                        linkTarget(projects.at(at), projects.at(at) + u"\\a.htm"_s), references);
     }
     QCOMPARE(server.references(1), expected);
     QCOMPARE(server.references(4), expected);
@@ -333,22 +297,13 @@ void tst_linkreport::keepsTheOrderAndTellsHowFarItIs()
     };
     (void)LinkReport(server.program).GetIBD_Details(progress);
     QCOMPARE(told, projects);
-}
 
-void tst_linkreport::stops()
-{
-    Server server({u"One"_s, u"Two"_s});
-    server.putLinks(u"One"_s, target(u"L1"_s, u"One\\a.htm"_s));
     int steps = 0;
-    std::stop_source stop;
-    const Progress progress{[&](int, int, const QString &) {
-                                ++steps;
-                                stop.request_stop();
-                            },
-                            stop.get_token()};
-    QVERIFY_THROWS_EXCEPTION(Unwinding, LinkReport(server.program).GetIBD_Details(progress));
+    Stopper stop;
+    const Progress atOnce = stop.when([&](int, auto &) { return ++steps > 0; });
+    QVERIFY_THROWS_EXCEPTION(Unwinding, LinkReport(server.program).GetIBD_Details(atOnce));
     QCOMPARE(steps, 1);
-    QVERIFY_THROWS_EXCEPTION(Unwinding, LinkReport(server.program).GetIBS_Details(progress));
+    QVERIFY_THROWS_EXCEPTION(Unwinding, LinkReport(server.program).GetIBS_Details(atOnce));
     QCOMPARE(steps, 1);
 }
 

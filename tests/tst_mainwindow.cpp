@@ -53,7 +53,6 @@ class tst_mainwindow final : public QObject
 private Q_SLOTS:
     void opensOnTheGlobals();
     void passesTheChosenNodeOn();
-    void passesQuickNavigationOn();
     void marksChangesThatNoBuildHasTakenIn();
     void saysWhichHandlerFailed();
     void asksBeforeItCloses();
@@ -96,6 +95,7 @@ void tst_mainwindow::passesTheChosenNodeOn()
     world.addBook(u"Operator's Guide"_s, u"OPG"_s);
     world.addBook(u"Repair"_s, u"REP"_s);
     world.currentFiles().addGlobals();
+    world.currentFiles().addQuickNav(u"REP"_s);
     frmMainUI *const form = world.openMainWindow();
     auto *const tabs = control<QTabBar>(form, "SSTab1");
 
@@ -115,19 +115,13 @@ void tst_mainwindow::passesTheChosenNodeOn()
     const auto *const pages = control<QTreeWidget>(form, "tvwGlobalPages");
     QVERIFY(pages->currentItem());
     QCOMPARE(pages->currentItem()->text(0), "welcome"_L1);
-    QVERIFY(world.messages.shown.isEmpty());
-}
 
-void tst_mainwindow::passesQuickNavigationOn()
-{
-    WorkspaceWorld world(u"Plant"_s);
-    world.currentFiles().addQuickNav(u"REP"_s);
-    frmMainUI *const form = world.openMainWindow();
     chooseInTree(form, {u"Quick Navigation"_s, u"The view"_s, u"The group"_s, u"The topic"_s,
                         u"The category"_s});
     QCOMPARE(chosenIn(form, "lstViews"), "The view"_L1);
     QCOMPARE(chosenIn(form, "lstTopics"), "The topic"_L1);
     QCOMPARE(chosenIn(form, "lstCategories"), "The category"_L1);
+    QVERIFY(world.messages.shown.isEmpty());
 }
 
 void tst_mainwindow::marksChangesThatNoBuildHasTakenIn()

@@ -1,5 +1,6 @@
 #include "catalogue/StatusIndicators.h"
-#include "dialogs/ProjectMerge.h"
+#include "dialogs/merge/ProjectMerge.h"
+#include "support/LinkFile.h"
 #include "support/OrdinaryUser.h"
 #include "support/SampleProject.h"
 
@@ -34,11 +35,9 @@ struct MergeWorld : TestProgram
         toc.replace(u"<QV_Date_Process/>"_s, u"<QV_Date_Process>%1</QV_Date_Process>"_s.arg(
                                                  locale.shortDate(isReleased ? QDate() : date)));
         put(made.folder + ProjectFile::toc, xmlFile(toc));
-        ProjectCatalogue catalogue(session, files);
-        catalogue.bCheckQVSelectionforProdName();
-        catalogue.UpdateQVSelection();
+        list(name);
         if (isReleased)
-            catalogue.release(name, date);
+            ProjectCatalogue(session, files).release(name, date);
         return made;
     }
 
@@ -51,13 +50,6 @@ struct MergeWorld : TestProgram
         return xmlText(bytes(merged + below)).remove(QChar::ByteOrderMark);
     }
     Toc toc() { return TableOfContents(session, files).read(u"Both"_s); }
-    QStringList below(const QString &path)
-    {
-        QStringList names;
-        for (const FolderEntry &entry : files.entries(path))
-            names.append(entry.name);
-        return names;
-    }
 };
 
 QStringList told(const MergeResult &result, Kind kind)
@@ -68,15 +60,6 @@ QStringList told(const MergeResult &result, Kind kind)
             lines.append(u"%1 %2 %3"_s.arg(finding.project, finding.acronym, finding.detail));
     }
     return lines;
-}
-
-Progress stopAt(std::stop_source &source, const QString &file)
-{
-    return {[&source, file](int, int, const QString &what) {
-                if (what == file)
-                    source.request_stop();
-            },
-            source.get_token()};
 }
 
 } // namespace
@@ -129,12 +112,8 @@ void tst_merge::mergesSharedBooks()
     third.addBook(u"Delta"_s, u"ALP1"_s);
     for (const auto &derived :
          {u"QV_SearchKeyWords.xml"_s, u"QVDEU_Operator's_Server.Zip"_s, u"Merge_Log.txt"_s,
-          u"DocToDoc_Log.txt"_s, u"DEU_Operator's_QA_Log.txt"_s, u"Search_Words\\Words_a.xml"_s}) {
-        const QString path = base.folder + derived;
-        if (!world.files.folderExists(parentFolder(path)))
-            world.files.makeFolder(parentFolder(path));
-        world.put(path, "old");
-    }
+          u"DocToDoc_Log.txt"_s, u"DEU_Operator's_QA_Log.txt"_s, u"Search_Words\\Words_a.xml"_s})
+        world.put(base.folder + derived, "old");
     world.put(base.folder + ProjectFile::status, "red");
     world.files.setAttributes(second.folder + u"Book_ALP\\start.htm"_s, ReadOnlyFile);
     world.files.setAttributes(second.folder + u"Book_ALP\\Book_ALP.xml"_s, ReadOnlyFile);
@@ -205,9 +184,7 @@ void tst_merge::followsRenamedFolders()
          {u"plain.htm"_s, plain}});
     world.put(other.folder + u"Book_BLT\\s.css"_s, "p { background: url(../Book_p&1/i.png) }");
     world.files.setAttributes(other.folder + u"Book_BLT\\links.htm"_s, ReadOnlyFile);
-    const QString below = u"Book_p&1\\sub"_s;
-    world.files.makeFolder(other.folder + below);
-    world.put(other.folder + below + u"\\s.htm"_s, "<a href='../page.htm'>");
+    world.put(other.folder + u"Book_p&1\\sub\\s.htm"_s, "<a href='../page.htm'>");
     // A book in a folder of another book, and one in a folder that is a book of the base project.
     TableOfContents contents(world.session, world.files);
     BookFile books(world.session, world.files);
@@ -219,8 +196,8 @@ void tst_merge::followsRenamedFolders()
     }
     world.files.makeFolder(base.folder + full);
     world.put(other.folder + ProjectFile::links,
-              xmlFile(u"<LINKS><IBS><USER><LinkID>L</LinkID><FilePath>B\\book_w/Deep\\a.htm"
-                      "</FilePath></USER></IBS></LINKS>"_s));
+              xmlFile(u"<LINKS><IBS>%1</IBS></LINKS>"_s.arg(
+                  linkReference(u"L"_s, u"B\\book_w/Deep\\a.htm"_s))));
 
     const MergeResult result = world.merge({u"A"_s, u"B"_s});
     QVERIFY(xmlText(world.bytes(world.merged + ProjectFile::links))
@@ -262,10 +239,7 @@ void tst_merge::bringsWhatBooksShare()
     other.addBook(u"Two"_s, u"X"_s);
     third.addBook(u"Three"_s, u"Y"_s);
     const auto put = [&](const ProjectFiles &project, const QString &name, const char *bytes) {
-        const QString path = project.folder + name;
-        if (!world.files.folderExists(parentFolder(path)))
-            world.files.makeFolder(parentFolder(path));
-        world.put(path, bytes);
+        world.put(project.folder + name, bytes);
     };
     put(base, u"Images\\logo.png"_s, "A");
     put(base, u"Images\\same.png"_s, "=");
@@ -315,8 +289,8 @@ void tst_merge::joinsCategoriesAndLinks()
     CategoryFile(world.files).write(base.folder + ProjectFile::categories, {{{}, u"Lost"_s, {}}});
     const auto linkFile = [&](ProjectFiles &project, const QString &id) {
         world.put(project.folder + ProjectFile::links,
-                  xmlFile(u"<LINKS><IBD><ID><LinkID>%1</LinkID><LinkIDSourceFile>%2\\Book_X\\a.htm"
-                          "</LinkIDSourceFile></ID></IBD></LINKS>"_s.arg(id, project.name)));
+                  xmlFile(u"<LINKS><IBD>%1</IBD></LINKS>"_s.arg(
+                      linkTarget(id, project.name + u"\\Book_X\\a.htm"_s))));
     };
     linkFile(first, u"L1"_s);
     linkFile(base, u"L2"_s);
@@ -344,21 +318,15 @@ void tst_merge::refusesBeforeAnythingIsMade()
     world.project(u"A"_s, QDate(2022, 1, 1));
     world.put(torn.folder + ProjectFile::toc, "<QV_Master>");
     QVERIFY(QFile::link(u"/etc"_s, world.native(u"Docs/Link"_s)));
-    world.session.projectName = u"Link"_s;
-    ProjectCatalogue(world.session, world.files).UpdateQVSelection();
+    world.list(u"Link"_s);
     world.files.makeFolder(u"S:\\Docs\\Unlisted"_s);
     const QStringList before = world.below(u"S:\\Docs"_s);
 
-    const QList<std::pair<QStringList, int>> rows{{{u"A"_s}, 5},
-                                                  {{u"A"_s, u"a"_s}, 5},
-                                                  {{u"A"_s, u"Unlisted"_s}, 5},
-                                                  {{u"A"_s, QString()}, 5},
-                                                  {{u"A"_s, u"Torn"_s}, 75},
-                                                  {{u"A"_s, u"Link"_s}, 75},
-                                                  {{u"A"_s, u"My Favorites"_s}, 5}};
-    for (const auto &[projects, number] : rows) {
+    for (const QString &row : {u"5:A"_s, u"5:A|a"_s, u"5:A|Unlisted"_s, u"5:A|"_s,
+                               u"5:A|My Favorites"_s, u"75:A|Torn"_s, u"75:A|Link"_s}) {
+        const QStringList projects = row.section(u':', 1).split(u'|');
         const QvError error = raisedBy([&] { world.merge(projects); });
-        QVERIFY2(error.number() == number, qPrintable(projects.join(u'|') + error.text()));
+        QVERIFY2(error.number() == row.section(u':', 0, 0).toInt(), qPrintable(row + error.text()));
         QVERIFY2(error.description().contains(projects.last()) || projects.size() == 1,
                  qPrintable(error.text()));
         QCOMPARE(world.below(u"S:\\Docs"_s), before);
@@ -408,9 +376,10 @@ void tst_merge::stopLeavesNothing()
     world.put(u"S:\\Docs\\B\\shared.css"_s, "x");
     const QStringList before = world.below(u"S:\\Docs"_s);
     for (const QString &file : {u"one.htm"_s, u"two.htm"_s, u"shared.css"_s, u"Both"_s}) {
-        std::stop_source source;
-        QVERIFY_THROWS_EXCEPTION(Unwinding, world.merge({u"A"_s, u"B"_s}, stopAt(source, file)));
-        QVERIFY(source.stop_requested());
+        Stopper stop;
+        const auto atFile = stop.when([&](int, const QString &what) { return what == file; });
+        QVERIFY_THROWS_EXCEPTION(Unwinding, world.merge({u"A"_s, u"B"_s}, atFile));
+        QVERIFY(stop.pressed());
         QCOMPARE(world.below(u"S:\\Docs"_s), before);
         QCOMPARE(ProjectCatalogue(world.session, world.files).entries().size(), 3);
     }

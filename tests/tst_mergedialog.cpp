@@ -43,13 +43,9 @@ struct Desk : TestProgram
     QListWidget *list(const char *name) const { return control<QListWidget>(form, name); }
     QString names(const char *listName) const
     {
-        QStringList texts;
-        for (int row = 0; row < list(listName)->count(); ++row)
-            texts.append(list(listName)->item(row)->text());
-        return texts.join(u' ');
+        return textsIn(list(listName)->model()).join(u' ');
     }
     QString focus() const { return form->focusWidget()->objectName(); }
-    qsizetype inDocs() { return files.entries(u"S:\\Docs"_s).size(); }
 };
 
 } // namespace
@@ -111,7 +107,7 @@ void tst_mergedialog::refusals()
         {2, u"Coast"_s, u"C|1"_s, u"Invalid Character | Found in project id"_s, id},
         {2, u" HARBOUR "_s, u"C"_s, u"Project already exists"_s, name}};
     Desk desk;
-    const qsizetype before = desk.inDocs();
+    const QStringList before = desk.below(u"S:\\Docs"_s);
     for (const Row &row : rows) {
         desk.open();
         desk.fill(row.projects, row.name, row.id);
@@ -120,7 +116,7 @@ void tst_mergedialog::refusals()
         QCOMPARE(desk.messages.boxes.first().title, "Quovane Developer Pro"_L1);
         QCOMPARE(desk.messages.boxes.takeFirst().text, row.message);
         QCOMPARE(desk.focus(), row.focus);
-        QCOMPARE(desk.inDocs(), before);
+        QCOMPARE(desk.below(u"S:\\Docs"_s), before);
     }
 }
 
@@ -160,16 +156,15 @@ void tst_mergedialog::staysUntilTheAuthorLeaves()
 {
     Desk desk;
     const QString toc = u"S:\\Docs\\Dock\\QV_Toc.xml"_s;
-    const qsizetype before = desk.inDocs();
+    const QStringList before = desk.below(u"S:\\Docs"_s);
     desk.fill(2, u"Coast"_s, u"C01"_s);
     desk.ending.atOnce = true; // Stop is pressed at once
     click(desk.form, "cmdMergeContinue");
     QCOMPARE(desk.messages.shown, QStringList());
 
     desk.ending.atOnce = false;
-    QString deep = u"S:\\Docs\\Plant"_s; // the base, deeper than anything is copied
-    for (int level = 0; level < 70; ++level)
-        desk.files.makeFolder(deep += u"\\d"_s);
+    // The base, deeper than anything is copied.
+    desk.put(u"S:\\Docs\\Plant"_s + u"\\d"_s.repeated(70) + u"\\x"_s, "x");
     click(desk.form, "cmdMergeContinue");
     QVERIFY(desk.messages.boxes.last().text.startsWith("at location S:\\Docs\\Coast\n"_L1));
     QCOMPARE(desk.ending.ended, 1);
@@ -179,19 +174,19 @@ void tst_mergedialog::staysUntilTheAuthorLeaves()
     const QString error = desk.messages.shown.takeLast();
     QVERIFY(error.startsWith("Error 75 ("_L1) && error.contains(toc));
     QVERIFY(error.endsWith(") in procedure cmdMergeContinue_Click of Form frmMergeProjects"_L1));
-    QCOMPARE(desk.inDocs(), before);
+    QCOMPARE(desk.below(u"S:\\Docs"_s), before);
     QCOMPARE(desk.names("lstProjectsToMerge"), "Plant Dock"_L1);
     QVERIFY(desk.form->isVisible() && desk.navigator.shown.isEmpty());
 
-    desk.files.makeFolder(u"S:\\Docs\\Coast"_s);
-    desk.files.makeFolder(u"S:\\Docs\\Coast\\Old"_s);
+    const QString old = u"S:\\Docs\\Coast\\Old\\a.htm"_s;
+    desk.put(old, "old");
     desk.messages.choices = {2}; // Cancel
     click(desk.form, "cmdMergeContinue");
     QVERIFY(desk.messages.shown.last().contains("S:\\Docs\\Coast is already there"_L1));
     desk.messages.choices = {0}; // List It Again, which takes a project
     click(desk.form, "cmdMergeContinue");
     QVERIFY(desk.messages.shown.last().contains("Coast\\QV_Toc.xml"_L1));
-    QVERIFY(desk.files.folderExists(u"S:\\Docs\\Coast\\Old"_s) && desk.form->isVisible());
+    QVERIFY(desk.files.fileExists(old) && desk.form->isVisible());
 
     QTest::keyClick(desk.form, Qt::Key_Escape); // asks; no answer means No
     QCOMPARE(desk.messages.shown.last(), "Do you want to close Quovane Developer?"_L1);

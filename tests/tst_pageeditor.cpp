@@ -176,10 +176,8 @@ void tst_pageeditor::coloursAcrossLines()
 void tst_pageeditor::previewsOnlyTheProject()
 {
     TestProgram world;
-    for (const auto &folder :
-         {u"S:\\Docs\\Plant"_s, u"S:\\Docs\\Plant\\Book_A"_s, u"S:\\Docs\\Other"_s})
-        world.files.makeFolder(folder);
     world.put(u"S:\\Docs\\Plant\\green.png"_s, picture(Qt::green));
+    world.files.makeFolder(u"S:\\Docs\\Plant\\Book_A"_s);
     world.put(u"S:\\Docs\\Other\\red.png"_s, picture(Qt::red));
     QVERIFY(QFile::link(world.native(u"Docs/Other"_s), world.native(u"Docs/Plant/door"_s)));
     world.put(u"S:\\Docs\\Plant\\look.css"_s, "p { background-color: #0000ff }");

@@ -4,7 +4,6 @@
 #include "projectfiles/ProjectCopy.h"
 #include "projectfiles/QuickNavFile.h"
 #include "projectfiles/TableOfContents.h"
-#include "startup/FileHelpers.h"
 #include "support/TestProgram.h"
 #include "support/XmlFile.h"
 
@@ -331,7 +330,6 @@ void tst_projectfiles::copiesAProject()
     world.files.setAttributes(plant + u"Book_OPG\\Book_OPG.xml"_s, ReadOnlyFile);
     world.put(plant + u"QV_Toc.xml.qvtmp77"_s, "half");
     world.put(plant + u"Book_OPG\\x.xml.lock"_s, {});
-    world.files.makeFolder(plant + u"gate.lock"_s);
     world.put(plant + u"gate.lock\\a.qvtmp.html"_s, page);
     QVERIFY(QFile::link(u"/etc"_s, world.native(u"Docs/Plant/outside"_s)));
     makeGlobalBookIfMissing(world.session, world.files, *world.parts.globalInformation);
@@ -448,7 +446,6 @@ void tst_projectfiles::readsTheExamplesOfTheFormatPages()
         QFile format(QFINDTESTDATA(u"../docs/formats/%1.md"_s.arg(page)));
         QVERIFY2(format.open(QFile::ReadOnly), qPrintable(page));
         const QString text = QString::fromUtf8(format.readAll());
-        FileHelpers(world.session, world.files).mbCreateFilePath(parentFolder(path).chopped(1));
         world.put(path, utf16Bytes(text.section(u"```xml\n"_s, 1).section(u"```"_s, 0, 0)));
     }
     const Toc toc = world.contents.read(u"Plant"_s);

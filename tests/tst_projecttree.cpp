@@ -42,10 +42,7 @@ public:
     {
         const QModelIndex parent = node(path);
         view->expand(parent);
-        QStringList texts;
-        for (int row = 0; row < view->model()->rowCount(parent); ++row)
-            texts.append(view->model()->index(row, 0, parent).data().toString());
-        return texts;
+        return textsIn(view->model(), parent);
     }
     void choose(const QStringList &path) { view->setCurrentIndex(node(path)); }
     QString chosen() const { return view->currentIndex().data().toString(); }
@@ -67,8 +64,7 @@ private Q_SLOTS:
     void tellsWhatWasChosen();
     void keepsItsPlaceOverARefresh();
     void namesTheBrokenTableOfContents();
-    void filters();
-    void obeysKeys();
+    void filtersAndObeysKeys();
     void goesBackWhenThePageCannotBeLeft();
 };
 
@@ -103,6 +99,18 @@ void tst_projecttree::readsABookWhenItIsOpened()
     QCOMPARE(page.data(Qt::AccessibleTextRole).toString(), u"Page start"_s);
     QCOMPARE(page.data(Qt::ToolTipRole).toString(),
              sample.world.native(u"Docs/Plant 300/Book_PUMP/start.htm"_s));
+
+    // Two books of one name, as a merge brings them, are told apart.
+    const QString toc = sample.folder + ProjectFile::toc;
+    const QString text = xmlText(sample.world.bytes(toc)).section(u'\n', 1);
+    sample.world.put(toc, xmlFile(QString(text).replace(u">Valve<"_s, u">Pump<"_s)));
+    tree.ocx.RefreshTree();
+    QCOMPARE(tree.below(booksNode),
+             (QStringList{u"Pump (PUMP)"_s, u"Pump (VALVE.qvdel1)"_s, u"Broken"_s}));
+    QCOMPARE(tree.node(booksNode + QStringList{u"Pump (PUMP)"_s})
+                 .data(Qt::AccessibleTextRole)
+                 .toString(),
+             u"Book Pump (PUMP)"_s);
 }
 
 void tst_projecttree::tellsWhatWasChosen()
@@ -176,7 +184,6 @@ void tst_projecttree::namesTheBrokenTableOfContents()
     sample.addBook(u"Pump"_s, u"PUMP"_s);
     Tree tree(sample);
 
-    sample.world.files.makeFolder(u"S:\\Docs\\Broken"_s);
     sample.world.put(u"S:\\Docs\\Broken\\QV_Toc.xml"_s, "<QV_Master>");
     for (const auto &[project, number] :
          QList<QPair<QString, int>>{{u"Broken"_s, PathFileAccess}, {u"Nowhere"_s, PathNotFound}}) {
@@ -195,10 +202,11 @@ void tst_projecttree::namesTheBrokenTableOfContents()
     QCOMPARE(tree.below(booksNode), QStringList{u"Pump"_s});
 }
 
-void tst_projecttree::filters()
+void tst_projecttree::filtersAndObeysKeys()
 {
     SampleProject sample;
-    sample.addBook(u"Pump"_s, u"PUMP"_s, {{u"start.htm"_s, "x"}, {u"stop.htm"_s, "x"}});
+    const TocBook pump =
+        sample.addBook(u"Pump"_s, u"PUMP"_s, {{u"start.htm"_s, "x"}, {u"stop.htm"_s, "x"}});
     sample.addBook(u"Valve"_s, u"VALVE"_s);
     Tree tree(sample);
     tree.choose(booksNode + QStringList{u"Pump"_s, u"stop"_s});
@@ -209,13 +217,7 @@ void tst_projecttree::filters()
     QCOMPARE(tree.below(booksNode + QStringList{u"Pump"_s}), QStringList{u"stop"_s});
     filter->clear();
     QCOMPARE(tree.below(booksNode), (QStringList{u"Pump"_s, u"Valve"_s}));
-}
 
-void tst_projecttree::obeysKeys()
-{
-    SampleProject sample;
-    const TocBook pump = sample.addBook(u"Pump"_s, u"PUMP"_s, {{u"start.htm"_s, "x"}});
-    Tree tree(sample);
     tree.ocx.activateWindow();
     QVERIFY(QTest::qWaitForWindowActive(&tree.ocx));
     QSignalSpy deletion(&tree.session, &ProjectSession::deleteRequested);
@@ -233,7 +235,7 @@ void tst_projecttree::obeysKeys()
     QCOMPARE(deletion.size(), 1);
 
     QTest::keyClick(tree.view, Qt::Key_F, Qt::ControlModifier);
-    QVERIFY(control<QLineEdit>(&tree.ocx, "txtFilter")->hasFocus());
+    QVERIFY(filter->hasFocus());
 }
 
 void tst_projecttree::goesBackWhenThePageCannotBeLeft()

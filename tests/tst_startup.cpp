@@ -102,7 +102,6 @@ void tst_startup::markersFollowTheProject()
     world.session.projectName = u"New"_s;
     world.session.projectLanguage = u"ENU"_s;
     const QString folder = u"S:\\Docs\\my.html set\\"_s;
-    FileHelpers(world.session, world.files).mbCreateFilePath(folder + u"Book_A\\sub"_s);
     world.put(folder + u"a.HTM"_s, "**Old** **old** **Old** \x80");
     world.put(folder + u"Book_A\\b.html"_s, "**Old**");
     world.files.setAttributes(folder + u"Book_A\\b.html"_s, ReadOnlyFile);
@@ -125,9 +124,8 @@ void tst_startup::markersFollowTheProject()
     QVERIFY(!world.files.exists(folder + u"qvOLD_server.zip"_s));
     QVERIFY(world.files.exists(folder + u"Book_A\\QVOld_Server.Zip"_s));
 
-    std::stop_source stop;
-    const Progress stopping{[&](int, int, const QString &) { stop.request_stop(); },
-                            stop.get_token()};
+    Stopper stop;
+    const Progress stopping = stop.when([](int, auto &) { return true; });
     QVERIFY_THROWS_EXCEPTION(Unwinding, content.QVUpdateFiles(folder, u"New"_s, 0, stopping));
 
     world.session.projectName = u"Newer"_s;
@@ -141,7 +139,6 @@ void tst_startup::unreadablePagesAreKept()
     TestProgram world;
     world.session.projectName = u"New"_s;
     const QString folder = u"S:\\Docs\\Plant\\"_s;
-    world.files.makeFolder(folder);
     for (const QString &name : {u"a.htm"_s, u"a.html"_s, u"b.htm"_s})
         world.put(folder + name, "**Old**");
     QFile::setPermissions(world.native(u"Docs/Plant/a.htm"_s), QFile::WriteOwner);
@@ -168,7 +165,6 @@ void tst_startup::securingTwiceRestores()
 {
     TestProgram world;
     const QString folder = u"S:\\Docs\\Plant\\"_s;
-    FileHelpers(world.session, world.files).mbCreateFilePath(folder + u"sub\\deep"_s);
     const QString top = folder + u"top.xml"_s, one = folder + u"sub\\x.xml"_s,
                   two = folder + u"sub\\deep\\y.xml"_s, book = folder + u"sub\\Book_1.xml"_s,
                   small = folder + u"sub\\book_2.xml"_s;

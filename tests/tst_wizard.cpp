@@ -53,14 +53,6 @@ QStringList names(TestProgram &world)
     return names;
 }
 
-QStringList everythingBelowDocs(TestProgram &world)
-{
-    QStringList found;
-    for (const FolderEntry &entry : world.files.entries(u"S:\\Docs"_s))
-        found.append(entry.name);
-    return found;
-}
-
 /// A released project "Plant" with one book of one page, a content folder and a packed copy.
 void makeReleasedPlant(TestProgram &world)
 {
@@ -78,9 +70,7 @@ void makeReleasedPlant(TestProgram &world)
     CategoryFile(world.files)
         .write(u"S:\\Docs\\Plant\\QV_BookCategories.xml"_s, {{{}, u"Operation"_s, {}}});
 
-    QString catalogue = xmlText(world.bytes(catalogueFile));
-    catalogue.replace(u"AddDate=\"\" Pro"_s, u"AddDate=\"2026-01-02\" Pro"_s);
-    world.put(catalogueFile, xmlFile(catalogue.section(u'\n', 1)));
+    ProjectCatalogue(world.session, world.files).release(u"Plant"_s, {2026, 1, 2});
     world.navigator.shown.clear();
     world.currentProject.handed.clear();
 }
@@ -163,7 +153,7 @@ void tst_wizard::refusals()
     TestProgram world;
     makeReleasedPlant(world);
     const QByteArray before = world.bytes(catalogueFile);
-    const QStringList folders = everythingBelowDocs(world);
+    const QStringList folders = world.below(u"S:\\Docs"_s);
     for (const Row &row : rows) {
         Wizard wizard(world);
         click(wizard.form, ("optSelPrjTypetoAdd_" + QByteArray::number(row.kind)).constData());
@@ -178,7 +168,7 @@ void tst_wizard::refusals()
         QCOMPARE(wizard.focus(), row.focus);
         QVERIFY(wizard.form && wizard.form->isVisible());
         QCOMPARE(control<QLineEdit>(wizard.form, "txtProjectName")->text(), row.name);
-        QCOMPARE(everythingBelowDocs(world), folders);
+        QCOMPARE(world.below(u"S:\\Docs"_s), folders);
         QCOMPARE(world.bytes(catalogueFile), before);
     }
 }
@@ -256,13 +246,13 @@ void tst_wizard::stopLeavesNothing()
 {
     TestProgram world;
     makeReleasedPlant(world);
-    const QStringList folders = everythingBelowDocs(world);
+    const QStringList folders = world.below(u"S:\\Docs"_s);
     Wizard wizard(world);
     wizard.fillCopyOfPlant();
     world.ending.atOnce = true; // Stop is pressed before the first file
     click(wizard.form, "cmdContinue");
 
-    QCOMPARE(everythingBelowDocs(world), folders);
+    QCOMPARE(world.below(u"S:\\Docs"_s), folders);
     QCOMPARE(names(world), QStringList({u"My Favorites"_s, u"Plant"_s}));
     QVERIFY(wizard.form && wizard.form->isVisible());
     QCOMPARE(control<QLineEdit>(wizard.form, "txtProjectName")->text(), "Harbour"_L1);
@@ -274,28 +264,20 @@ void tst_wizard::stopLeavesNothing()
     ProjectCreation creation(world.program);
     creation.name(u"Harbour"_s, u"H01"_s, u"ENU"_s);
     const auto stopAtThePage = [](const auto &work) {
-        std::stop_source source;
-        work(Progress{[&](int, int, const QString &what) {
-                          if (what.endsWith("start.htm"_L1))
-                              source.request_stop();
-                      },
-                      source.get_token()});
+        Stopper stop;
+        work(stop.when([](int, const QString &what) { return what.endsWith("start.htm"_L1); }));
     };
     QVERIFY_THROWS_EXCEPTION(Unwinding, creation.addCopy(u"Plant"_s, stopAtThePage));
-    QVERIFY(world.files.folderExists(u"S:\\Docs\\Harbour"_s));
-    QVERIFY(world.files.entries(u"S:\\Docs\\Harbour"_s).isEmpty());
+    QCOMPARE(world.below(u"S:\\Docs\\Harbour"_s), QStringList());
 }
 
 void tst_wizard::aFailedCopyEndsTheProgram()
 {
     TestProgram world;
     makeReleasedPlant(world);
-    QString deep = u"S:\\Docs\\Plant"_s; // deeper than anything is copied
-    for (int level = 0; level < 70; ++level) {
-        deep += u"\\d"_s;
-        world.files.makeFolder(deep);
-    }
-    const QStringList folders = everythingBelowDocs(world);
+    // Deeper than anything is copied.
+    world.put(u"S:\\Docs\\Plant"_s + u"\\d"_s.repeated(70) + u"\\x"_s, "x");
+    const QStringList folders = world.below(u"S:\\Docs"_s);
     Wizard wizard(world);
     wizard.fillCopyOfPlant();
     click(wizard.form, "cmdContinue");
@@ -305,7 +287,7 @@ void tst_wizard::aFailedCopyEndsTheProgram()
     QVERIFY(world.messages.boxes.first().icon == MessageIcon::Critical);
     QVERIFY(!world.messages.boxes.first().details.isEmpty());
     QCOMPARE(world.ending.ended, 1);
-    QCOMPARE(everythingBelowDocs(world), folders);
+    QCOMPARE(world.below(u"S:\\Docs"_s), folders);
     QCOMPARE(names(world), QStringList({u"My Favorites"_s, u"Plant"_s}));
 }
 
@@ -363,18 +345,16 @@ void tst_wizard::leavesOtherAuthorsTheirProjects()
     wizard.fillCopyOfPlant();
     auto theirs = world.files.lock(u"S:\\Docs\\Harbour.qvnew.lock"_s, u"S:\\Docs"_s, {});
     click(wizard.form, "cmdContinue"); // while another author makes it
-    QVERIFY(world.messages.shown.last().contains("is just making or deleting the project Harbour"_L1));
+    QVERIFY(
+        world.messages.shown.last().contains("is just making or deleting the project Harbour"_L1));
     QVERIFY(!world.files.exists(u"S:\\Docs\\Harbour"_s));
     theirs.reset();
 
     const QString page = u"S:\\Docs\\Harbour\\start.htm"_s;
-    world.files.makeFolder(u"S:\\Docs\\Harbour"_s);
     world.put(page, "theirs");
     world.messages.choices = {1};
     world.messages.echo = [&](const QStringList &) { // they list it while the question is open
-        ProjectCatalogue catalogue(world.session, world.files);
-        if (catalogue.bCheckQVSelectionforProdName())
-            catalogue.UpdateQVSelection();
+        world.list(u"Harbour"_s);
     };
     click(wizard.form, "cmdContinue");
     QVERIFY(world.messages.shown.last().startsWith("Project already exists: Harbour"_L1));

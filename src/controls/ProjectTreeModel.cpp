@@ -109,10 +109,15 @@ void ProjectTreeModel::adopt(Node &parent, Nodes nodes)
 ProjectTreeModel::Nodes ProjectTreeModel::booksOf()
 {
     Nodes nodes;
+    QSet<QString> names;
+    m_sharedNames.clear();
     for (qsizetype i = 0; i < m_session.books().size(); ++i) {
         const TocBook &book = m_session.books().at(i);
         nodes.push_back(std::make_unique<Node>(
             Node{TreeKind::Book, book.name, identityOf(book), {}, i, false}));
+        if (names.contains(book.name))
+            m_sharedNames.insert(book.name);
+        names.insert(book.name);
     }
     return nodes;
 }
@@ -218,7 +223,7 @@ QVariant ProjectTreeModel::data(const QModelIndex &index, int role) const
     const Node &node = *nodeAt(index);
     switch (role) {
     case Qt::DisplayRole:
-        return node.name;
+        return shownName(node);
     case Qt::DecorationRole:
         return icon(lookOf(node.kind).icon);
     case Qt::AccessibleTextRole:
@@ -255,7 +260,14 @@ QString ProjectTreeModel::spokenText(const Node &node) const
     if (node.kind == TreeKind::Globals || node.kind == TreeKind::Books
         || node.kind == TreeKind::QuickNav)
         return word;
-    return word + u' ' + node.name;
+    return word + u' ' + shownName(node);
+}
+
+QString ProjectTreeModel::shownName(const Node &node) const
+{
+    if (node.kind != TreeKind::Book || !m_sharedNames.contains(node.name))
+        return node.name;
+    return u"%1 (%2)"_s.arg(node.name, m_session.books().at(node.book).acronym);
 }
 
 TreeKind ProjectTreeModel::kind(const QModelIndex &index) const

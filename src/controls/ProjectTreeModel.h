@@ -3,6 +3,7 @@
 #include "controls/ProjectSession.h"
 
 #include <QAbstractItemModel>
+#include <QSet>
 
 #include <memory>
 #include <vector>
@@ -78,7 +79,9 @@ private:
     static void adopt(Node &parent, Nodes nodes);
     [[nodiscard]] QString filterText(const Node &node) const;
     [[nodiscard]] QString spokenText(const Node &node) const;
+    [[nodiscard]] QString shownName(const Node &node) const;
 
     ProjectSession &m_session;
     std::unique_ptr<Node> m_root;
+    QSet<QString> m_sharedNames; ///< of books; these show their acronym too
 };

@@ -114,13 +114,12 @@ void NewProjectFolder::move()
     m_isInPlace = true;
 }
 
-bool NewProjectFolder::leaveInPlace()
+void NewProjectFolder::leaveInPlace()
 {
     const auto asFarAsItGoes = [](const QvError &) {}; // it stays beside its place then
     trap(asFarAsItGoes, [this] { m_program.files.syncTree(path()); });
     if (!m_isInPlace)
         trap(asFarAsItGoes, [this] { move(); });
-    return m_isInPlace;
 }
 
 void NewProjectFolder::discard()

@@ -15,8 +15,6 @@ public:
 
     explicit NewProjectFolder(Program &program);
 
-    /// True when the folder is not there, or nothing is in it.
-    [[nodiscard]] bool isUnused();
     /// Asks what to do when the folder is in use; moves it aside when the author says so. Raises 5
     /// when another author listed it while the question was open.
     Answer settle();
@@ -28,9 +26,9 @@ public:
     void startGrowing();
     /// Flushes what has grown and puts it in place. The step before the project is listed.
     void putInPlace(const Progress &progress);
-    /// Puts what has grown in place as it is, after a failure. False when that fails too; it then
-    /// stays where `path()` says.
-    bool leaveInPlace();
+    /// Puts what has grown in place as it is, after a failure. When that fails too, it stays where
+    /// `path()` says.
+    void leaveInPlace();
     /// Removes all that `startGrowing` and its caller made, as far as the disk lets it.
     void discard();
 
@@ -42,6 +40,7 @@ public:
     [[nodiscard]] QString inPlace(QString line) const;
 
 private:
+    [[nodiscard]] bool isUnused(); ///< not there, or nothing is in it
     void moveAside();
     void move();
     [[noreturn]] void raiseExists() const;

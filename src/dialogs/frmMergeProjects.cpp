@@ -7,7 +7,7 @@
 #include "dialogs/MergeFindingsDialog.h"
 #include "dialogs/NewProjectFolder.h"
 #include "dialogs/ProjectCreation.h"
-#include "dialogs/ProjectMerge.h"
+#include "dialogs/merge/ProjectMerge.h"
 #include "startup/ExternalPrograms.h"
 #include "startup/Session.h"
 #include "startup/frmProgBar.h"

@@ -221,15 +221,3 @@ void setAttribute(pugi::xml_node node, const char *name, const QString &value)
         attribute = node.append_attribute(name);
     attribute.set_value(utf8.constData());
 }
-
-pugi::xml_node childWithText(const pugi::xml_node &parent, const char *child, const char *name,
-                             const QString &text)
-{
-    for (const pugi::xml_node &candidate : parent.children(child)) {
-        for (const pugi::xml_node &value : candidate.children(name)) {
-            if (textOf(value) == text)
-                return candidate;
-        }
-    }
-    return {};
-}

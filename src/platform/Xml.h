@@ -49,11 +49,6 @@ void setText(pugi::xml_node node, const QString &text); ///< null node: raises 9
 pugi::xml_node appendText(pugi::xml_node parent, const char *name, const QString &text);
 void setAttribute(pugi::xml_node node, const char *name, const QString &value);
 
-/// The first direct child element `child` that has a child `name` whose text is `text`, or a null
-/// node; the values are compared, never pasted into an expression.
-pugi::xml_node childWithText(const pugi::xml_node &parent, const char *child, const char *name,
-                             const QString &text);
-
 /// Attributes for the next element of an XmlWriter.
 using XmlAttributes = QList<std::pair<QString, QString>>;
 

@@ -1,5 +1,7 @@
 #include "reports/LinkOrder.h"
 
+#include "tools/NaturalOrder.h"
+
 #include <algorithm>
 #include <bit>
 #include <numeric>
@@ -10,43 +12,10 @@ namespace {
 
 constexpr int betweenLooks = 1 << 14; ///< comparisons until the next look for Stop
 
-QStringView digitsAt(QStringView text, qsizetype at)
-{
-    qsizetype end = at;
-    while (end < text.size() && text[end] >= u'0' && text[end] <= u'9')
-        ++end;
-    return text.sliced(at, end - at);
-}
-
-QStringView withoutZeros(QStringView digits)
-{
-    while (digits.size() > 1 && digits[0] == u'0')
-        digits = digits.sliced(1);
-    return digits;
-}
-
 void putFirst(LinkOrder &rows, const LinkEntries &links, bool good)
 {
     std::stable_partition(rows.begin(), rows.end(),
                           [&](quint32 row) { return links.isGood(row) == good; });
-}
-
-/// Appends what, compared character by character, sorts as people do: numbers by their value,
-/// capitals as small letters, both slashes alike and before all else.
-void appendKey(QString &keys, QStringView text)
-{
-    for (qsizetype at = 0; at < text.size();) {
-        if (const QStringView digits = digitsAt(text, at); !digits.isEmpty()) {
-            at += digits.size();
-            const QStringView value = withoutZeros(digits);
-            keys += u'0'; // stands among other characters where digits do; longer is greater
-            keys += QChar(static_cast<char16_t>(std::min<qsizetype>(value.size(), 0xFFFF)));
-            keys += value;
-        } else {
-            const QChar c = text[at++];
-            keys += c == u'\\' || c == u'/' ? QChar(1) : c.toCaseFolded();
-        }
-    }
 }
 
 /// Made once for a million comparisons, in one piece of memory.
@@ -58,8 +27,8 @@ public:
         m_ends.reserve(static_cast<std::size_t>(links.count()) + 1);
         m_ends.push_back(0);
         for (qsizetype index = 0; index < links.count(); ++index) {
-            appendKey(m_keys, column == LinkColumn::LinkID ? links.identifierView(index)
-                                                           : links.storedPath(index));
+            appendNaturalKey(m_keys, column == LinkColumn::LinkID ? links.identifierView(index)
+                                                                  : links.storedPath(index));
             m_ends.push_back(m_keys.size());
         }
     }

@@ -303,8 +303,10 @@ void frmIBLReport::copyRows(const std::function<QString(int row)> &textOf)
 void frmIBLReport::showEvent(QShowEvent *event)
 {
     const QWidget *const behind = QApplication::activeWindow();
-    if (behind && behind != this && !parentWidget())
+    if (behind && behind != this && !event->spontaneous()) {
         windowHandle()->setTransientParent(behind->windowHandle());
+        move(behind->geometry().center() - rect().center());
+    }
     FormWindow::showEvent(event);
 }
 

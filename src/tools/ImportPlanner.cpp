@@ -8,6 +8,7 @@
 #include <QCryptographicHash>
 
 #include <algorithm>
+#include <map>
 
 using namespace Qt::StringLiterals;
 using Kind = ImportItem::Kind;
@@ -90,19 +91,16 @@ void ImportPlanner::take(const QString &path)
 
 void ImportPlanner::takeFolder(const QString &folder)
 {
-    QList<TreeEntry> pages;
+    std::multimap<QString, TreeEntry> pages; // by their place in the order
     walkTree(m_files, folder, [&](const TreeEntry &entry) {
         if (m_progress.stop.stop_requested())
             m_progress.step(0, 0);
         if (entry.status.kind == FileKind::Link)
             omit(entry.path, {}, u"It is a link; links are not followed."_s);
         else if (entry.status.kind == FileKind::File && isPageName(entry.relative))
-            pages.append(entry);
+            pages.emplace(naturalPageKey(entry.relative), entry);
     });
-    std::stable_sort(pages.begin(), pages.end(), [](const TreeEntry &a, const TreeEntry &b) {
-        return naturallyBefore(a.relative, b.relative);
-    });
-    for (const TreeEntry &page : std::as_const(pages))
+    for (const auto &[key, page] : pages)
         addPage(withBackslash(folder), page.relative, page.status);
 }
 

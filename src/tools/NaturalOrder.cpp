@@ -1,6 +1,6 @@
 #include "tools/NaturalOrder.h"
 
-#include <QString>
+#include <algorithm>
 
 namespace {
 
@@ -19,58 +19,33 @@ QStringView withoutZeros(QStringView digits)
     return digits;
 }
 
-int compareNumbers(QStringView a, QStringView b)
-{
-    a = withoutZeros(a);
-    b = withoutZeros(b);
-    if (a.size() != b.size())
-        return a.size() < b.size() ? -1 : 1;
-    return a.compare(b);
-}
-
-int compareNames(QStringView a, QStringView b)
-{
-    qsizetype i = 0;
-    qsizetype j = 0;
-    while (i < a.size() && j < b.size()) {
-        const QStringView aDigits = digitsAt(a, i);
-        const QStringView bDigits = digitsAt(b, j);
-        int order = 0;
-        if (!aDigits.isEmpty() && !bDigits.isEmpty()) {
-            order = compareNumbers(aDigits, bDigits);
-            i += aDigits.size();
-            j += bDigits.size();
-        } else {
-            const QChar x = a[i++].toCaseFolded();
-            const QChar y = b[j++].toCaseFolded();
-            order = x < y ? -1 : (y < x ? 1 : 0);
-        }
-        if (order != 0)
-            return order;
-    }
-    return static_cast<int>((a.size() - i) - (b.size() - j));
-}
-
 } // namespace
 
-bool naturallyBefore(QStringView a, QStringView b)
+void appendNaturalKey(QString &keys, QStringView text)
 {
-    while (true) {
-        const qsizetype aEnd = a.indexOf(u'\\');
-        const qsizetype bEnd = b.indexOf(u'\\');
-        const QStringView aPiece = aEnd < 0 ? a : a.first(aEnd);
-        const QStringView bPiece = bEnd < 0 ? b : b.first(bEnd);
-        const bool aIndex = aEnd < 0 && isIndexPage(aPiece);
-        const bool bIndex = bEnd < 0 && isIndexPage(bPiece);
-        if (aIndex != bIndex)
-            return aIndex;
-        if (const int order = compareNames(aPiece, bPiece); order != 0)
-            return order < 0;
-        if (aEnd < 0 || bEnd < 0)
-            return aEnd < 0 && bEnd >= 0;
-        a = a.sliced(aEnd + 1);
-        b = b.sliced(bEnd + 1);
+    for (qsizetype at = 0; at < text.size();) {
+        if (const QStringView digits = digitsAt(text, at); !digits.isEmpty()) {
+            at += digits.size();
+            const QStringView value = withoutZeros(digits);
+            keys += u'0'; // stands among other characters where digits do; longer is greater
+            keys += QChar(static_cast<char16_t>(std::min<qsizetype>(value.size(), 0xFFFF)));
+            keys += value;
+        } else {
+            const QChar c = text[at++];
+            keys += c == u'\\' || c == u'/' ? QChar(1) : c.toCaseFolded();
+        }
     }
+}
+
+QString naturalPageKey(QStringView path)
+{
+    const qsizetype name = path.lastIndexOf(u'\\') + 1;
+    QString key;
+    appendNaturalKey(key, path.first(name));
+    if (isIndexPage(path.sliced(name)))
+        key += QChar(0);
+    appendNaturalKey(key, path.sliced(name));
+    return key;
 }
 
 bool isIndexPage(QStringView fileName)

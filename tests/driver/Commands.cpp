@@ -27,11 +27,6 @@ void useProject(Console &console, const QStringList &nameIdLanguage)
     console.session.projectLanguage = nameIdLanguage.value(2, u"ENU"_s);
 }
 
-ProjectCatalogue catalogue(Console &console)
-{
-    return {console.session, console.files};
-}
-
 /// A project as the editors have it open.
 struct OpenProject
 {
@@ -97,7 +92,7 @@ int readFile(Console &console, const QStringList &arguments)
 
     if (kind == "catalogue"_L1) {
         docsIs(folder);
-        for (const CatalogueEntry &entry : catalogue(console).entries())
+        for (const CatalogueEntry &entry : console.catalogue().entries())
             printLine({entry.id, entry.name, entry.location, entry.rank, entry.language});
         return read;
     }
@@ -129,7 +124,7 @@ int readFile(Console &console, const QStringList &arguments)
 
 int list(Console &console, const QStringList &)
 {
-    for (const CatalogueEntry &entry : catalogue(console).entries())
+    for (const CatalogueEntry &entry : console.catalogue().entries())
         printLine(
             {entry.id, entry.name, entry.location, entry.addDate, entry.rank, entry.language});
     return 0;
@@ -138,14 +133,14 @@ int list(Console &console, const QStringList &)
 int append(Console &console, const QStringList &arguments)
 {
     useProject(console, arguments);
-    catalogue(console).bCheckQVSelectionforProdName();
-    catalogue(console).UpdateQVSelection();
+    console.catalogue().bCheckQVSelectionforProdName();
+    console.catalogue().UpdateQVSelection();
     return 0;
 }
 
 int rank(Console &console, const QStringList &items)
 {
-    catalogue(console).UpdateRankInSelectionFile(*console.parts.ranking, items);
+    console.catalogue().UpdateRankInSelectionFile(*console.parts.ranking, items);
     return 0;
 }
 
@@ -247,7 +242,7 @@ int savePage(Console &console, const QStringList &arguments)
 /// Every listed project opens, with all its books and pages.
 int verify(Console &console, const QStringList &)
 {
-    for (const QString &name : catalogue(console).GetProdQVSelection_All()) {
+    for (const QString &name : console.catalogue().GetProdQVSelection_All()) {
         if (name.isEmpty())
             continue;
         OpenProject project(console, name);
@@ -280,5 +275,5 @@ QList<Command> commands()
         {u"save-page"_s, 4, u"NAME ACRONYM FILE TEXT"_s, savePage},
         {u"verify"_s, 0, {}, verify},
     };
-    return all += projectCommands() + mergeCommands() + reportCommands();
+    return all += projectCommands() + reportCommands();
 }

@@ -15,6 +15,5 @@ struct Command
 };
 
 QList<Command> commands();
-QList<Command> projectCommands(); ///< of them: releasing, reopening and deleting projects
-QList<Command> mergeCommands();   ///< of them: merging projects
+QList<Command> projectCommands(); ///< of them: releasing, reopening, deleting and merging
 QList<Command> reportCommands();  ///< of them: the listings of the link report

@@ -21,4 +21,5 @@ struct Console : ScriptedProgram
         clock.time = QDateTime::currentDateTime();
         messages.echo = printLine;
     }
+    ProjectCatalogue catalogue() { return {session, files}; }
 };

@@ -2,15 +2,11 @@
 
 #include "components/LinkIDMerger.h"
 #include "dialogs/ProjectDeletion.h"
+#include "dialogs/merge/ProjectMerge.h"
 
 using namespace Qt::StringLiterals;
 
 namespace {
-
-ProjectCatalogue catalogue(Console &console)
-{
-    return {console.session, console.files};
-}
 
 int deleteProject(Console &console, const QStringList &arguments)
 {
@@ -30,13 +26,25 @@ int release(Console &console, const QStringList &arguments)
     const QDate date = QDate::fromString(arguments.at(1), Qt::ISODate);
     if (!date.isValid())
         throw QvError(InvalidCall, {}, u"This is no date: "_s + arguments.at(1));
-    catalogue(console).release(arguments.at(0), date);
+    console.catalogue().release(arguments.at(0), date);
     return 0;
 }
 
 int reopen(Console &console, const QStringList &arguments)
 {
-    catalogue(console).reopen(arguments.at(0));
+    console.catalogue().reopen(arguments.at(0));
+    return 0;
+}
+
+int merge(Console &console, const QStringList &arguments)
+{
+    MergeRequest request{arguments.at(0), arguments.at(1), arguments.at(2), arguments.sliced(3)};
+    if (request.language == "-"_L1)
+        request.language.clear();
+    const MergeResult result = ProjectMerge(console.program).merge(request);
+    for (const MergeFinding &finding : result.findings)
+        printLine({titleOf(finding.kind), finding.project, finding.book, finding.acronym,
+                   finding.detail});
     return 0;
 }
 
@@ -50,5 +58,6 @@ QList<Command> projectCommands()
         {u"release"_s, 2, u"NAME DATE"_s, release},
         {u"add-date"_s, 2, u"NAME DATE"_s, release},
         {u"reopen"_s, 1, u"NAME"_s, reopen},
+        {u"merge"_s, 4, u"NAME ID LANGUAGE|- PROJECT..."_s, merge},
     };
 }

@@ -5,27 +5,16 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr qsizetype blockSize = 1 << 20;
-
-void write(QByteArray &block)
-{
-    std::fwrite(block.constData(), 1, static_cast<size_t>(block.size()), stdout);
-    block.resize(0);
-}
-
 /// One line per entry: status, identifier, address.
 void print(const LinkEntries &entries)
 {
     const QByteArray docs = entries.docs().toUtf8();
-    QByteArray block;
     for (qsizetype index = 0; index < entries.count(); ++index) {
-        block += (entries.isGood(index) ? "OK\t"_ba : "BAD\t"_ba)
-                 + entries.identifierView(index).toUtf8() + '\t' + docs
-                 + entries.storedPath(index).toUtf8() + '\n';
-        if (block.size() > blockSize)
-            write(block);
+        const QByteArray line = (entries.isGood(index) ? "OK\t"_ba : "BAD\t"_ba)
+                                + entries.identifierView(index).toUtf8() + '\t' + docs
+                                + entries.storedPath(index).toUtf8() + '\n';
+        std::fwrite(line.constData(), 1, static_cast<size_t>(line.size()), stdout);
     }
-    write(block);
 }
 
 LinkReport report(Console &console, const QStringList &arguments)

@@ -26,6 +26,15 @@ inline bool isEnabled(const QWidget *form, const char *name)
     return control<QWidget>(form, name)->isEnabled();
 }
 
+/// What a list or one level of a tree shows in its first column.
+inline QStringList textsIn(const QAbstractItemModel *model, const QModelIndex &parent = {})
+{
+    QStringList texts;
+    for (int row = 0; row < model->rowCount(parent); ++row)
+        texts.append(model->index(row, 0, parent).data().toString());
+    return texts;
+}
+
 /// The open window of this class; null when there is none.
 template <typename Window>
 Window *openWindow()

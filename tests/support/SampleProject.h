@@ -52,7 +52,6 @@ public:
             links +=
                 QStringLiteral(R"(<Link Book="%1" Page="%2"><Link_Title>To %2</Link_Title></Link>)")
                     .arg(acronym, QLatin1String(page));
-        m_world.files.makeFolder(folder + QStringLiteral("QuickNav"));
         m_world.put(folder + ProjectFile::quickNav, xmlFile(QStringLiteral(R"(<QV_QuickNav>
 <View ID="1"><View_Name>The view</View_Name><Group ID="2"><Group_Name>The group</Group_Name>
 <Topic ID="3"><Topic_Name>The topic</Topic_Name><Category ID="4">
@@ -64,8 +63,6 @@ public:
     void addGlobals()
     {
         const QString place = folder + ProjectFile::globalFolder + u'\\';
-        if (!m_world.files.folderExists(place))
-            m_world.files.makeFolder(withoutBackslash(place));
         QString pages;
         for (const QString &page : {QStringLiteral("welcome"), QStringLiteral("legal")})
             pages += QStringLiteral("<Page ID='%1' Type='Free'><Page_Title>%1</Page_Title>"

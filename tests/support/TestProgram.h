@@ -1,11 +1,13 @@
 #pragma once
 
 #include "ProductComponents.h"
+#include "catalogue/ProjectCatalogue.h"
 #include "platform/Clock.h"
 #include "platform/DesktopWindows.h"
 #include "platform/Messages.h"
 #include "platform/Processes.h"
 #include "platform/ProgramEnd.h"
+#include "platform/Progress.h"
 #include "platform/QvError.h"
 #include "platform/SystemLocale.h"
 #include "platform/portable/PortableFiles.h"
@@ -15,6 +17,7 @@
 #include "startup/Session.h"
 
 #include <QDir>
+#include <QFileInfo>
 #include <QLocale>
 #include <QMap>
 #include <QTemporaryDir>
@@ -227,6 +230,25 @@ public:
     }
 };
 
+/// An author who presses Stop.
+class Stopper
+{
+public:
+    /// A progress that is stopped at the first step of which `reached` is true.
+    Progress when(const std::function<bool(int done, const QString &what)> &reached)
+    {
+        return {[this, reached](int done, int, const QString &what) {
+                    if (reached(done, what))
+                        m_source.request_stop();
+                },
+                m_source.get_token()};
+    }
+    bool pressed() const { return m_source.stop_requested(); }
+
+private:
+    std::stop_source m_source;
+};
+
 /// The program over the drives in a folder, without windows of its own.
 class ScriptedProgram
 {
@@ -284,8 +306,26 @@ public:
         return folder.filePath(QStringLiteral("s/") + below);
     }
     QByteArray bytes(const QString &productPath) { return files.readFile(productPath); }
+    /// Writes a file, in a new folder if need be.
     void put(const QString &productPath, const QByteArray &content)
     {
+        QDir().mkpath(QFileInfo(files.nativePath(productPath)).path());
         files.replaceFile(productPath, content);
+    }
+    /// The names directly in a folder.
+    QStringList below(const QString &path)
+    {
+        QStringList names;
+        for (const FolderEntry &entry : files.entries(path))
+            names.append(entry.name);
+        return names;
+    }
+    /// Puts a project into the catalogue, which is made if need be.
+    void list(const QString &project)
+    {
+        session.projectName = project;
+        ProjectCatalogue catalogue(session, files);
+        if (catalogue.bCheckQVSelectionforProdName())
+            catalogue.UpdateQVSelection();
     }
 };

@@ -1,4 +1,4 @@
-#include "dialogs/MergedCategories.h"
+#include "dialogs/merge/MergedCategories.h"
 
 #include "components/Categories.h"
 #include "components/Components.h"

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "dialogs/BookPlaces.h"
-#include "dialogs/MergeLog.h"
-#include "dialogs/MergeSources.h"
+#include "dialogs/merge/BookPlaces.h"
+#include "dialogs/merge/MergeLog.h"
+#include "dialogs/merge/MergeSources.h"
 #include "platform/Progress.h"
 #include "projectfiles/TocMerge.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "dialogs/MergeLog.h"
+#include "dialogs/merge/MergeLog.h"
 #include "platform/Progress.h"
 #include "startup/Program.h"
 

@@ -7,6 +7,8 @@
 #include <QString>
 #include <QStringList>
 
+#include <optional>
+
 /// A book's folder as its table of contents names it, as a plain relative path; nothing when it
 /// leaves the project.
 std::optional<QString> relativeBookFolder(const QString &stored);

@@ -1,4 +1,4 @@
-#include "dialogs/BookPlaces.h"
+#include "dialogs/merge/BookPlaces.h"
 
 #include "platform/Paths.h"
 

@@ -1,4 +1,4 @@
-#include "dialogs/MergeLog.h"
+#include "dialogs/merge/MergeLog.h"
 
 using namespace Qt::StringLiterals;
 
@@ -18,27 +18,12 @@ QString line(const MergeFinding &finding)
 
 QString titleOf(MergeFinding::Kind kind)
 {
-    switch (kind) {
-    case MergeFinding::Kind::BookRenamed:
-        return u"Book renamed"_s;
-    case MergeFinding::Kind::BookLeftOut:
-        return u"Book left out"_s;
-    case MergeFinding::Kind::AcronymDoubled:
-        return u"Acronym doubled"_s;
-    case MergeFinding::Kind::FolderRenamed:
-        return u"Folder renamed"_s;
-    case MergeFinding::Kind::LinksUnchanged:
-        return u"Links not changed"_s;
-    case MergeFinding::Kind::CategoryLeftOut:
-        return u"Category left out"_s;
-    case MergeFinding::Kind::NotCopied:
-        return u"Not copied"_s;
-    case MergeFinding::Kind::Unreadable:
-        return u"Not readable"_s;
-    case MergeFinding::Kind::LinkFile:
-        return u"Link file"_s;
-    }
-    return {};
+    constexpr QLatin1StringView titles[]{
+        "Book renamed"_L1,   "Book left out"_L1,     "Acronym doubled"_L1,
+        "Folder renamed"_L1, "Links not changed"_L1, "Category left out"_L1,
+        "Not copied"_L1,     "Not readable"_L1,      "Link file"_L1,
+    };
+    return titles[static_cast<int>(kind)];
 }
 
 QString mergeLog(const MergeRequest &request, const MergeResult &result, const QDateTime &when,

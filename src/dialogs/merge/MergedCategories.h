@@ -1,6 +1,6 @@
 #pragma once
 
-#include "dialogs/MergeSources.h"
+#include "dialogs/merge/MergeSources.h"
 
 #include <QSet>
 #include <QString>

@@ -19,7 +19,7 @@ struct MergeRequest
 /// Something the author should know about a merge.
 struct MergeFinding
 {
-    enum class Kind {
+    enum class Kind {   // in the order of the titles
         BookRenamed,    ///< its acronym was taken and got the suffix
         BookLeftOut,    ///< its name and its new acronym are both there already
         AcronymDoubled, ///< the suffixed acronym is taken as well

@@ -1,6 +1,6 @@
-#include "dialogs/MergedBooks.h"
+#include "dialogs/merge/MergedBooks.h"
 
-#include "dialogs/RenamedLinks.h"
+#include "dialogs/merge/RenamedLinks.h"
 #include "platform/Paths.h"
 #include "platform/TreeWalker.h"
 #include "platform/Xml.h"

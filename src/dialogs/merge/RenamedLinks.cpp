@@ -1,4 +1,4 @@
-#include "dialogs/RenamedLinks.h"
+#include "dialogs/merge/RenamedLinks.h"
 
 #include "platform/Paths.h"
 #include "platform/TreeWalker.h"

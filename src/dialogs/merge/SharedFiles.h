@@ -1,7 +1,7 @@
 #pragma once
 
-#include "dialogs/MergeLog.h"
-#include "dialogs/MergeSources.h"
+#include "dialogs/merge/MergeLog.h"
+#include "dialogs/merge/MergeSources.h"
 #include "platform/Progress.h"
 #include "platform/TreeWalker.h"
 

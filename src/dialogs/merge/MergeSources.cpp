@@ -1,4 +1,4 @@
-#include "dialogs/MergeSources.h"
+#include "dialogs/merge/MergeSources.h"
 
 #include "catalogue/ProjectCatalogue.h"
 #include "components/Components.h"

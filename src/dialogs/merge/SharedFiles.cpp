@@ -1,7 +1,7 @@
-#include "dialogs/SharedFiles.h"
+#include "dialogs/merge/SharedFiles.h"
 
-#include "dialogs/BookPlaces.h"
-#include "dialogs/RenamedLinks.h"
+#include "dialogs/merge/BookPlaces.h"
+#include "dialogs/merge/RenamedLinks.h"
 #include "platform/Paths.h"
 #include "platform/QvError.h"
 #include "projectfiles/ProductFolders.h"
