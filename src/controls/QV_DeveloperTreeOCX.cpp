@@ -47,6 +47,7 @@ void QV_DeveloperTreeOCX::layOut()
     tvwProject->setAccessibleName(tr("Project tree"));
     tvwProject->setModel(m_shown);
     tvwProject->setHeaderHidden(true);
+    tvwProject->setTextElideMode(Qt::ElideMiddle); // twins differ at the end
     tvwProject->setUniformRowHeights(true);
     tvwProject->setEditTriggers(QAbstractItemView::NoEditTriggers);
     tvwProject->setContextMenuPolicy(Qt::CustomContextMenu);
