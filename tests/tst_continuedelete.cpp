@@ -124,6 +124,7 @@ void tst_continuedelete::deletesOneAfterTheOther()
     QCOMPARE(world.listed(), textsIn(window.toDelete->model()));
 
     QCOMPARE(window.press("cmdContinueDelPrj", {Answer::Ok, Answer::No}), questions);
+    QVERIFY2(world.messages.boxes.last().enterRefuses, "a stray key deletes no files");
     QVERIFY(world.files.fileExists(world.toc(u"Plant"_s)));
     QCOMPARE(window.press("cmdContinueDelPrj", {Answer::Ok, Answer::Yes}), questions);
     QVERIFY(!world.files.exists(u"S:\\Docs\\Depot"_s));

@@ -371,8 +371,11 @@ void tst_ports::boxesShowPlainText()
                             .title = u"QV Developer"_s,
                             .details = u"<img src=x>"_s}),
              Answer::No);
-    whenShown([](QMessageBox &box) { box.button(QMessageBox::Yes)->click(); });
+    whenShown([](QMessageBox &box) { QTest::keyClick(&box, Qt::Key_Return); });
     QCOMPARE(messages.show({.text = u"?"_s, .buttons = Buttons::YesNo}), Answer::Yes);
+    whenShown([](QMessageBox &box) { QTest::keyClick(&box, Qt::Key_Return); });
+    QCOMPARE(messages.show({.text = u"?"_s, .buttons = Buttons::YesNo, .enterRefuses = true}),
+             Answer::No);
     whenShown([](QMessageBox &box) {
         QCOMPARE(box.windowTitle(), u"Quovane Developer Pro"_s);
         QCOMPARE(box.icon(), QMessageBox::Critical);

@@ -224,11 +224,13 @@ void frmContinueDeleteProject::cmdContinueDelPrj_Click()
     });
 }
 
-// The fixed questions do not say which project they mean.
+// The fixed questions do not say which project they mean, and deleted files do not come back.
 Answer frmContinueDeleteProject::ask(Text question, Buttons buttons, const QString &details)
 {
-    return m_program.messages.show(
-        {.text = text(question), .buttons = buttons, .details = details});
+    return m_program.messages.show({.text = text(question),
+                                    .buttons = buttons,
+                                    .details = details,
+                                    .enterRefuses = question == Text::DeleteFilesToo});
 }
 
 void frmContinueDeleteProject::deleteProject(const QString &name, bool alsoFiles)

@@ -16,6 +16,7 @@ struct Message
     QString title = defaultMessageTitle;
     MessageIcon icon = MessageIcon::Information;
     QString details = {}; ///< plain text below it, where a fixed text does not say what happened
+    bool enterRefuses = false; ///< Enter means what Escape means: what Yes does cannot be undone
 };
 
 struct Choice

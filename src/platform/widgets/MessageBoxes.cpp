@@ -65,7 +65,7 @@ Answer MessageBoxes::show(const Message &message)
     setTexts(box, message.text, message.details);
     const ButtonSet set = buttonSet(message.buttons);
     box.setStandardButtons(set.buttons);
-    box.setDefaultButton(set.initial);
+    box.setDefaultButton(message.enterRefuses ? set.escape : set.initial);
     box.setEscapeButton(set.escape);
     return answerOf(box.exec());
 }
