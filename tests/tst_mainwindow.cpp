@@ -1,5 +1,5 @@
 #include "catalogue/StatusIndicators.h"
-#include "controls/StatusLight.h"
+#include "controls/parts/StatusLight.h"
 #include "controls/ctlBooksTab.h"
 #include "controls/ctlBuildTab.h"
 #include "controls/ctlGlobalsTab.h"

@@ -1,8 +1,8 @@
 // The editor of page sources, the preview and the list before an import, through the real widgets.
 
-#include "controls/AddSourceFilesDialog.h"
-#include "controls/PageEditor.h"
-#include "controls/PagePreview.h"
+#include "controls/import/AddSourceFilesDialog.h"
+#include "controls/pages/PageEditor.h"
+#include "controls/pages/PagePreview.h"
 #include "platform/Paths.h"
 #include "support/FormDriver.h"
 #include "support/TestProgram.h"

@@ -1,4 +1,4 @@
-#include "controls/ProjectSession.h"
+#include "controls/session/ProjectSession.h"
 #include "controls/QV_DeveloperTreeOCX.h"
 #include "support/FormDriver.h"
 #include "support/SampleProject.h"

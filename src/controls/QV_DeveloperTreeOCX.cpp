@@ -1,7 +1,7 @@
 #include "controls/QV_DeveloperTreeOCX.h"
 
-#include "controls/Handler.h"
-#include "controls/ProjectTreeModel.h"
+#include "controls/parts/Handler.h"
+#include "controls/tree/ProjectTreeModel.h"
 #include "resources/Icons.h"
 
 #include <QClipboard>

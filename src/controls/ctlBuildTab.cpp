@@ -1,7 +1,7 @@
 #include "controls/ctlBuildTab.h"
 
 #include "catalogue/StatusIndicators.h"
-#include "controls/StatusLight.h"
+#include "controls/parts/StatusLight.h"
 #include "startup/Program.h"
 #include "startup/Session.h"
 

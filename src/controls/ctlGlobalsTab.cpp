@@ -1,9 +1,9 @@
 #include "controls/ctlGlobalsTab.h"
 
 #include "catalogue/ProjectCatalogue.h"
-#include "controls/CategoryNames.h"
-#include "controls/PagePreview.h"
-#include "controls/ProjectSession.h"
+#include "controls/globals/CategoryNames.h"
+#include "controls/pages/PagePreview.h"
+#include "controls/session/ProjectSession.h"
 #include "platform/FileSystem.h"
 #include "platform/Paths.h"
 #include "platform/QvError.h"

@@ -1,7 +1,7 @@
 #include "controls/ctlQuickNav.h"
 
-#include "controls/Handler.h"
-#include "controls/ProjectSession.h"
+#include "controls/parts/Handler.h"
+#include "controls/session/ProjectSession.h"
 #include "platform/FileSystem.h"
 #include "resources/Icons.h"
 #include "startup/Session.h"

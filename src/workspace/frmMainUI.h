@@ -1,6 +1,6 @@
 #pragma once
 
-#include "controls/ProjectSession.h"
+#include "controls/session/ProjectSession.h"
 #include "startup/FormWindow.h"
 
 #include <memory>

@@ -1,8 +1,8 @@
 #include "driver/Commands.h"
 
 #include "catalogue/StatusIndicators.h"
-#include "controls/BookCommands.h"
-#include "controls/PageStore.h"
+#include "controls/books/BookCommands.h"
+#include "controls/pages/PageStore.h"
 #include "dialogs/ProjectCreation.h"
 #include "platform/Paths.h"
 #include "projectfiles/BookFile.h"

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "controls/session/ProjectSession.h"
+#include "tools/ImportPlan.h"
+
+class QWidget;
+
+/// The command *Add source files*: looks at what the author picked, shows the list, copies.
+class AddSourceFiles final : public QObject
+{
+    Q_OBJECT
+
+public:
+    AddSourceFiles(ProjectSession &session, QWidget *window);
+
+    /// Begins with files or folders (product paths) for the current book. The list stays open for
+    /// the author; `added` follows when something was.
+    void begin(const QStringList &picked);
+
+Q_SIGNALS:
+    void added();
+
+private:
+    void run(const ImportPlan &plan);
+
+    ProjectSession &m_session;
+    QWidget *m_window;
+};

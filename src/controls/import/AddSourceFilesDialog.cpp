@@ -1,0 +1,109 @@
+#include "controls/import/AddSourceFilesDialog.h"
+
+#include "controls/import/ImportPlanModel.h"
+#include "ui_AddSourceFilesDialog.h"
+
+#include <QHeaderView>
+#include <QLocale>
+#include <QSortFilterProxyModel>
+
+using namespace Qt::StringLiterals;
+
+AddSourceFilesDialog::AddSourceFilesDialog(FileSystem &files, ImportPlan plan, QWidget *parent)
+    : QDialog(parent)
+    , ui(std::make_unique<Ui::AddSourceFilesDialog>())
+    , m_model(new ImportPlanModel(files, std::move(plan), this))
+    , m_sorted(new QSortFilterProxyModel(this))
+{
+    ui->setupUi(this);
+    m_sorted->setSourceModel(m_model);
+    m_sorted->setSortRole(ImportPlanModel::SortRole);
+    m_sorted->setSortCaseSensitivity(Qt::CaseInsensitive);
+    m_sorted->setDynamicSortFilter(false); // a row stays where it is while it is decided
+    ui->lstFiles->setModel(m_sorted);
+    ui->lstFiles->setItemDelegateForColumn(ImportPlanModel::InBook,
+                                           new ImportActionDelegate(ui->lstFiles));
+    ui->lstFiles->sortByColumn(-1, Qt::AscendingOrder); // first in the order of the book
+    fitColumns();
+    fillConflictChoice();
+    showOmissions();
+    updateTotals();
+
+    connect(m_model, &ImportPlanModel::decided, this, &AddSourceFilesDialog::updateTotals);
+    connect(ui->cboConflicts, &QComboBox::activated, this, &AddSourceFilesDialog::decideAll);
+    connect(ui->cmdAdd, &QPushButton::clicked, this, &QDialog::accept);
+    connect(ui->cmdCancel, &QPushButton::clicked, this, &QDialog::reject);
+}
+
+AddSourceFilesDialog::~AddSourceFilesDialog() = default;
+
+const ImportPlan &AddSourceFilesDialog::plan() const
+{
+    return m_model->plan();
+}
+
+void AddSourceFilesDialog::fitColumns()
+{
+    QHeaderView *header = ui->lstFiles->horizontalHeader();
+    const int letter = fontMetrics().averageCharWidth();
+    const QList<int> letters{34, 30, 12, 18, 10};
+    for (int column = 0; column < letters.size(); ++column)
+        header->resizeSection(column, letters[column] * letter);
+    ui->lstFiles->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 8);
+}
+
+void AddSourceFilesDialog::fillConflictChoice()
+{
+    const QList<std::pair<QString, ImportAction>> choices{
+        {tr("Skip"), ImportAction::Skip},
+        {tr("Replace"), ImportAction::Replace},
+        {tr("Rename"), ImportAction::Rename},
+    };
+    ui->cboConflicts->addItem(tr("As listed"));
+    for (const auto &[name, action] : choices)
+        ui->cboConflicts->addItem(name, static_cast<int>(action));
+    const QList<ImportItem> &items = plan().items;
+    const bool any = std::any_of(items.begin(), items.end(),
+                                 [](const ImportItem &item) { return item.actions.size() > 1; });
+    ui->cboConflicts->setEnabled(any);
+    ui->lblConflicts->setEnabled(any);
+    ui->cboConflicts->setToolTip(any ? tr("A renamed file is copied under the name shown. Links of "
+                                          "the added pages to it follow; all other links stay.")
+                                     : tr("No name is taken in the book."));
+}
+
+void AddSourceFilesDialog::decideAll()
+{
+    const QVariant action = ui->cboConflicts->currentData();
+    if (action.isValid())
+        m_model->decideAll(static_cast<ImportAction>(action.toInt()));
+}
+
+void AddSourceFilesDialog::updateTotals()
+{
+    const ImportTotals totals = totalsOf(plan());
+    const QString size =
+        QLocale().formattedDataSize(totals.bytes, 1, QLocale::DataSizeTraditionalFormat);
+    ui->lblTotals->setText(tr("Pages: %1   Other files: %2   Names taken: %3   To copy: %4")
+                               .arg(totals.pages)
+                               .arg(totals.files)
+                               .arg(totals.conflicts)
+                               .arg(size));
+    const bool any = totals.pages > 0;
+    ui->cmdAdd->setEnabled(any);
+    ui->lblReason->setText(any ? QString() : tr("No page is chosen that could be added."));
+}
+
+void AddSourceFilesDialog::showOmissions()
+{
+    QStringList lines;
+    for (const ImportOmission &omission : plan().omissions) {
+        const QString page =
+            omission.page.isEmpty() ? QString() : tr(" (in %1)").arg(omission.page);
+        lines.append(omission.reference + page + u": "_s + omission.reason);
+    }
+    ui->lblOmissions->setText(tr("&Not copied: %1").arg(lines.size()));
+    ui->txtOmissions->setPlainText(lines.join(u'\n'));
+    ui->lblOmissions->setVisible(!lines.isEmpty());
+    ui->txtOmissions->setVisible(!lines.isEmpty());
+}

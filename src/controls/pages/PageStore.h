@@ -1,0 +1,58 @@
+#pragma once
+
+#include "controls/session/ProjectSession.h"
+#include "startup/PageText.h"
+
+/// A page as it was read: its bytes, its text, and what speaks against editing it.
+struct OpenPage
+{
+    QString project;
+    TocBook book;
+    BookPage page;
+    QString path;
+    QByteArray bytes; ///< as on disk when it was read
+    PageText content;
+    bool gone = false;   ///< somebody removed the file, and the author's text shall replace it
+    bool locked = false; ///< the file's read-only bit is set
+    /// Why its text cannot be written back unharmed; "" when it can.
+    QString uneditable;
+};
+
+/// Reads and writes pages of the open project, in the encoding each of them has.
+class PageStore
+{
+public:
+    explicit PageStore(ProjectSession &session);
+
+    /// Raises 53 or 75 naming the file.
+    OpenPage read(const TocBook &book, const BookPage &page);
+    /// Whether somebody else wrote the file since it was read; a file that has gone counts.
+    bool changedOnDisk(const OpenPage &page);
+    /// Takes what is on disk now as what was read: the author's own text shall replace it.
+    void acceptDisk(OpenPage &page);
+    /// Why the text cannot be saved in the page's encoding: the first character that it lacks, or
+    /// a declared charset under which the page would read differently. "" when it can.
+    [[nodiscard]] QString reasonAgainstEncoding(const OpenPage &page, const QString &text) const;
+    /// Writes `text` in the page's encoding and notes the new bytes. Raises 5 naming the first
+    /// character that the encoding lacks, and as FileSystem::replaceFile.
+    void write(OpenPage &page, const QString &text);
+    /// The same in UTF-8; a charset that the page declares is changed to UTF-8, and a page that
+    /// declares none gets a mark. Returns the text as written.
+    QString writeAsUtf8(OpenPage &page, const QString &text);
+    [[nodiscard]] bool isLocked(const OpenPage &page);
+    /// Clears the read-only bit.
+    void unlock(OpenPage &page);
+
+    /// Unsaved text, kept under "_Backup\Recovered\" until it is used or refused.
+    void keepForRecovery(const OpenPage &page, const QString &text);
+    std::optional<QString> recovered(const OpenPage &page);
+    void forgetRecovered(const OpenPage &page);
+
+private:
+    [[nodiscard]] QString recoveryPath(const OpenPage &page) const;
+    void replace(OpenPage &page, const QByteArray &bytes);
+
+    ProjectSession &m_session;
+    Session &m_values;
+    FileSystem &m_files;
+};

@@ -1,0 +1,171 @@
+#include "controls/pages/PageTextView.h"
+
+#include <QFontDatabase>
+#include <QPainter>
+#include <QTextBlock>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int marginSpace = 6; // pixels on each side of a line number
+constexpr qreal smallest = 5;
+constexpr qreal largest = 60;
+
+QColor mixed(const QColor &a, const QColor &b, qreal share)
+{
+    const auto mix = [share](int x, int y) { return qRound(x + (y - x) * share); };
+    return {mix(a.red(), b.red()), mix(a.green(), b.green()), mix(a.blue(), b.blue())};
+}
+
+} // namespace
+
+class PageTextView::Margin final : public QWidget
+{
+public:
+    explicit Margin(PageTextView *view)
+        : QWidget(view)
+        , m_view(view)
+    {
+    }
+
+private:
+    void paintEvent(QPaintEvent *event) override { m_view->paintMargin(event); }
+
+    PageTextView *m_view;
+};
+
+PageTextView::PageTextView(QWidget *parent)
+    : QPlainTextEdit(parent)
+    , m_margin(new Margin(this))
+{
+    setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+    m_usualSize = font().pointSizeF();
+    setLineWrapMode(NoWrap);
+    setTabStopDistance(fontMetrics().horizontalAdvance(u' ') * 4);
+    connect(this, &QPlainTextEdit::blockCountChanged, this, &PageTextView::fitMargin);
+    connect(this, &QPlainTextEdit::updateRequest, this, &PageTextView::scrollMargin);
+    connect(this, &QPlainTextEdit::cursorPositionChanged, this, &PageTextView::showCurrentLine);
+    fitMargin();
+    showCurrentLine();
+}
+
+// QPlainTextEdit::toPlainText() would turn no-break spaces into blanks.
+QString PageTextView::plainLines() const
+{
+    return document()->toRawText().replace(QChar::ParagraphSeparator, u'\n');
+}
+
+void PageTextView::zoomBy(int steps)
+{
+    QFont zoomed = font();
+    zoomed.setPointSizeF(qBound(smallest, zoomed.pointSizeF() + steps, largest));
+    setFont(zoomed);
+}
+
+void PageTextView::resetZoom()
+{
+    zoomBy(qRound(m_usualSize - font().pointSizeF()));
+}
+
+void PageTextView::keyPressEvent(QKeyEvent *event)
+{
+    const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (enter && !isReadOnly() && !(event->modifiers() & ~Qt::KeypadModifier))
+        breakLine();
+    else
+        QPlainTextEdit::keyPressEvent(event);
+}
+
+void PageTextView::breakLine()
+{
+    QTextCursor cursor = textCursor();
+    cursor.setPosition(cursor.selectionStart());
+    const QString before = cursor.block().text().first(cursor.positionInBlock());
+    cursor = textCursor(); // with its selection, which the new line replaces
+    qsizetype indent = 0;
+    while (indent < before.size() && (before[indent] == u' ' || before[indent] == u'\t'))
+        ++indent;
+    cursor.beginEditBlock();
+    cursor.insertBlock();
+    cursor.insertText(before.first(indent));
+    cursor.endEditBlock();
+    setTextCursor(cursor);
+    ensureCursorVisible();
+}
+
+void PageTextView::wheelEvent(QWheelEvent *event)
+{
+    if (event->modifiers() & Qt::ControlModifier)
+        zoomBy(event->angleDelta().y() > 0 ? 1 : -1);
+    else
+        QPlainTextEdit::wheelEvent(event);
+}
+
+void PageTextView::resizeEvent(QResizeEvent *event)
+{
+    QPlainTextEdit::resizeEvent(event);
+    fitMargin();
+}
+
+void PageTextView::changeEvent(QEvent *event)
+{
+    QPlainTextEdit::changeEvent(event);
+    if (event->type() == QEvent::FontChange) {
+        setTabStopDistance(fontMetrics().horizontalAdvance(u' ') * 4);
+        fitMargin();
+    } else if (event->type() == QEvent::PaletteChange) {
+        showCurrentLine();
+    }
+}
+
+void PageTextView::fitMargin()
+{
+    const qsizetype digits = qMax<qsizetype>(3, QString::number(blockCount()).size());
+    const int width =
+        fontMetrics().horizontalAdvance(u'9') * static_cast<int>(digits) + 2 * marginSpace;
+    const QRect inside = contentsRect();
+    const bool left = layoutDirection() == Qt::LeftToRight;
+    setViewportMargins(left ? width : 0, 0, left ? 0 : width, 0);
+    m_margin->setGeometry(left ? inside.left() : inside.right() - width + 1, inside.top(), width,
+                          inside.height());
+}
+
+void PageTextView::scrollMargin(const QRect &area, int dy)
+{
+    if (dy != 0)
+        m_margin->scroll(0, dy);
+    else
+        m_margin->update(0, area.y(), m_margin->width(), area.height());
+}
+
+void PageTextView::paintMargin(const QPaintEvent *event)
+{
+    QPainter painter(m_margin);
+    painter.setFont(font());
+    painter.fillRect(event->rect(), palette().alternateBase());
+    const QColor faint = palette().color(QPalette::PlaceholderText);
+    const int current = textCursor().blockNumber();
+    QRectF line;
+    for (QTextBlock block = firstVisibleBlock(); block.isValid(); block = block.next()) {
+        line = blockBoundingGeometry(block).translated(contentOffset());
+        if (line.top() > event->rect().bottom())
+            break;
+        painter.setPen(block.blockNumber() == current ? palette().color(QPalette::Text) : faint);
+        painter.drawText(
+            QRectF(0, line.top(), m_margin->width() - marginSpace, fontMetrics().height()),
+            Qt::AlignRight | Qt::AlignVCenter, QString::number(block.blockNumber() + 1));
+    }
+}
+
+void PageTextView::showCurrentLine()
+{
+    QTextEdit::ExtraSelection line;
+    line.format.setBackground(
+        mixed(palette().color(QPalette::Base), palette().color(QPalette::Highlight), 0.12));
+    line.format.setProperty(QTextFormat::FullWidthSelection, true);
+    line.cursor = textCursor();
+    line.cursor.clearSelection();
+    setExtraSelections({line});
+    m_margin->update();
+}
