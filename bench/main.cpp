@@ -18,14 +18,16 @@
 //   bench delete SERVER PROJECT          deletes a project with its files
 // SERVER and FOLDER are native paths.
 
+#include "PageJobs.h"
 #include "ProjectJobs.h"
 #include "Windows.h"
 
+#include "controls/session/ProjectSession.h"
 #include "platform/TreeWalker.h"
 #include "projectfiles/ProjectCopy.h"
 #include "startup/ContentFiles.h"
 #include "startup/FormWindow.h"
-#include "tools/SourceImport.h"
+#include "tools/import/SourceImport.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
@@ -136,13 +138,20 @@ int import(const QStringList &arguments)
 {
     Windows windows(arguments.at(0));
     Console &console = windows.console;
-    const Toc toc = TableOfContents(console.session, console.files).read(arguments.at(1));
-    for (const TocBook &book : toc.books) {
+    ProjectSession session(console.program);
+    session.open(arguments.at(1));
+    for (const TocBook &book : session.books()) {
         if (book.acronym != arguments.at(2))
             continue;
         SourceImport sources(console.session, console.files);
-        const ImportResult result = sources.run(
-            sources.plan(arguments.at(1), book, {console.files.productPath(arguments.at(3))}));
+        const ImportPlan plan =
+            sources.plan(arguments.at(1), book, {console.files.productPath(arguments.at(3))});
+        const QString fresh = session.binPlace(u"Added"_s);
+        ImportResult result;
+        session.performPrepared(u"import"_s, {}, [&](const Progress &progress) {
+            result = sources.stage(plan, fresh, progress);
+            return result.changes;
+        });
         number("files", result.copied, "");
         return 0;
     }
@@ -159,6 +168,7 @@ int main(int argc, char *argv[])
                            {"import"_L1, 4, false, import}};
     QList<Job> jobs(std::begin(own), std::end(own));
     jobs += projectJobs();
+    jobs += pageJobs();
     for (const Job &job : jobs) {
         if (argc < 2 || QLatin1StringView(argv[1]) != job.name || argc < 2 + job.arguments)
             continue;

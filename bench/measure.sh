@@ -9,7 +9,7 @@ set -euo pipefail
 [ $# -ge 1 ] && [ -f "$1/installations/pair.py" ] || { say "usage: measure.sh TOOLS_FOLDER [JOB]..."; exit 64; }
 tools=$(cd "$1/installations" && pwd)
 shift
-[ $# -gt 0 ] || set -- launcher second open pages blocked copy rewrite import links rows tables catalogue delete
+[ $# -gt 0 ] || set -- launcher second open pages blocked copy rewrite import links rows tables catalogue delete finding typing
 configure_and_build release bench driver qv_tour quovane-developer qvdeveloper peer_dialog peer_empty
 bin=$root/build/release/bin
 work=$(mktemp -d "${MEASURE_DIR:-/dev/shm}/measure-XXXXXX")
@@ -115,6 +115,34 @@ import() {
     echo "== adding $(find "$work/source" -iname '*.htm*' | wc -l) pages against reading, copying and flushing them"
     pair "rm -rf $work/import; cp -a $work/import.new $work/import; $bin/bench import $work/import $(name_of "$work/import") $acronym $work/source" \
         "rm -rf $work/import; cp -a $work/import.new $work/import; rm -rf $work/copied; $work/yardstick read $work/source; $work/yardstick copy $work/source $work/copied; find $work/copied -type f -print0 | xargs -0 sync"
+}
+
+# The pages to look through: PAGES (a folder of real pages), else made ones.
+finding() {
+    yardstick
+    local pages=${PAGES:-}
+    if [ -z "$pages" ]; then
+        page_server
+        pages=$work/pages/Docs/$(name_of "$work/pages")
+    fi
+    for text in "the" "qqq not there" "K\u00e4fer"; do
+        echo "== finding \"$text\" in all pages against reading them once"
+        pair "$bin/bench find $pages '$(printf '%b' "$text")'" "$work/yardstick read $pages"
+    done
+    echo "== a regular expression"
+    pair "$bin/bench find $pages '<h[1-3][^>]*>' pattern" "$work/yardstick read $pages"
+}
+typing() {
+    local length
+    for length in 80 10000; do
+        echo "== CPU per key in a page of 1 MB, lines of $length characters: a plain editor, ours, ours with the find bar"
+        "$bin/bench" typing plain $length 100
+        "$bin/bench" typing ours $length 100
+        "$bin/bench" typing finding $length 100
+    done
+    echo "== in a page that is one line of 5 MB"
+    "$bin/bench" typing plain 5000000 3 5000000
+    "$bin/bench" typing ours 5000000 3 5000000
 }
 
 link_servers() {

@@ -90,9 +90,22 @@ sweep() {
     one "create a book" -- add-book Base Beta BET Book_BET
     one "add source files" -- import Base ALP "$work/more"
     one "save a page" -- save-page Base ALP one.htm "changed text"
-    one "change a book" -- rename-book Base ALP "Alpha two"
-    one "delete a book" -- delete-book Base ALP
+    "${run[@]}" add-category Base ALP Hydraulics
+    # Commands over several files: after the next open all of them are old, or all are new.
+    whole() { # NAME ARGUMENT...
+        local name=$1
+        shift
+        one "$name" --recover "$driver --server $dir --date 2026-01-02 verify" \
+            --together '*/Base/QV_*.xml' --together '*/Base/Book_ALP/*' -- "$@"
+    }
+    whole "change a book" rename-book Base ALP "Alpha two"
+    whole "rename a page with its links" rename-page Base ALP one.htm first.htm
+    whole "rename a category" rename-category Base Hydraulics Pumps
+    whole "delete a book" delete-book Base ALP
     installation "$dir" >/dev/null
+    # After the next start everything but the numbered backups has one of the two names.
+    one "rename a project" --recover "$driver --server $dir finish-renames" \
+        --together '*[!0-9]' -- rename-project Base "Renamed 7"
     one "report targets" --ops all --faults kill,eio,eacces,gone -- report-ibd # reads only
     one "report references" --ops all --faults kill,eio,eacces,gone -- report-ibs
     one "release a set" -- release Second 2026-01-03

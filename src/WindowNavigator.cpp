@@ -1,6 +1,7 @@
 #include "WindowNavigator.h"
 
 #include "controls/ctlBuildTab.h"
+#include "dialogs/ProjectOpening.h"
 #include "dialogs/frmContinueDeleteProject.h"
 #include "dialogs/frmMergeProjects.h"
 #include "dialogs/frmRankBookSet.h"
@@ -84,6 +85,23 @@ bool WindowNavigator::unload(Form form)
         return closeSplash();
     FormWindow *const open = window(form);
     return open == nullptr || open->close();
+}
+
+void WindowNavigator::openProject(const QString &name)
+{
+    const CatalogueEntry project = projectToContinue(m_program, name);
+    if (!unload(Form::MainUI))
+        return;
+    unload(Form::Build);
+    unload(Form::MergeProjects);
+    const auto backToTheLauncher = [this](const QvError &error) {
+        show(Form::SelPrjType);
+        throw error;
+    };
+    trap(backToTheLauncher, [&] {
+        continueProject(m_program, project);
+        show(Form::MainUI);
+    });
 }
 
 void WindowNavigator::handOver(const QString &projectName, const QString &projectLanguage)

@@ -26,6 +26,7 @@ public:
     void show(Form form) override;
     void loadform() override;
     bool unload(Form form) override;
+    void openProject(const QString &name) override;
 
     /// Raises what a control raises when it cannot read the project.
     void handOver(const QString &projectName, const QString &projectLanguage) override;

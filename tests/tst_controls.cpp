@@ -1,11 +1,13 @@
-#include "controls/import/AddSourceFilesDialog.h"
 #include "controls/books/DeleteBookDialog.h"
+#include "controls/books/KeyWordCommands.h"
 #include "controls/books/NewBookDialog.h"
-#include "controls/pages/PageEditor.h"
-#include "controls/session/ProjectSession.h"
 #include "controls/ctlBooksTab.h"
 #include "controls/ctlGlobalsTab.h"
 #include "controls/ctlQuickNav.h"
+#include "controls/import/AddSourceFilesDialog.h"
+#include "controls/pages/PageEditor.h"
+#include "controls/session/ProjectPages.h"
+#include "controls/session/ProjectSession.h"
 #include "platform/Xml.h"
 #include "startup/PageText.h"
 #include "support/FormDriver.h"
@@ -49,6 +51,18 @@ public:
     {
         return BookFile(sample.world.session, sample.world.files).read(sample.name, book);
     }
+    /// Titles in order, those below a page in brackets.
+    QString outline() const { return below(pages()->invisibleRootItem()); }
+    static QString below(const QTreeWidgetItem *parent)
+    {
+        QStringList titles;
+        for (int row = 0; row < parent->childCount(); ++row) {
+            const QTreeWidgetItem *item = parent->child(row);
+            titles.append(item->childCount() == 0 ? item->text(0)
+                                                  : u"%1(%2)"_s.arg(item->text(0), below(item)));
+        }
+        return titles.join(u' ');
+    }
     QString text(const char *label) const { return control<QLabel>(&tab, label)->text(); }
     QTreeWidget *pages() const { return control<QTreeWidget>(&tab, "tvwPages"); }
     QListWidget *books() const { return control<QListWidget>(&tab, "lstBooks"); }
@@ -91,6 +105,11 @@ private Q_SLOTS:
     void deletesTheTwinThatIsMeant();
     void deletesNoFolderThatIsNotTheBooksOwn();
     void addsSourceFiles();
+    void editsTheOutline();
+    void dragsPages();
+    void deletesPagesAndBringsThemBack();
+    void givesPagesIdsAndKeyWords();
+    void carriesTheAcronymAlong();
     void saysWhatIsWrongWithABook();
     void showsGlobalsAndQuickNavigation();
 };
@@ -222,8 +241,8 @@ void tst_controls::savesAPageInItsOwnEncoding()
     const QString path = sample.folder + u"Book_PUMP\\start.htm"_s;
     Desk desk(sample);
     desk.open(pump);
-    QCOMPARE(desk.text("lblEncoding"), u"windows-1252"_s);
-    QCOMPARE(control<QTabWidget>(&desk.tab, "tabDetails")->currentIndex(), 1);
+    QCOMPARE(control<QToolButton>(&desk.tab, "cmdEncoding")->text(), u"windows-1252"_s);
+    QCOMPARE(control<QTabWidget>(&desk.tab, "tabDetails")->currentIndex(), 2);
     QVERIFY(!isEnabled(&desk.tab, "cmdSave"));
 
     desk.insert(u"\u00e4"_s);
@@ -242,7 +261,7 @@ void tst_controls::savesAPageInItsOwnEncoding()
     desk.pressSave();
     QByteArray expected = "\xe6\xbc\xa2\xc3\xa4" + latin("Gr\xc3\xbc\xc3\x9f\x65 \xe2\x82\xac");
     QCOMPARE(sample.world.bytes(path), expected.replace("windows-1252", "utf-8"));
-    QCOMPARE(desk.text("lblEncoding"), u"UTF-8"_s);
+    QCOMPARE(control<QToolButton>(&desk.tab, "cmdEncoding")->text(), u"UTF-8"_s);
 
     desk.insert(u"zzz"_s);
     sample.world.messages.choices = {0};
@@ -312,12 +331,13 @@ void tst_controls::asksWhenAnotherAuthorWasFaster()
     desk.insert(u"mine "_s);
     sample.world.files.removeFile(path);
     sample.world.put(sample.folder + ProjectFile::toc, "broken");
-    messages.choices = {1};
     for (int activation = 0; activation < 3; ++activation) {
         QApplication::sendEvent(&desk.tab, &activated);
         QCoreApplication::processEvents();
     }
-    QCOMPARE(messages.shown.size(), 5);
+    QTRY_COMPARE(messages.shown.size(), 4);
+    QVERIFY(control<QWidget>(&desk.tab, "conflictBar")->isVisible());
+    click(&desk.tab, "cmdKeepMine");
     sample.world.files.removeFile(sample.folder + ProjectFile::toc);
     TableOfContents(sample.world.session, sample.world.files)
         .CreateQVTOCFile(sample.folder + ProjectFile::toc);
@@ -420,12 +440,12 @@ void tst_controls::followsLinksOfThePreview()
     Desk desk(sample);
     desk.open(pump);
     auto *tabs = control<QTabWidget>(&desk.tab, "tabDetails");
-    tabs->setCurrentIndex(2);
+    tabs->setCurrentIndex(3);
     auto *preview = control<QTextBrowser>(&desk.tab, "preview");
     QCOMPARE(preview->toPlainText(), u"Text \u00fc"_s);
     Q_EMIT preview->anchorClicked(QUrl(u"../book_pump/B.htm"_s));
     QCOMPARE(desk.session.currentPage(), u"P0002"_s);
-    QCOMPARE(tabs->currentIndex(), 2);
+    QCOMPARE(tabs->currentIndex(), 3);
     QCOMPARE(preview->toPlainText(), u"Second"_s);
     Q_EMIT preview->anchorClicked(QUrl(u"c.htm"_s));
     QVERIFY(
@@ -512,7 +532,9 @@ void tst_controls::deletesNoFolderThatIsNotTheBooksOwn()
     }
     Desk desk(sample);
     for (const TocBook &book : refused) {
-        Q_EMIT desk.session.deleteRequested(book);
+        Q_EMIT desk.session.requested(
+            {.action = ProjectRequest::Action::Delete,
+             .node = {.kind = ProjectRequest::Node::Kind::Book, .book = book}});
         QPointer dialog = desk.tab.findChild<DeleteBookDialog *>();
         QVERIFY2(!isEnabled(dialog, "optAlsoFiles"), qPrintable(book.name));
         dialog->reject();
@@ -543,9 +565,250 @@ void tst_controls::addsSourceFiles()
     QCOMPARE(world.bytes(sample.folder + u"Book_PUMP\\dot.png"_s), "PNG");
     QCOMPARE(desk.pages()->topLevelItemCount(), 1);
     QCOMPARE(desk.pages()->topLevelItem(0)->text(0), u"Start"_s);
-    QCOMPARE(desk.pages()->topLevelItem(0)->text(2), QString());
+    QCOMPARE(desk.pages()->topLevelItem(0)->text(3), QString());
     desk.pages()->setCurrentItem(desk.pages()->topLevelItem(0));
     QVERIFY(desk.source()->toPlainText().startsWith(u"<title>Start"_s));
+}
+
+// Every command is undone in the end: the book file is then what it was, byte for byte.
+void tst_controls::editsTheOutline()
+{
+    SampleProject sample;
+    const TocBook pump = sample.addBook(
+        u"Pump"_s, u"PUMP"_s, {{u"b10.htm"_s, "b10"}, {u"b9.htm"_s, "b9"}, {u"a.htm"_s, "a"}});
+    const QString file = sample.folder + u"Book_PUMP\\Book_PUMP.xml"_s;
+    const QByteArray before = sample.world.bytes(file);
+    Desk desk(sample);
+    QSignalSpy changed(&desk.tab, &ctlBooksTab::pagesChanged);
+    desk.open(pump);
+    const auto press = [&](Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
+        desk.pages()->setFocus();
+        QTest::keyClick(desk.pages(), key, modifiers);
+    };
+    press(Qt::Key_Down, Qt::AltModifier);
+    QCOMPARE(desk.outline(), u"b9 b10 a"_s);
+    press(Qt::Key_Right, Qt::AltModifier);
+    QCOMPARE(desk.outline(), u"b9(b10) a"_s);
+    press(Qt::Key_Left, Qt::AltModifier);
+    QCOMPARE(desk.outline(), u"b9 b10 a"_s);
+    control<QAction>(&desk.tab, "mnuSortBook")->trigger();
+    QCOMPARE(desk.outline(), u"a b9 b10"_s);
+    QCOMPARE(desk.session.currentPage(), u"P0001"_s);
+    QCOMPARE(desk.pages()->currentItem()->text(0), u"b10"_s);
+
+    press(Qt::Key_F2);
+    auto *title = control<QLineEdit>(&desk.tab, "txtPageTitle");
+    title->selectAll();
+    QTest::keyClick(title, Qt::Key_Delete);
+    QCOMPARE(desk.text("lblBookProblem"), u"\u26A0 Enter a title."_s);
+    QTest::keyClicks(title, u"Ten"_s);
+    QTest::keyClick(title, Qt::Key_Return);
+    QTRY_COMPARE(desk.outline(), u"a b9 Ten"_s);
+
+    press(Qt::Key_Insert);
+    auto *dialog = desk.tab.findChild<QDialog *>(u"NewPageDialog"_s);
+    desk.enter(dialog, "txtNewPageTitle", u"B9"_s);
+    QCOMPARE(control<QLineEdit>(dialog, "txtNewPageFile")->text(), u"b9-2.htm"_s);
+    desk.enter(dialog, "txtNewPageFile", u"B10.HTM"_s);
+    QCOMPARE(control<QLabel>(dialog, "txtNewPageFileSays")->text(),
+             u"\u26A0 There is a file \"B10.HTM\" in the book already."_s);
+    desk.enter(dialog, "txtNewPageTitle", u"\u00dcber <uns>"_s);
+    desk.enter(dialog, "txtNewPageFile", u"uns.htm"_s);
+    control<QComboBox>(dialog, "cboPagePlace")->setCurrentIndex(2);
+    click(dialog, "cmdCreatePage");
+    QCOMPARE(desk.outline(), u"a b9 Ten(\u00dcber <uns>)"_s);
+    QCOMPARE(desk.session.currentPage(), u"P0004"_s);
+    const QByteArray page = sample.world.bytes(sample.folder + u"Book_PUMP\\uns.htm"_s);
+    QVERIFY(page.contains("<html lang=\"en\">"));
+    QVERIFY(page.contains("<title>\xc3\x9c"
+                          "ber &lt;uns&gt;</title>"));
+    QVERIFY(page.contains("<meta charset=\"utf-8\">"));
+
+    QCOMPARE(changed.size(), 6);
+    QCOMPARE(desk.session.history().undoName(), u"Add page \u00dcber <uns>"_s);
+    while (desk.session.history().canUndo())
+        desk.session.undo();
+    QCOMPARE(sample.world.bytes(file), before);
+    QCOMPARE(desk.outline(), u"b10 b9 a"_s);
+    QVERIFY(!sample.world.files.exists(sample.folder + u"Book_PUMP\\uns.htm"_s));
+    QCOMPARE(desk.session.currentPage(), QString());
+    QCOMPARE(sample.world.messages.shown, QStringList());
+}
+
+void tst_controls::dragsPages()
+{
+    SampleProject sample;
+    const TocBook pump = sample.addBook(u"Pump"_s, u"PUMP"_s,
+                                        {{u"a.htm"_s, "a"}, {u"b.htm"_s, "b"}, {u"c.htm"_s, "c"}});
+    Desk desk(sample);
+    desk.open(pump);
+    const auto drag = [&](const QList<int> &rows, QPoint to) {
+        desk.pages()->clearSelection();
+        for (const int row : rows)
+            desk.pages()->topLevelItem(row)->setSelected(true);
+        QModelIndexList indexes = desk.pages()->selectionModel()->selectedRows();
+        const std::unique_ptr<QMimeData> mime(desk.pages()->model()->mimeData(indexes));
+        QDragEnterEvent enter(to, Qt::MoveAction, mime.get(), Qt::LeftButton, {});
+        QApplication::sendEvent(desk.pages()->viewport(), &enter);
+        QDropEvent drop(to, Qt::MoveAction, mime.get(), Qt::LeftButton, {});
+        QApplication::sendEvent(desk.pages()->viewport(), &drop);
+        QCoreApplication::processEvents();
+    };
+    const auto rowOf = [&](int row) {
+        return desk.pages()->visualItemRect(desk.pages()->topLevelItem(row));
+    };
+    drag({0, 1}, {5, desk.pages()->viewport()->height() - 2});
+    QCOMPARE(desk.outline(), u"c a b"_s);
+    drag({2}, rowOf(0).center());
+    QCOMPARE(desk.outline(), u"c(b) a"_s);
+    drag({1}, {rowOf(0).left() + 5, rowOf(0).top() + 1});
+    QCOMPARE(desk.outline(), u"a c(b)"_s);
+    drag({1}, desk.pages()->visualItemRect(desk.pages()->topLevelItem(1)->child(0)).center());
+    QCOMPARE(desk.outline(), u"a c(b)"_s);
+    QCOMPARE(sample.world.messages.shown,
+             QStringList{u"A page cannot be moved to below itself."_s});
+}
+
+void tst_controls::deletesPagesAndBringsThemBack()
+{
+    SampleProject sample;
+    const TocBook pump = sample.addBook(u"Pump"_s, u"PUMP"_s,
+                                        {{u"a.htm"_s, "a"}, {u"b.htm"_s, "b"}, {u"c.htm"_s, "c"}});
+    sample.addBook(u"Valve"_s, u"VALVE"_s, {{u"v.htm"_s, "<a href='../Book_PUMP/b.htm'>b</a>"}});
+    sample.addQuickNav(u"PUMP"_s);
+    const QString folder = sample.folder + u"Book_PUMP\\"_s;
+    Desk desk(sample);
+    desk.open(pump);
+    const QByteArray before = sample.world.bytes(folder + u"Book_PUMP.xml"_s);
+    desk.pages()->topLevelItem(1)->setSelected(true);
+    desk.pages()->setFocus();
+    QTest::keyClick(desk.pages(), Qt::Key_Delete);
+    QPointer dialog = desk.tab.findChild<QDialog *>(u"DeletePagesDialog"_s);
+    QVERIFY(dialog);
+    QCOMPARE(textsIn(control<QListWidget>(dialog, "lstPages")->model()),
+             (QStringList{u"a (a.htm)"_s, u"b (b.htm)"_s}));
+    QCOMPARE(textsIn(control<QListWidget>(dialog, "lstUses")->model()),
+             (QStringList{u"Quick navigation: The view > The group > The topic > The category"_s,
+                          u"Book_VALVE\\v.htm, line 1"_s}));
+    click(dialog, "cmdDeletePages");
+    QTRY_VERIFY(!dialog);
+    QCOMPARE(desk.outline(), u"c"_s);
+    QCOMPARE(desk.session.currentPage(), u"P0003"_s);
+    QVERIFY(!sample.world.files.exists(folder + u"a.htm"_s));
+    QCOMPARE(desk.session.history().undoName(), u"Delete 2 pages"_s);
+
+    desk.session.undo();
+    QCOMPARE(desk.outline(), u"a b c"_s);
+    QCOMPARE(sample.world.bytes(folder + u"b.htm"_s), "b");
+    QCOMPARE(sample.world.bytes(folder + u"Book_PUMP.xml"_s), before);
+    QCOMPARE(desk.pages()->topLevelItem(0)->text(3), QString());
+    desk.session.redo();
+    QCOMPARE(desk.outline(), u"c"_s);
+    QCOMPARE(sample.world.messages.shown, QStringList());
+}
+
+void tst_controls::givesPagesIdsAndKeyWords()
+{
+    SampleProject sample;
+    const TocBook pump = sample.addBook(u"Pump"_s, u"PUMP"_s, {{u"a.htm"_s, "<h1>Oil</h1>"}});
+    const TocBook valve = sample.addBook(u"Valve"_s, u"VALVE"_s, {{u"v.htm"_s, "v"}});
+    Desk desk(sample);
+    auto *tabs = control<QTabWidget>(&desk.tab, "tabDetails");
+    desk.open(pump);
+    tabs->setCurrentIndex(1);
+    click(&desk.tab, "cmdAddContextId");
+    desk.open(valve);
+    click(&desk.tab, "cmdAddContextId");
+    QCOMPARE(desk.file(valve).pages.first().contextIds, (QList<ContextId>{{u"IDH_V"_s, u"2"_s}}));
+    auto *ids = control<QTreeWidget>(&desk.tab, "tvwContextIds");
+    ids->editItem(ids->topLevelItem(0), 1);
+    auto *cell = control<QLineEdit>(&desk.tab, "txtContextId");
+    cell->selectAll();
+    QTest::keyClicks(cell, u"01"_s);
+    QCOMPARE(desk.text("lblContextSays"), u"\u26A0 The number 1 is taken in this project."_s);
+    QTest::keyClicks(cell, u"0"_s);
+    QTest::keyClick(cell, Qt::Key_Return);
+    QTRY_COMPARE(desk.file(valve).pages.first().contextIds.first().number, u"10"_s);
+    desk.enter(&desk.tab, "txtLinkId", u"valve-1"_s);
+    QTest::keyClick(control<QLineEdit>(&desk.tab, "txtLinkId"), Qt::Key_Return);
+    QCOMPARE(desk.file(valve).pages.first().linkIds, QStringList{u"valve-1"_s});
+
+    tabs->setCurrentIndex(5);
+    const auto enter = [&](const char *field, const QString &text) {
+        desk.enter(&desk.tab, field, text);
+        QTest::keyClick(control<QLineEdit>(&desk.tab, field), Qt::Key_Return);
+    };
+    const auto keyWords = [&] {
+        QStringList lines;
+        for (const KeyWord &keyWord :
+             readKeyWords(sample.world.session, sample.world.files, sample.name)) {
+            QString line = keyWord.origin + u' ' + keyWord.text;
+            for (const KeyWord::Page &page : keyWord.pages)
+                line += u' ' + page.book + page.page;
+            lines.append(line + u' ' + keyWord.synonyms.join(u'+'));
+        }
+        return lines;
+    };
+    enter("txtKeyWord", u"Oil change"_s);
+    enter("txtKeyWord", u"oil CHANGE"_s);
+    QCOMPARE(desk.text("txtKeyWordSays"), u"\u26A0 \"oil CHANGE\" is in the list already."_s);
+    enter("txtSynonym", u"Lubrication"_s);
+    desk.open(pump);
+    desk.session.pages().current();
+    tabs->setCurrentIndex(5);
+    QCOMPARE(textsIn(control<QListWidget>(&desk.tab, "lstSuggestions")->model()),
+             QStringList{u"Oil"_s});
+    enter("txtKeyWord", u"oil change"_s);
+    QCOMPARE(desk.file(pump).pages.first().keyWords, QStringList{u"Oil change"_s});
+    QCOMPARE(keyWords(), QStringList{u"Author Oil change VALVEP0001 PUMPP0001 Lubrication"_s});
+    click(&desk.tab, "cmdRemoveKeyWord");
+    QCOMPARE(keyWords(), QStringList{u"Author Oil change VALVEP0001 Lubrication"_s});
+    desk.open(valve);
+    click(&desk.tab, "cmdRemoveKeyWord");
+    QCOMPARE(keyWords(), QStringList());
+    desk.session.undo();
+    QCOMPARE(keyWords(), QStringList{u"Author Oil change VALVEP0001 Lubrication"_s});
+    QCOMPARE(textsIn(control<QListWidget>(&desk.tab, "lstKeyWord")->model()),
+             QStringList{u"Oil change"_s});
+    QCOMPARE(sample.world.messages.shown, QStringList());
+}
+
+void tst_controls::carriesTheAcronymAlong()
+{
+    SampleProject sample;
+    const TocBook pump = sample.addBook(u"Pump"_s, u"PUMP"_s, {{u"a.htm"_s, "a"}});
+    sample.addBook(u"Valve"_s, u"VALVE"_s);
+    sample.addQuickNav(u"PUMP"_s);
+    Desk desk(sample);
+    desk.open(pump);
+    KeyWordCommands(desk.session).add(pump, u"P0001"_s, u"Oil"_s);
+    control<QTabWidget>(&desk.tab, "tabDetails")->setCurrentIndex(0);
+    desk.enter(&desk.tab, "txtAcro", u"PMP"_s);
+    QTest::keyClick(control<QLineEdit>(&desk.tab, "txtAcro"), Qt::Key_Return);
+
+    Session &values = sample.world.session;
+    const auto bookOfKeyWord = [&] {
+        return readKeyWords(values, sample.world.files, sample.name).first().pages.first().book;
+    };
+    const auto bookOfLink = [&] {
+        const QuickNav quickNav = readQuickNav(values, sample.world.files, sample.name);
+        return quickNav.views[0].children[0].children[0].children[0].links[0].book;
+    };
+    QCOMPARE(desk.session.currentBook()->acronym, u"PMP"_s);
+    QCOMPARE(desk.session.currentPage(), u"P0001"_s);
+    QCOMPARE(bookOfKeyWord(), u"PMP"_s);
+    QCOMPARE(bookOfLink(), u"PMP"_s);
+    desk.books()->setFocus();
+    QTest::keyClick(desk.books(), Qt::Key_Down, Qt::AltModifier);
+    QCOMPARE(desk.listed().last().acronym, u"PMP"_s);
+    QCOMPARE(desk.books()->currentRow(), 1);
+    desk.session.undo();
+    desk.session.undo();
+    QCOMPARE(desk.listed().first(), pump);
+    QCOMPARE(bookOfKeyWord(), u"PUMP"_s);
+    QCOMPARE(bookOfLink(), u"PUMP"_s);
+    QCOMPARE(desk.session.currentBook(), std::optional(pump));
+    QCOMPARE(sample.world.messages.shown, QStringList());
 }
 
 void tst_controls::saysWhatIsWrongWithABook()
@@ -564,8 +827,8 @@ void tst_controls::saysWhatIsWrongWithABook()
     Desk desk(sample);
 
     desk.session.select(pump);
-    QCOMPARE(desk.pages()->topLevelItem(0)->text(2), QString());
-    QCOMPARE(desk.pages()->topLevelItem(1)->text(2), u"file missing"_s);
+    QCOMPARE(desk.pages()->topLevelItem(0)->text(3), QString());
+    QCOMPARE(desk.pages()->topLevelItem(1)->text(3), u"file missing"_s);
     desk.pages()->setCurrentItem(desk.pages()->topLevelItem(1));
     QVERIFY(desk.text("lblPageProblem").contains(u"b.htm"_s));
 
@@ -599,7 +862,7 @@ void tst_controls::showsGlobalsAndQuickNavigation()
     globals.setGlobalPageName(u"welcome"_s);
     QCOMPARE(control<QTabWidget>(&globals, "tabGlobals")->currentIndex(), 1);
     QCOMPARE(control<QTextBrowser>(&globals, "globalPreview")->toPlainText(), u"Welcome"_s);
-    auto *categories = control<QTreeWidget>(&globals, "tvwCategories");
+    auto *categories = control<QTreeWidget>(&globals, "tvwDefaultCategories");
     QCOMPARE(categories->topLevelItem(1)->text(0), u"Repair"_s);
 
     QString names[]{sample.name, u"The view"_s, u"The group"_s, u"The topic"_s, u"The category"_s};
@@ -608,7 +871,7 @@ void tst_controls::showsGlobalsAndQuickNavigation()
     auto *links = control<QTreeWidget>(&quickNav, "tvwLinks");
     QCOMPARE(links->topLevelItemCount(), 2);
     QCOMPARE(links->topLevelItem(0)->text(0), u"To P0001"_s);
-    QCOMPARE(links->topLevelItem(1)->text(3), u"no such page"_s);
+    QCOMPARE(links->topLevelItem(1)->text(4), u"\u26A0 no such page"_s);
     quickNav.ResetQuickNavView();
     QCOMPARE(links->topLevelItemCount(), 0);
 

@@ -1,13 +1,9 @@
 // Adding source files to a book, on real files: what is planned, what is copied, and that Stop and
 // failures leave everything as it was.
 
-#include "platform/Paths.h"
-#include "platform/TreeWalker.h"
 #include "platform/Xml.h"
-#include "projectfiles/BookFile.h"
-#include "support/TestProgram.h"
+#include "support/ImportWorld.h"
 #include "tools/HtmlScan.h"
-#include "tools/SourceImport.h"
 
 #include <QFile>
 #include <QMap>
@@ -17,44 +13,20 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-const TocBook guide{u"Guide"_s, u"GD"_s, u"Plant"_s, u"Book_GD"_s, u"Book_GD.xml"_s, {}, {}};
-
-const QString project = u"S:\\Docs\\Plant\\"_s;
-const QString bookFolder = project + u"Book_GD\\"_s;
-const QString source = u"C:\\Source\\"_s;
-
-/// A project with one empty book, and a folder of pages to add.
-struct World : TestProgram
+struct World : ImportWorld
 {
-    World()
-    {
-        session.projectLanguage = u"ENU"_s;
-        files.makeFolder(withoutBackslash(project));
-        Book empty;
-        empty.name = u"Guide"_s;
-        BookFile(session, files).write(u"Plant"_s, guide, empty);
-        files.makeFolder(withoutBackslash(source));
-    }
+    ImportPlan plan() { return plan({withoutBackslash(source)}); }
+    ImportPlan plan(const QStringList &picked) { return import().plan(u"Plant"_s, guide, picked); }
 
-    void putSource(const QString &name, const QByteArray &content) { put(source + name, content); }
-
-    ImportPlan plan(const QStringList &picked = {withoutBackslash(source)})
-    {
-        return SourceImport(session, files).plan(u"Plant"_s, guide, picked);
-    }
-    ImportResult run(const ImportPlan &decided, const Progress &progress = {})
-    {
-        return SourceImport(session, files).run(decided, progress);
-    }
-    Book book() { return BookFile(session, files).read(u"Plant"_s, guide); }
-
-    /// Every file below a folder with its bytes, and every folder.
+    /// Every file below a folder with its bytes, and every folder; without backups.
     QMap<QString, QByteArray> snapshot(const QString &top)
     {
         QMap<QString, QByteArray> all;
         walkTree(files, withoutBackslash(top), [&](const TreeEntry &entry) {
-            all.insert(entry.relative, entry.status.kind == FileKind::File ? bytes(entry.path)
-                                                                           : QByteArray("folder"));
+            if (!entry.relative.startsWith(ProjectFile::backupFolder))
+                all.insert(entry.relative, entry.status.kind == FileKind::File
+                                               ? bytes(entry.path)
+                                               : QByteArray("folder"));
         });
         return all;
     }
@@ -99,7 +71,10 @@ private Q_SLOTS:
     void refusesWhatCannotBeTaken();
     void decidesEachConflict();
     void tellsTwoFilesOfOneNameApart();
+    void followsBase();
     void stopAndFailuresLeaveTheBookAsItWas();
+    void isTakenBackAndDoneAgain();
+    void remembersWhatWasLeftOut();
 };
 
 void tst_import::scansPagesAsHtmlSays()
@@ -157,7 +132,7 @@ void tst_import::addsASetOfPagesAsItIs()
     world.putSource(u"sub\\page10.htm"_s, "<h1>Ten</h1>");
     world.putSource(u"sub\\page2.htm"_s, "<meta charset=windows-1252><title>\xDC"
                                          "bersicht \x80</title>");
-    world.files.setAttributes(source + u"sub\\page2.htm"_s, ReadOnlyFile);
+    world.files.setAttributes(world.source + u"sub\\page2.htm"_s, ReadOnlyFile);
     world.put(u"C:\\outside.png"_s, "secret");
 
     const ImportPlan plan = world.plan();
@@ -183,21 +158,19 @@ void tst_import::addsASetOfPagesAsItIs()
     const ImportResult result = world.run(plan);
     QCOMPARE(result.copied, 8);
     QCOMPARE(result.notes, QStringList());
-    QMap<QString, QByteArray> expected = world.snapshot(source);
+    QMap<QString, QByteArray> expected = world.snapshot(world.source);
     expected.remove(u"unused.png"_s);
-    QMap<QString, QByteArray> copied = world.snapshot(bookFolder);
+    QMap<QString, QByteArray> copied = world.snapshot(world.bookFolder);
     copied.remove(u"Book_GD.xml"_s);
     QCOMPARE(copied, expected);
-    QVERIFY(!world.files.status(bookFolder + u"sub\\page2.htm"_s).readOnly);
+    QVERIFY(!world.files.status(world.bookFolder + u"sub\\page2.htm"_s).readOnly);
 
     const Book book = world.book();
     QCOMPARE(shown(book.pages), u"Start(index.html), Kapitel Ö 日本(sub\\index.htm)"
                                 "[Übersicht €(sub\\page2.htm), Ten(sub\\page10.htm)]"_s);
     QCOMPARE(book.name, u"Guide"_s);
     QCOMPARE(book.sources.size(), 4);
-    QCOMPARE(book.sources[0].path, source + u"index.html"_s);
-    for (const FolderEntry &entry : world.files.entries(project + u"_Backup"_s))
-        QVERIFY2(!entry.name.startsWith("Import"_L1), qPrintable(entry.name));
+    QCOMPARE(book.sources[0].path, world.source + u"index.html"_s);
 
     // The same again changes nothing: every file is there already, every page listed.
     const ImportPlan again = world.plan();
@@ -239,15 +212,16 @@ void tst_import::refusesWhatCannotBeTaken()
     QVERIFY(omissions.contains(
         u"C:\\Source\\pix\\a.png | linked.htm | It is missing, or behind a link."_s));
     QVERIFY(omissions.contains(
-        u"C:\\Source\\links.htm | links.htm | Its <base> moves its links; the files it uses are not looked for."_s));
+        u"C:\\Source\\links.htm | links.htm | Its <base> moves its links away; the files it uses are not looked for."_s));
 
-    const QByteArray before = world.bytes(bookFolder + u"Book_GD.xml"_s);
+    const QByteArray before = world.bytes(world.bookFolder + u"Book_GD.xml"_s);
     QCOMPARE(world.run(plan).pages, (QStringList{u"good.htm"_s, u"linked.htm"_s, u"links.htm"_s}));
-    QVERIFY(world.bytes(bookFolder + u"Book_GD.xml"_s) != before);
+    QVERIFY(world.bytes(world.bookFolder + u"Book_GD.xml"_s) != before);
     QCOMPARE(world.book().name, u"Guide"_s);
 
-    const ImportPlan own = world.plan({withoutBackslash(project), source + u"nowhere"_s,
-                                       source + u"Book_GD.xml"_s, source + u"good.htm"_s});
+    const ImportPlan own =
+        world.plan({withoutBackslash(world.project), world.source + u"nowhere"_s,
+                    world.source + u"Book_GD.xml"_s, world.source + u"good.htm"_s});
     QCOMPARE(own.items.size(), 1);
     QCOMPARE(omissionsOf(own),
              (QStringList{
@@ -264,14 +238,14 @@ void tst_import::decidesEachConflict()
 {
     World world;
     const auto put = [&](const QString &name, const QByteArray &content) {
-        world.put(bookFolder + name, content);
+        world.put(world.bookFolder + name, content);
     };
     put(u"start.htm"_s, "old start");
     put(u"Look.css"_s, "old look");
     put(u"logo.png"_s, "old logo");
     put(u"locked.htm"_s, "old locked");
     put(u"a.b.htm"_s, "old dotted");
-    world.files.setAttributes(bookFolder + u"locked.htm"_s, ReadOnlyFile);
+    world.files.setAttributes(world.bookFolder + u"locked.htm"_s, ReadOnlyFile);
     world.putSource(u"start.htm"_s, "new start");
     world.putSource(u"look.css"_s, "p{background:url(logo.png)}");
     world.putSource(u"logo.png"_s, "new logo");
@@ -301,18 +275,18 @@ void tst_import::decidesEachConflict()
     QCOMPARE(result.replaced, 1);
     QCOMPARE(result.notes,
              QStringList{u"Links to renamed files were changed in 1 of the added files."_s});
-    QCOMPARE(world.bytes(bookFolder + u"start.htm"_s), "new start");
-    QCOMPARE(world.bytes(project + u"_Backup\\Book_GD\\start.htm.1"_s), "old start");
-    QCOMPARE(world.bytes(bookFolder + u"Look.css"_s), "old look");
-    QCOMPARE(world.bytes(bookFolder + u"Look-2.css"_s), "p{background:url(logo.png)}");
-    QCOMPARE(world.bytes(bookFolder + u"logo.png"_s), "old logo");
-    QCOMPARE(world.bytes(bookFolder + u"locked.htm"_s), "old locked");
-    QCOMPARE(world.bytes(bookFolder + u"a.b-2.htm"_s), "new dotted");
+    QCOMPARE(world.bytes(world.bookFolder + u"start.htm"_s), "new start");
+    QCOMPARE(world.bytes(world.project + u"_Backup\\Book_GD\\start.htm.1"_s), "old start");
+    QCOMPARE(world.bytes(world.bookFolder + u"Look.css"_s), "old look");
+    QCOMPARE(world.bytes(world.bookFolder + u"Look-2.css"_s), "p{background:url(logo.png)}");
+    QCOMPARE(world.bytes(world.bookFolder + u"logo.png"_s), "old logo");
+    QCOMPARE(world.bytes(world.bookFolder + u"locked.htm"_s), "old locked");
+    QCOMPARE(world.bytes(world.bookFolder + u"a.b-2.htm"_s), "new dotted");
     QByteArray followed = page;
     followed.replace("look.css?", "look-2.css?")
         .replace("A.B.htm", "A.B-2.htm")
         .replace("a&#46;b.htm", "a.b-2.htm");
-    QCOMPARE(world.bytes(bookFolder + u"page.htm"_s), followed);
+    QCOMPARE(world.bytes(world.bookFolder + u"page.htm"_s), followed);
     QCOMPARE(result.pages, (QStringList{u"a.b-2.htm"_s, u"page.htm"_s, u"start.htm"_s}));
 }
 
@@ -323,12 +297,28 @@ void tst_import::tellsTwoFilesOfOneNameApart()
     world.putSource(u"one\\p.png"_s, "same");
     world.putSource(u"two\\page.htm"_s, "two<img src=p.png>");
     world.putSource(u"two\\p.png"_s, "same");
-    ImportPlan plan = world.plan({source + u"one"_s, source + u"two"_s});
+    ImportPlan plan = world.plan({world.source + u"one"_s, world.source + u"two"_s});
     world.run(plan);
-    QCOMPARE(world.bytes(bookFolder + u"page.htm"_s), "one<img src=p.png>");
-    QCOMPARE(world.bytes(bookFolder + u"page-2.htm"_s), "two<img src=p.png>");
-    QCOMPARE(world.bytes(bookFolder + u"p.png"_s), "same");
-    QVERIFY(!world.files.exists(bookFolder + u"p-2.png"_s));
+    QCOMPARE(world.bytes(world.bookFolder + u"page.htm"_s), "one<img src=p.png>");
+    QCOMPARE(world.bytes(world.bookFolder + u"page-2.htm"_s), "two<img src=p.png>");
+    QCOMPARE(world.bytes(world.bookFolder + u"p.png"_s), "same");
+    QVERIFY(!world.files.exists(world.bookFolder + u"p-2.png"_s));
+}
+
+void tst_import::followsBase()
+{
+    World world;
+    world.putSource(u"text\\deep\\page.htm"_s,
+                    "<base href='../../'><img src='media/a.png'><link rel=stylesheet href=b.css>");
+    world.putSource(u"media\\a.png"_s, "old picture");
+    world.putSource(u"b.css"_s, "p{}");
+    world.put(world.bookFolder + u"media\\a.png"_s, "another picture");
+    ImportPlan plan = world.plan();
+    itemFor(plan, u"media\\a.png"_s).action = ImportAction::Rename;
+    QCOMPARE(world.run(plan).copied, 3);
+    QCOMPARE(world.bytes(world.bookFolder + u"media\\a-2.png"_s), "old picture");
+    QCOMPARE(world.bytes(world.bookFolder + u"text\\deep\\page.htm"_s),
+             "<base href='../../'><img src='media/a-2.png'><link rel=stylesheet href=b.css>");
 }
 
 void tst_import::stopAndFailuresLeaveTheBookAsItWas()
@@ -336,31 +326,81 @@ void tst_import::stopAndFailuresLeaveTheBookAsItWas()
     World world;
     for (int i = 1; i <= 5; ++i)
         world.putSource(u"sub\\page%1.htm"_s.arg(i), "page");
-    world.put(bookFolder + u"keep.htm"_s, "kept");
+    world.put(world.bookFolder + u"keep.htm"_s, "kept");
     world.putSource(u"keep.htm"_s, "new");
     ImportPlan plan = world.plan();
     itemFor(plan, u"keep.htm"_s).action = ImportAction::Replace;
-    const auto before = world.snapshot(project);
+    const auto before = world.snapshot(world.project);
 
     Stopper stop;
     const Progress atThird = stop.when([](int done, auto &) { return done == 3; });
     QVERIFY_THROWS_EXCEPTION(Unwinding, world.run(plan, atThird));
-    QCOMPARE(world.snapshot(project), before);
+    QCOMPARE(world.snapshot(world.project), before);
+    Stopper later;
+    QVERIFY_THROWS_EXCEPTION(
+        Unwinding, world.run(plan, {}, later.when([](int done, auto &) { return done == 4; })));
+    QCOMPARE(world.snapshot(world.project), before);
 
-    world.files.removeFile(source + u"sub\\page5.htm"_s);
+    world.files.removeFile(world.source + u"sub\\page5.htm"_s);
     QVERIFY_THROWS_EXCEPTION(QvError, world.run(plan));
-    QCOMPARE(world.snapshot(project), before);
+    QCOMPARE(world.snapshot(world.project), before);
     world.putSource(u"sub\\page5.htm"_s, "page");
 
     // The book file refuses last, when all pages lie in the book already.
-    const auto book = world.snapshot(bookFolder);
-    world.files.setAttributes(bookFolder + u"Book_GD.xml"_s, ReadOnlyFile);
+    const auto book = world.snapshot(world.bookFolder);
+    world.files.setAttributes(world.bookFolder + u"Book_GD.xml"_s, ReadOnlyFile);
     QVERIFY_THROWS_EXCEPTION(QvError, world.run(plan));
-    QCOMPARE(world.snapshot(bookFolder), book);
+    QCOMPARE(world.snapshot(world.bookFolder), book);
 
-    world.files.setAttributes(bookFolder + u"Book_GD.xml"_s, 0);
+    world.files.setAttributes(world.bookFolder + u"Book_GD.xml"_s, 0);
     QCOMPARE(world.run(plan).copied, 6);
-    QCOMPARE(world.bytes(bookFolder + u"keep.htm"_s), "new");
+    QCOMPARE(world.bytes(world.bookFolder + u"keep.htm"_s), "new");
+}
+
+void tst_import::isTakenBackAndDoneAgain()
+{
+    World world;
+    world.put(world.bookFolder + u"start.htm"_s, "old");
+    world.putSource(u"start.htm"_s, "new<img src=pix/a.png>");
+    world.putSource(u"pix\\a.png"_s, "picture");
+    ImportPlan plan = world.plan();
+    itemFor(plan, u"start.htm"_s).action = ImportAction::Replace;
+    const auto before = world.snapshot(world.project);
+    world.run(plan);
+    const auto after = world.snapshot(world.project);
+    QCOMPARE(world.bytes(world.bookFolder + u"start.htm"_s), "new<img src=pix/a.png>");
+
+    for (int round = 0; round < 2; ++round) {
+        world.reverse();
+        QCOMPARE(world.snapshot(world.project), before);
+        QVERIFY(world.book().pages.isEmpty());
+        world.reverse();
+        QCOMPARE(world.snapshot(world.project), after);
+        QCOMPARE(world.book().pages.size(), 1);
+    }
+}
+
+void tst_import::remembersWhatWasLeftOut()
+{
+    World world;
+    world.putSource(u"a.htm"_s, "a<img src=p.png>");
+    world.putSource(u"b.htm"_s, "b");
+    world.putSource(u"p.png"_s, "p");
+    ImportPlan plan = world.plan();
+    itemFor(plan, u"b.htm"_s).included = false;
+    itemFor(plan, u"p.png"_s).included = false;
+    world.run(plan);
+    QVERIFY(!world.files.exists(world.bookFolder + u"b.htm"_s));
+
+    ImportPlan again = world.plan();
+    QVERIFY(itemFor(again, u"a.htm"_s).included);
+    QVERIFY(!itemFor(again, u"b.htm"_s).included);
+    QVERIFY(!itemFor(again, u"p.png"_s).included);
+    itemFor(again, u"b.htm"_s).included = true;
+    world.run(again);
+    ImportPlan third = world.plan();
+    QVERIFY(itemFor(third, u"b.htm"_s).included);
+    QVERIFY(!itemFor(third, u"p.png"_s).included);
 }
 
 QTEST_GUILESS_MAIN(tst_import)

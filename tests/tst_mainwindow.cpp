@@ -118,9 +118,9 @@ void tst_mainwindow::passesTheChosenNodeOn()
 
     chooseInTree(form, {u"Quick Navigation"_s, u"The view"_s, u"The group"_s, u"The topic"_s,
                         u"The category"_s});
-    QCOMPARE(chosenIn(form, "lstViews"), "The view"_L1);
-    QCOMPARE(chosenIn(form, "lstTopics"), "The topic"_L1);
-    QCOMPARE(chosenIn(form, "lstCategories"), "The category"_L1);
+    QVERIFY(chosenIn(form, "lstViews").startsWith("The view ("_L1));
+    QVERIFY(chosenIn(form, "lstTopics").startsWith("The topic ("_L1));
+    QVERIFY(chosenIn(form, "lstCategories").startsWith("The category ("_L1));
     QVERIFY(world.messages.shown.isEmpty());
 }
 

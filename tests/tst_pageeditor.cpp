@@ -1,11 +1,16 @@
 // The editor of page sources, the preview and the list before an import, through the real widgets.
 
 #include "controls/import/AddSourceFilesDialog.h"
+#include "controls/pages/CompareDialog.h"
+#include "controls/pages/InsertLinkDialog.h"
 #include "controls/pages/PageEditor.h"
+#include "controls/pages/PagePane.h"
 #include "controls/pages/PagePreview.h"
+#include "controls/session/ProjectPages.h"
 #include "platform/Paths.h"
+#include "support/DisturbedFiles.h"
 #include "support/FormDriver.h"
-#include "support/TestProgram.h"
+#include "support/SampleProject.h"
 
 using namespace Qt::StringLiterals;
 
@@ -27,6 +32,51 @@ struct Editor
     void press(Qt::Key key, Qt::KeyboardModifiers modifiers = {})
     {
         QTest::keyClick(QApplication::focusWidget(), key, modifiers);
+    }
+};
+
+/// A page pane over a project, and a count of the files that its thread touches.
+struct Desk
+{
+    SampleProject sample;
+    TestProgram &world = sample.world;
+    DisturbedFiles files{world.files};
+    Program program{world.session,   files,        world.registry,  world.processes,
+                    world.windows,   world.clock,  world.messages,  world.dialogs,
+                    world.locale,    world.ending, world.navigator, world.currentProject,
+                    world.components};
+    TocBook book;
+    std::unique_ptr<ProjectSession> session;
+    std::unique_ptr<PagePane> pane;
+    int touched = 0;
+
+    explicit Desk(const QByteArray &page)
+        : book(sample.addBook(u"Pump"_s, u"PUMP"_s, {{u"a.htm"_s, page}}))
+    {
+        files.look = files.disturb = [this] {
+            touched += QThread::currentThread() == QCoreApplication::instance()->thread() ? 1 : 0;
+        };
+        begin();
+    }
+    /// A new run of the program.
+    void begin()
+    {
+        pane.reset();
+        session = std::make_unique<ProjectSession>(program);
+        session->open(sample.name);
+        session->select(book, u"P0001"_s);
+        pane = std::make_unique<PagePane>(*session);
+        pane->resize(700, 400);
+        pane->show();
+        pane->showPage(currentPageOf(*session));
+    }
+    QPlainTextEdit *text() const { return control<QPlainTextEdit>(pane.get(), "txtSource"); }
+    bool shows(const char *bar) const { return control<QWidget>(pane.get(), bar)->isVisible(); }
+    void type(const QString &keys) const { QTest::keyClicks(text(), keys); }
+    QString path() const { return sample.folder + u"Book_PUMP\\a.htm"_s; }
+    QString kept(const QString &number = {}) const
+    {
+        return sample.folder + u"_Backup\\Recovered\\Book_PUMP\\a.htm"_s + number;
     }
 };
 
@@ -73,6 +123,11 @@ private Q_SLOTS:
     void keepsEveryLetterAndLineEnd();
     void showsWhatItCannotKeep();
     void findsAndIndents();
+    void replacesInThePage();
+    void keepsTextWhileItIsTyped();
+    void comparesWithAnotherAuthor();
+    void savesEveryEncoding();
+    void offersLinks();
     void coloursAcrossLines();
     void previewsOnlyTheProject();
     void listsWhatAnImportWouldDo();
@@ -152,6 +207,181 @@ void tst_pageeditor::findsAndIndents()
     w.press(Qt::Key_End);
     w.press(Qt::Key_Return);
     QCOMPARE(w.editor.text(), u"\t  <p>Pump\r\n\t  \r\nvalve pump\r\n"_s);
+}
+
+void tst_pageeditor::replacesInThePage()
+{
+    Editor w;
+    w.editor.setPage(u"<b>R1</b>\r\n<b>R2</b>\r\nr3\r\n"_s);
+    w.press(Qt::Key_H, Qt::ControlModifier);
+    const auto count = [&] { return control<QLabel>(&w.editor, "lblFindCount")->text(); };
+    auto *field = control<QLineEdit>(&w.editor, "txtFind");
+    QTest::keyClicks(field, u"r(\\d"_s);
+    control<QCheckBox>(&w.editor, "chkPattern")->setChecked(true);
+    QVERIFY(control<QLabel>(&w.editor, "lblFind")->text().startsWith(u"missing closing"_s));
+    QTest::keyClicks(field, u")"_s);
+    QCOMPARE(count(), u"1 of 3"_s);
+    w.press(Qt::Key_F3);
+    QCOMPARE(count(), u"2 of 3"_s);
+    control<QLineEdit>(&w.editor, "txtReplace")->setText(u"No. \\1"_s);
+    click(&w.editor, "cmdReplace");
+    QCOMPARE(w.editor.text(), u"<b>R1</b>\r\n<b>No. 2</b>\r\nr3\r\n"_s);
+    QCOMPARE(count(), u"2 of 2"_s);
+    click(&w.editor, "cmdReplaceAll");
+    QCOMPARE(w.editor.text(), u"<b>No. 1</b>\r\n<b>No. 2</b>\r\nNo. 3\r\n"_s);
+    w.text->setFocus();
+    w.press(Qt::Key_Z, Qt::ControlModifier);
+    QCOMPARE(w.editor.text(), u"<b>R1</b>\r\n<b>No. 2</b>\r\nr3\r\n"_s);
+    QTRY_COMPARE(count(), u"2 hits"_s);
+    w.editor.setLocked(true);
+    w.press(Qt::Key_H, Qt::ControlModifier);
+    QVERIFY(!isEnabled(&w.editor, "cmdReplaceAll"));
+}
+
+void tst_pageeditor::keepsTextWhileItIsTyped()
+{
+    Desk desk("<p>old</p>");
+    (void)desk.session->pages().current();
+    desk.touched = 0;
+    desk.type(u"one <a href=\"a#"_s);
+    QTRY_VERIFY_WITH_TIMEOUT(desk.world.files.fileExists(desk.kept()), 20'000);
+    QCOMPARE(desk.touched, 0);
+    QCOMPARE(desk.world.bytes(desk.kept()), "one <a href=\"a#<p>old</p>");
+    QCOMPARE(desk.world.bytes(desk.path()), "<p>old</p>");
+
+    // The program dies here. The next one offers the text, and does not write over it.
+    desk.begin();
+    QVERIFY(desk.shows("recoveryBar"));
+    desk.type(u"two "_s);
+    QVERIFY_THROWS_EXCEPTION(Unwinding, desk.world.ending.endNow());
+    QCOMPARE(desk.world.bytes(desk.kept()), "one <a href=\"a#<p>old</p>");
+    QCOMPARE(desk.world.bytes(desk.kept(u"~2"_s)), "two <p>old</p>");
+    QCOMPARE(KeptTexts(desk.files).pages(desk.sample.folder), QStringList{u"Book_PUMP\\a.htm"_s});
+    QVERIFY(desk.pane->save());
+    QVERIFY2(!desk.world.files.fileExists(desk.kept(u"~2"_s)), "what is saved is not kept");
+    click(desk.pane.get(), "cmdUseRecovered");
+    QCOMPARE(desk.pane->text(), u"one <a href=\"a#<p>old</p>"_s);
+    QTest::keyClick(desk.text(), Qt::Key_Z, Qt::ControlModifier);
+    QCOMPARE(desk.pane->text(), u"two <p>old</p>"_s);
+    QTest::keyClick(desk.text(), Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
+    QVERIFY(desk.pane->save());
+    QVERIFY(!desk.world.files.fileExists(desk.kept()));
+}
+
+void tst_pageeditor::comparesWithAnotherAuthor()
+{
+    Desk desk("one\r\ntwo\r\nthree\r\n");
+    desk.world.put(desk.path(), "one\r\ntwo\r\n3\r\n");
+    desk.pane->noticeChanges();
+    QCOMPARE(desk.pane->text(), u"one\r\ntwo\r\n3\r\n"_s);
+    desk.type(u"my "_s);
+    desk.world.put(desk.path(), "one\r\ntwo\r\nIII\r\n");
+    desk.pane->noticeChanges();
+    QVERIFY(desk.shows("conflictBar"));
+    QVERIFY(desk.world.messages.shown.isEmpty());
+
+    click(desk.pane.get(), "cmdCompare");
+    auto *dialog = desk.pane->findChild<CompareDialog *>();
+    QCOMPARE(control<QLabel>(dialog, "lblDifferences")->text(), u"2 differences"_s);
+    auto *table = control<QTableView>(dialog, "lstDifferences");
+    QCOMPARE(table->currentIndex().row(), 0);
+    click(dialog, "cmdNextDifference");
+    QCOMPARE(table->currentIndex().row(), 2);
+    QCOMPARE(table->currentIndex().data(Qt::AccessibleTextRole).toString(),
+             u"Line 3 differs. Theirs: III. Mine: 3"_s);
+    click(dialog, "cmdKeepMine");
+    QVERIFY(!desk.shows("conflictBar"));
+    QVERIFY(desk.pane->save());
+    QCOMPARE(desk.world.bytes(desk.path()), "my one\r\ntwo\r\n3\r\n");
+
+    // A command of ours that moves the page takes its open text along.
+    desk.type(u"and "_s);
+    desk.world.files.move(desk.path(), desk.sample.folder + u"Book_PUMP\\b.htm"_s);
+    PageRef moved = desk.pane->page()->ref;
+    moved.page.file = u"b.htm"_s;
+    desk.pane->showPage(moved);
+    QVERIFY(!desk.shows("conflictBar"));
+    QVERIFY(desk.pane->save());
+    QCOMPARE(desk.world.bytes(desk.sample.folder + u"Book_PUMP\\b.htm"_s),
+             "my and one\r\ntwo\r\n3\r\n");
+    QVERIFY(!desk.world.files.fileExists(desk.path()));
+}
+
+void tst_pageeditor::savesEveryEncoding()
+{
+    const auto wide = [](QStringConverter::Encoding encoding) {
+        QStringEncoder encoder(encoding, QStringEncoder::Flag::WriteBom);
+        const QByteArray bytes = encoder(u"<p>\uac00\U0001F600</p>\r\n"_s);
+        return std::pair{bytes.first(2), bytes.sliced(2)};
+    };
+    const auto [littleMark, little] = wide(QStringConverter::Utf16LE);
+    const auto [bigMark, big] = wide(QStringConverter::Utf16BE);
+    struct Row
+    {
+        QByteArray mark, letter, bytes;
+        QString encoding;
+    };
+    const QList<Row> rows{
+        {{}, "x", "<meta charset=euc-kr>\xb0\xa1\r\n\xc7\xd1", u"windows-949"_s},
+        {{}, "x", "<meta charset=shift_jis>\x83\x5c\x83\x7c\n", u"shift_jis"_s},
+        {{}, "x", "<meta charset=iso-2022-jp>\x1b$B$\"\x1b(B pump\n", u"iso-2022-jp"_s},
+        {{}, "x", "<meta charset=windows-1252>Gr\xfc\xdf\x80\n", u"windows-1252"_s},
+        {{}, "x", "<p>\xe6\xbc\xa2</p>\n", u"UTF-8"_s},
+        {"\xef\xbb\xbf", "x", "<p>\xe6\xbc\xa2</p>\n", u"UTF-8"_s},
+        {littleMark, QByteArray("x\0", 2), little, u"UTF-16LE"_s},
+        {bigMark, QByteArray("\0x", 2), big, u"UTF-16BE"_s}};
+    for (const Row &row : rows) {
+        Desk desk(row.mark + row.bytes);
+        auto *encoding = control<QToolButton>(desk.pane.get(), "cmdEncoding");
+        QCOMPARE(encoding->text(), row.encoding);
+        desk.type(u"x"_s);
+        QVERIFY(desk.pane->save());
+        QCOMPARE(desk.world.bytes(desk.path()), row.mark + row.letter + row.bytes);
+        QCOMPARE(desk.world.messages.shown, QStringList());
+    }
+
+    Desk desk("<meta charset=euc-kr>\xb0\xa1\r\n");
+    desk.world.messages.choices = {0};
+    desk.pane->findChild<QAction *>(u"actConvertToUtf8"_s)->trigger();
+    QVERIFY(desk.world.messages.shown.last().contains(u"changed to utf-8"_s));
+    QCOMPARE(desk.world.bytes(desk.path()), "<meta charset=utf-8>\xea\xb0\x80\r\n");
+    QCOMPARE(desk.session->history().undoName(), u"Convert a.htm to UTF-8"_s);
+    desk.session->undo();
+    QCOMPARE(desk.world.bytes(desk.path()), "<meta charset=euc-kr>\xb0\xa1\r\n");
+    QCOMPARE(control<QToolButton>(desk.pane.get(), "cmdEncoding")->text(), u"windows-949"_s);
+}
+
+void tst_pageeditor::offersLinks()
+{
+    Desk desk("<p></p>");
+    desk.sample.addBook(u"Valve"_s, u"VALVE"_s,
+                        {{u"open it.htm"_s, "<title>Opening</title><h1 id=top>Opening</h1>"}});
+    desk.session->reread();
+    (void)desk.session->pages().current();
+    desk.pane->activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(desk.pane.get()));
+    desk.text()->setFocus();
+    desk.type(u"<a href=\"openin"_s);
+    QAbstractItemView *choices = nullptr;
+    QTRY_VERIFY((choices = qobject_cast<QAbstractItemView *>(QApplication::activePopupWidget())));
+    QCOMPARE(textsIn(choices->model()), QStringList{u"Opening \u2013 Book_VALVE\\open it.htm"_s});
+    QTest::keyClick(choices, Qt::Key_Down);
+    QTest::keyClick(choices, Qt::Key_Return);
+    QCOMPARE(desk.pane->text(), u"<a href=\"../Book_VALVE/open%20it.htm<p></p>"_s);
+    desk.type(u"#"_s);
+    QTRY_VERIFY((choices = qobject_cast<QAbstractItemView *>(QApplication::activePopupWidget())));
+    QCOMPARE(textsIn(choices->model()), QStringList{u"#top"_s});
+    QTest::keyClick(choices, Qt::Key_Escape);
+
+    desk.text()->moveCursor(QTextCursor::End);
+    QTest::keyClick(desk.text(), Qt::Key_K, Qt::ControlModifier);
+    auto *dialog = desk.pane->findChild<InsertLinkDialog *>();
+    QVERIFY(dialog);
+    control<QLineEdit>(dialog, "txtFilter")->setText(u"open it"_s);
+    control<QComboBox>(dialog, "cboAnchor")->setCurrentIndex(1);
+    click(dialog, "cmdInsertLink");
+    QVERIFY(
+        desk.pane->text().endsWith(u"<a href=\"../Book_VALVE/open%20it.htm#top\">Opening</a>"_s));
 }
 
 void tst_pageeditor::coloursAcrossLines()

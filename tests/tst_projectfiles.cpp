@@ -1,6 +1,7 @@
 #include "platform/Paths.h"
 #include "projectfiles/Backup.h"
 #include "projectfiles/BookFile.h"
+#include "projectfiles/KeyWordFile.h"
 #include "projectfiles/ProjectCopy.h"
 #include "projectfiles/QuickNavFile.h"
 #include "projectfiles/TableOfContents.h"
@@ -109,6 +110,7 @@ private Q_SLOTS:
     void seedsCategories();
     void takesCategoriesOfTheSource();
     void makesTheGlobalBookOnce();
+    void keepsKeyWords();
     void readsTheExamplesOfTheFormatPages();
 };
 
@@ -241,18 +243,22 @@ void tst_projectfiles::writesABook()
     Book book = bookNamed(entry.name);
     book.pages = {newPage(u"Start"_s, {newPage(u"Stop"_s)}), newPage(u"End"_s)};
     book.pages[0].keyWords = QStringList{u"begin"_s, u"開始"_s};
+    book.pages[0].contextIds = {{u"IDH_START"_s, u"7"_s}};
+    book.pages[0].linkIds = QStringList{u"start-1"_s};
     book.sources = {{u"Import"_s, u"C:\\a.md"_s, u"2026-03-14"_s, u"1"_s, u"P0001"_s}};
     world.books.write(u"Plant"_s, entry, book);
     book = world.books.read(u"Plant"_s, entry);
     QCOMPARE(book.name, u"Operator's Guide"_s);
     QCOMPARE(outline(book.pages), u"P0001 Start(P0002 Stop), P0003 End"_s);
     QCOMPARE(book.pages[0].keyWords, (QStringList{u"begin"_s, u"開始"_s}));
+    QCOMPARE(book.pages[0].contextIds, (QList<ContextId>{{u"IDH_START"_s, u"7"_s}}));
+    QCOMPARE(book.pages[0].linkIds, QStringList{u"start-1"_s});
     QCOMPARE(book.sources.value(0).path, u"C:\\a.md"_s);
 
     // What other tools wrote stays with its page and source, wherever they move.
     QString text = world.textFile(path);
     text.replace(u"<Page_Title>Stop</Page_Title>"_s,
-                 u"<Page_Title>Stop</Page_Title><Page_Context ID=\"IDH_STOP\">7</Page_Context>"_s);
+                 u"<Page_Title>Stop</Page_Title><Page_Note ID=\"N\">7</Page_Note>"_s);
     text.replace(u"<Source Kind=\"Import\">"_s, u"<Source Kind=\"Import\" By=\"Ann\">"_s);
     text.replace(u"</Book>"_s, u"<Book_Mood>good</Book_Mood></Book>"_s);
     world.put(path, utf16Bytes(text));
@@ -266,10 +272,9 @@ void tst_projectfiles::writesABook()
              u"P0002 Stop, P0001 Start, P0004 New"_s);
     QCOMPARE(world.bytes(plant + u"_Backup\\Book_OPG\\Book_OPG.xml.1"_s), utf16Bytes(text));
     const QString written = world.textFile(path);
-    QVERIFY(
-        written.contains(u"<Page ID=\"P0002\">\n\t\t\t<Page_Title>Stop</Page_Title>\n"
-                         "\t\t\t<Page_File>stop.html</Page_File>\n"
-                         "\t\t\t<Page_Context ID=\"IDH_STOP\">7</Page_Context>\n\t\t</Page>"_s));
+    QVERIFY(written.contains(u"<Page ID=\"P0002\">\n\t\t\t<Page_Title>Stop</Page_Title>\n"
+                             "\t\t\t<Page_File>stop.html</Page_File>\n"
+                             "\t\t\t<Page_Note ID=\"N\">7</Page_Note>\n\t\t</Page>"_s));
     QVERIFY(written.contains(u"<Book_Mood>good</Book_Mood>"_s));
     QVERIFY(written.indexOf(u"D:\\b.html"_s) < written.indexOf(u"By=\"Ann\""_s));
 
@@ -430,6 +435,35 @@ void tst_projectfiles::makesTheGlobalBookOnce()
     QCOMPARE(world.bytes(path), "the author's own"_ba);
     QCOMPARE(raisedBy([&] { readGlobalPages(world.session, world.files, u"Plant"_s); }).number(),
              75);
+}
+
+void tst_projectfiles::keepsKeyWords()
+{
+    World world;
+    const QString path = plant + ProjectFile::keyWords;
+    QVERIFY(readKeyWords(world.session, world.files, u"Plant"_s).isEmpty());
+    world.put(path, xmlFile(u"<QV_SearchKeyWords Language=\"ENU\">\n"
+                            "\t<KeyWord Origin=\"Author\" Rank=\"2\">\n"
+                            "\t\t<KeyWord_Text>Oil</KeyWord_Text>\n"
+                            "\t\t<KeyWord_Page Book=\"A\" Page=\"P1\" Weight=\"3\"/>\n"
+                            "\t\t<KeyWord_Page Book=\"A\" Page=\"P2\"/>\n\t</KeyWord>\n"
+                            "\t<KeyWord Origin=\"Meta\">\n"
+                            "\t\t<KeyWord_Text>Oil</KeyWord_Text>\n\t</KeyWord>\n"
+                            "</QV_SearchKeyWords>\n"_s));
+    QList<KeyWord> keyWords = readKeyWords(world.session, world.files, u"Plant"_s);
+    QCOMPARE(keyWords.size(), 2);
+    keyWords.removeLast();
+    keyWords.first().pages.removeLast();
+    keyWords.first().synonyms = {u"Grease"_s};
+    writeKeyWords(world.session, world.files, u"Plant"_s, keyWords);
+    QCOMPARE(xmlText(world.bytes(path)),
+             xmlText(xmlFile(u"<QV_SearchKeyWords Language=\"ENU\">\n"
+                             "\t<KeyWord Origin=\"Author\" Rank=\"2\">\n"
+                             "\t\t<KeyWord_Text>Oil</KeyWord_Text>\n"
+                             "\t\t<KeyWord_Synonym>Grease</KeyWord_Synonym>\n"
+                             "\t\t<KeyWord_Page Book=\"A\" Page=\"P1\" Weight=\"3\" />\n"
+                             "\t</KeyWord>\n</QV_SearchKeyWords>\n"_s)));
+    QVERIFY(world.files.exists(plant + u"_Backup\\QV_SearchKeyWords.xml.1"_s));
 }
 
 void tst_projectfiles::readsTheExamplesOfTheFormatPages()

@@ -346,7 +346,7 @@ void tst_wizard::leavesOtherAuthorsTheirProjects()
     auto theirs = world.files.lock(u"S:\\Docs\\Harbour.qvnew.lock"_s, u"S:\\Docs"_s, {});
     click(wizard.form, "cmdContinue"); // while another author makes it
     QVERIFY(
-        world.messages.shown.last().contains("is just making or deleting the project Harbour"_L1));
+        world.messages.shown.last().contains("is just making, renaming or deleting the project Harbour"_L1));
     QVERIFY(!world.files.exists(u"S:\\Docs\\Harbour"_s));
     theirs.reset();
 

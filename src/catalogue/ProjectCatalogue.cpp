@@ -191,14 +191,44 @@ void ProjectCatalogue::reopen(const QString &name)
 
 void ProjectCatalogue::setAddDate(const QString &name, const QString &date)
 {
+    change(name, [&](const pugi::xml_node &entry) {
+        setAttribute(entry.child("QV_Name"), "AddDate", date);
+    });
+}
+
+void ProjectCatalogue::rename(const QString &name, const QString &newName)
+{
+    const auto requireFree = [&](const pugi::xml_document &catalogue) {
+        const bool onlyCapitals = name.compare(newName, Qt::CaseInsensitive) == 0;
+        if (!onlyCapitals && holdsProject(catalogue, newName, Qt::CaseInsensitive))
+            throw QvError(InvalidCall, {}, text(Text::ProjectAlreadyExists) + u": "_s + newName);
+    };
+    const auto edit = [&](const pugi::xml_node &entry) {
+        setText(entry.child("QV_Name"), newName);
+        setText(entry.child("QV_Location"), u"Docs\\"_s + newName + u'\\');
+    };
+    change(name, edit, requireFree);
+}
+
+void ProjectCatalogue::setId(const QString &name, const QString &id)
+{
+    change(name, [&](const pugi::xml_node &entry) { setText(entry.child("QV_Acro"), id); });
+}
+
+void ProjectCatalogue::change(const QString &name,
+                              const std::function<void(pugi::xml_node entry)> &edit,
+                              const std::function<void(const pugi::xml_document &)> &check)
+{
     const CatalogueLock lock(m_files, path());
     const pugi::xml_document catalogue = loadCatalogue(m_files, path());
     const QList<pugi::xml_node> listed = entriesOf(catalogue, name);
     if (name == favourites || listed.isEmpty())
         throw QvError(InvalidCall, {},
                       u"The project \"%1\" is not in the list of projects any more"_s.arg(name));
+    if (check)
+        check(catalogue);
     for (const pugi::xml_node &entry : listed)
-        setAttribute(entry.child("QV_Name"), "AddDate", date);
+        edit(entry);
     saveXml(m_files, path(), catalogue);
 }
 

@@ -9,6 +9,9 @@
 #include <QDate>
 #include <QStringList>
 
+#include <pugixml.hpp>
+
+#include <functional>
 #include <memory>
 
 inline constexpr QLatin1StringView favourites{"My Favorites"};
@@ -55,9 +58,16 @@ public:
     /// Takes the entries of exactly that name out of the list; none is no error. "My Favorites"
     /// stays.
     void remove(const QString &name);
+    /// Gives the project of exactly that name another one, and its place below Docs. Raises 5 when
+    /// it is not listed, or when another project has the new name without regard to case.
+    void rename(const QString &name, const QString &newName);
+    /// Gives it another ID. Raises 5 when no project of exactly that name is listed.
+    void setId(const QString &name, const QString &id);
 
 private:
     void setAddDate(const QString &name, const QString &date);
+    void change(const QString &name, const std::function<void(pugi::xml_node entry)> &edit,
+                const std::function<void(const pugi::xml_document &)> &check = {});
     QString path() const;
 
     Session &m_session;

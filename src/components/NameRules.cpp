@@ -96,20 +96,25 @@ NameRules::NameRules(Messages &messages)
 
 QString NameRules::CheckXMLCharacters(const QString &text, What what)
 {
+    const QString problem = problemOf(text, what);
+    if (problem.isEmpty())
+        return text.trimmed();
+    m_messages.show({.text = problem, .title = ::text(Text::DialogTitle)});
+    return {};
+}
+
+QString NameRules::problemOf(const QString &text, What what)
+{
     const QString name = text.trimmed();
     if (name.isEmpty())
         return {};
-    const auto refuse = [this](const QString &reason) {
-        m_messages.show({.text = reason, .title = ::text(Text::DialogTitle)});
-        return QString();
-    };
     if (name.size() > longestName)
-        return refuse(::text(Text::TooLong));
+        return ::text(Text::TooLong);
     const QString piece = offendingPiece(name, what);
     if (piece.isEmpty())
-        return name;
+        return {};
     const Text where = what == What::ProjectId ? Text::FoundInProjectId : Text::FoundInProjectName;
-    return refuse(::text(Text::InvalidCharacter) + u' ' + piece + u' ' + ::text(where));
+    return ::text(Text::InvalidCharacter) + u' ' + piece + u' ' + ::text(where);
 }
 
 QString NameRules::mstrReplaceSpecialCharecters(const QString &text) const

@@ -10,6 +10,10 @@ class NameRules final : public XmlCharacters
 public:
     explicit NameRules(Messages &messages);
 
+    /// Why a text, not empty, may not become a name or ID, in the words that the author is told;
+    /// "" when it may.
+    static QString problemOf(const QString &text, What what);
+
     QString CheckXMLCharacters(const QString &text, What what) override;
     QString mstrReplaceSpecialCharecters(const QString &text) const override;
 

@@ -1,17 +1,18 @@
 #include "controls/QV_DeveloperTreeOCX.h"
 
 #include "controls/parts/Handler.h"
+#include "controls/tree/FilterBox.h"
 #include "controls/tree/ProjectTreeModel.h"
-#include "resources/Icons.h"
+#include "controls/tree/TreeCommands.h"
+#include "controls/tree/TreeDelegate.h"
+#include "controls/tree/TreeFilter.h"
+#include "platform/FileSystem.h"
+#include "platform/Paths.h"
 
-#include <QClipboard>
 #include <QGuiApplication>
 #include <QKeyEvent>
-#include <QLineEdit>
 #include <QMenu>
 #include <QScopedValueRollback>
-#include <QScrollBar>
-#include <QSortFilterProxyModel>
 #include <QTreeView>
 #include <QVBoxLayout>
 
@@ -21,66 +22,100 @@ QV_DeveloperTreeOCX::QV_DeveloperTreeOCX(ProjectSession &session, QWidget *paren
     : QWidget(parent)
     , m_session(session)
     , m_model(new ProjectTreeModel(session, this))
-    , m_shown(new QSortFilterProxyModel(this))
-    , txtFilter(new QLineEdit(this))
+    , m_shown(new TreeFilter(*m_model, this))
+    , m_commands(new TreeCommands(session, *m_model, this))
+    , m_filter(new FilterBox(this))
     , tvwProject(new QTreeView(this))
+    , m_state(*tvwProject, *m_model, *m_shown)
+    , m_folder(session.folder())
 {
     layOut();
-    connectAll();
+    connectView();
+    connectCommands();
+    connectSession();
+}
+
+QV_DeveloperTreeOCX::~QV_DeveloperTreeOCX()
+{
+    remember();
 }
 
 void QV_DeveloperTreeOCX::layOut()
 {
-    m_shown->setSourceModel(m_model);
-    m_shown->setFilterRole(ProjectTreeModel::FilterRole);
-    m_shown->setFilterCaseSensitivity(Qt::CaseInsensitive);
-    m_shown->setRecursiveFilteringEnabled(true);
-    m_shown->setAutoAcceptChildRows(true);
-
-    txtFilter->setObjectName(u"txtFilter"_s);
-    txtFilter->setPlaceholderText(tr("Filter"));
-    txtFilter->setClearButtonEnabled(true);
-    txtFilter->setAccessibleName(tr("Filter of the project tree"));
-    txtFilter->setToolTip(tr("Shows books, and pages of the books opened so far (Ctrl+F)"));
-
     tvwProject->setObjectName(u"tvwProject"_s);
     tvwProject->setAccessibleName(tr("Project tree"));
     tvwProject->setModel(m_shown);
+    tvwProject->setItemDelegate(new TreeDelegate(tvwProject));
     tvwProject->setHeaderHidden(true);
     tvwProject->setTextElideMode(Qt::ElideMiddle); // twins differ at the end
     tvwProject->setUniformRowHeights(true);
     tvwProject->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    tvwProject->setSelectionMode(QAbstractItemView::ExtendedSelection);
     tvwProject->setContextMenuPolicy(Qt::CustomContextMenu);
+    tvwProject->setDragDropMode(QAbstractItemView::DragDrop);
+    tvwProject->setDefaultDropAction(Qt::MoveAction);
+    tvwProject->setAutoExpandDelay(700);
     tvwProject->installEventFilter(this);
 
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins({});
-    layout->addWidget(txtFilter);
+    layout->addWidget(m_filter);
     layout->addWidget(tvwProject);
     setFocusProxy(tvwProject);
 }
 
-void QV_DeveloperTreeOCX::connectAll()
+void QV_DeveloperTreeOCX::connectView()
 {
-    connect(txtFilter, &QLineEdit::textChanged, this, [this](const QString &text) {
-        m_shown->setFilterFixedString(text.trimmed());
-        tvwProject->expandToDepth(text.trimmed().isEmpty() ? 0 : 1);
-        showNode(current());
-    });
-    connect(tvwProject->selectionModel(), &QItemSelectionModel::currentChanged, this, [this] {
-        if (!m_quiet)
-            handled(m_session.program(), [this] { tellChoice(); });
-    });
+    connect(m_filter, &FilterBox::textChanged, this, &QV_DeveloperTreeOCX::filter);
+    connect(m_filter, &FilterBox::left, this, &QV_DeveloperTreeOCX::leaveFilter);
+    connect(m_shown, &TreeFilter::filtered, this, &QV_DeveloperTreeOCX::showFiltered);
+    connect(tvwProject->selectionModel(), &QItemSelectionModel::currentChanged, this,
+            &QV_DeveloperTreeOCX::choiceChanged);
     connect(tvwProject, &QTreeView::activated, this,
             [this] { handled(m_session.program(), [this] { openCurrent(); }); });
     connect(tvwProject, &QTreeView::customContextMenuRequested, this,
             &QV_DeveloperTreeOCX::showMenu);
-    connect(&m_session, &ProjectSession::wasReset, this, &QV_DeveloperTreeOCX::rebuild);
-    connect(&m_session, &ProjectSession::booksChanged, this, &QV_DeveloperTreeOCX::rebuild);
-    connect(&m_session, &ProjectSession::bookChanged, this, &QV_DeveloperTreeOCX::rebuild);
-    connect(&m_session, &ProjectSession::quickNavChanged, this, &QV_DeveloperTreeOCX::rebuild);
-    connect(&m_session, &ProjectSession::selectionChanged, this,
-            &QV_DeveloperTreeOCX::followSession);
+    connect(m_model, &ProjectTreeModel::badgesChanged, tvwProject->viewport(),
+            qOverload<>(&QWidget::update));
+    connect(m_model, &ProjectTreeModel::cutChanged, tvwProject->viewport(),
+            qOverload<>(&QWidget::update));
+    // The other side of the drag is let go before anything is asked.
+    connect(m_model, &ProjectTreeModel::dropped, this, &QV_DeveloperTreeOCX::ask,
+            Qt::QueuedConnection);
+}
+
+void QV_DeveloperTreeOCX::connectCommands()
+{
+    connect(m_commands, &TreeCommands::openRequested, this,
+            [this] { handled(m_session.program(), [this] { openCurrent(); }); });
+    connect(m_commands, &TreeCommands::refreshRequested, this,
+            [this] { handled(m_session.program(), [this] { RefreshTree(); }); });
+    connect(m_commands, &TreeCommands::findRequested, m_filter, &FilterBox::enter);
+    connect(m_commands, &TreeCommands::expandRequested, this,
+            [this] { m_state.expandBelow(current()); });
+    connect(m_commands, &TreeCommands::collapseRequested, this, [this] {
+        tvwProject->collapseAll();
+        tvwProject->expandToDepth(0);
+    });
+    connect(m_commands, &TreeCommands::showRequested, this, [this](const QModelIndex &node) {
+        showNode(node);
+        handled(m_session.program(), [this] { openCurrent(); });
+    });
+}
+
+void QV_DeveloperTreeOCX::connectSession()
+{
+    using Project = ProjectSession;
+    connect(&m_session, &Project::wasReset, this, &QV_DeveloperTreeOCX::readAgain);
+    connect(&m_session, &Project::booksChanged, this, [this] { rebuildSection(TreeKind::Books); });
+    connect(&m_session, &Project::bookChanged, this, [this](const TocBook &book) {
+        follow([&] { m_model->rebuild(m_model->find(book, {})); });
+    });
+    connect(&m_session, &Project::globalPagesChanged, this,
+            [this] { rebuildSection(TreeKind::Globals); });
+    connect(&m_session, &Project::quickNavChanged, this,
+            [this] { rebuildSection(TreeKind::QuickNav); });
+    connect(&m_session, &Project::selectionChanged, this, &QV_DeveloperTreeOCX::followSession);
 }
 
 QString QV_DeveloperTreeOCX::ProjectName() const
@@ -120,18 +155,76 @@ QModelIndex QV_DeveloperTreeOCX::current() const
     return m_shown->mapToSource(tvwProject->currentIndex());
 }
 
-void QV_DeveloperTreeOCX::rebuild()
+// The current node comes first, whether it is marked or not.
+QModelIndexList QV_DeveloperTreeOCX::chosen() const
 {
-    const QScopedValueRollback quiet(m_quiet, true);
-    const QStringList chosen = m_model->place(current());
-    const QList<QStringList> expanded = expandedPlaces();
-    const int scrolled = tvwProject->verticalScrollBar()->value();
+    QModelIndexList nodes;
+    if (current().isValid())
+        nodes.append(current());
+    for (const QModelIndex &shown : tvwProject->selectionModel()->selectedIndexes()) {
+        const QModelIndex node = m_shown->mapToSource(shown);
+        if (node != current())
+            nodes.append(node);
+    }
+    return nodes;
+}
 
+void QV_DeveloperTreeOCX::readAgain()
+{
+    if (m_session.folder() == m_folder)
+        follow([this] { m_model->rebuild(); });
+    else
+        changeProject();
+}
+
+void QV_DeveloperTreeOCX::changeProject()
+{
+    m_filter->clear();
+    const QScopedValueRollback quiet(m_quiet, true);
+    remember();
+    // A project that was renamed has left its folder; its tree stays as it is.
+    const bool isRenamed = !m_folder.isEmpty() && !m_session.folder().isEmpty()
+                           && !m_session.program().files.folderExists(withoutBackslash(m_folder));
+    const TreeState before = m_state.now();
+    m_folder = m_session.folder();
     m_model->rebuild();
     tvwProject->expandToDepth(0);
-    expandPlaces(expanded);
-    chooseAgain(chosen);
-    tvwProject->verticalScrollBar()->setValue(scrolled);
+    const TreeState state = isRenamed ? before : TreeMemory::recall(m_session.shownPath(m_folder));
+    m_state.expand(state.expanded);
+    chooseAgain(state.chosen);
+    m_state.scrollTo(state.scrolled);
+    // The editors go on where the author was, once all have heard of the project.
+    if (!state.chosen.isEmpty())
+        QMetaObject::invokeMethod(this, &QV_DeveloperTreeOCX::choiceChanged, Qt::QueuedConnection);
+}
+
+void QV_DeveloperTreeOCX::remember()
+{
+    if (m_folder.isEmpty())
+        return;
+    TreeState state = m_state.now();
+    if (m_unfiltered)
+        state = *m_unfiltered;
+    TreeMemory::remember(m_session.shownPath(m_folder), state);
+}
+
+/// Does what changes rows of the tree; it keeps its place.
+void QV_DeveloperTreeOCX::follow(const std::function<void()> &change)
+{
+    const QScopedValueRollback quiet(m_quiet, true);
+    const TreeState before = m_state.now();
+    change();
+    if (m_shown->isFiltering())
+        m_shown->refresh();
+    tvwProject->expandToDepth(0);
+    m_state.expand(before.expanded);
+    chooseAgain(before.chosen);
+    m_state.scrollTo(before.scrolled);
+}
+
+void QV_DeveloperTreeOCX::rebuildSection(TreeKind kind)
+{
+    follow([&] { m_model->rebuild(m_model->section(kind)); });
 }
 
 // A node that has gone leaves the selection on the nearest one above it; a renamed book keeps it.
@@ -144,32 +237,6 @@ void QV_DeveloperTreeOCX::chooseAgain(QStringList place)
     tvwProject->setCurrentIndex(m_shown->mapFromSource(node));
     if (wasInBook)
         followSession();
-}
-
-QList<QStringList> QV_DeveloperTreeOCX::expandedPlaces() const
-{
-    QList<QStringList> places;
-    QModelIndexList waiting{QModelIndex()};
-    while (!waiting.isEmpty()) {
-        const QModelIndex parent = waiting.takeLast();
-        for (int row = 0; row < m_shown->rowCount(parent); ++row) {
-            const QModelIndex child = m_shown->index(row, 0, parent);
-            if (!tvwProject->isExpanded(child))
-                continue;
-            places.append(m_model->place(m_shown->mapToSource(child)));
-            waiting.append(child);
-        }
-    }
-    return places;
-}
-
-void QV_DeveloperTreeOCX::expandPlaces(const QList<QStringList> &places)
-{
-    for (const QStringList &place : places) {
-        const QModelIndex node = m_model->find(place);
-        if (node.isValid())
-            tvwProject->expand(m_shown->mapFromSource(node));
-    }
 }
 
 void QV_DeveloperTreeOCX::showNode(const QModelIndex &node)
@@ -192,6 +259,58 @@ void QV_DeveloperTreeOCX::followSession()
         return;
     const QScopedValueRollback quiet(m_quiet, true);
     showNode(m_model->find(*book, m_session.currentPage()));
+}
+
+void QV_DeveloperTreeOCX::filter(const QString &text)
+{
+    const QScopedValueRollback quiet(m_quiet, true);
+    if (!m_shown->isFiltering() && !text.isEmpty())
+        m_unfiltered = m_state.now();
+    m_shown->setText(text);
+}
+
+void QV_DeveloperTreeOCX::showFiltered()
+{
+    const QScopedValueRollback quiet(m_quiet, true);
+    if (!m_shown->isFiltering()) {
+        m_filter->say({});
+        const TreeState before = std::exchange(m_unfiltered, {}).value_or(TreeState());
+        tvwProject->collapseAll();
+        tvwProject->expandToDepth(0);
+        m_state.expand(before.expanded);
+        chooseAgain(before.chosen);
+        m_state.scrollTo(before.scrolled);
+        showNode(current());
+        return;
+    }
+    tvwProject->expandToDepth(0);
+    m_state.expandMatches();
+    if (m_unfiltered)
+        tvwProject->setCurrentIndex(m_shown->mapFromSource(m_model->find(m_unfiltered->chosen)));
+    const int matches = m_shown->matches();
+    const QString count = matches == 0   ? tr("No match")
+                          : matches == 1 ? tr("1 match")
+                                         : tr("%1 matches").arg(matches);
+    m_filter->say(m_shown->isReading() ? tr("%1, still looking...").arg(count) : count);
+}
+
+void QV_DeveloperTreeOCX::leaveFilter()
+{
+    tvwProject->setFocus();
+    if (!current().isValid() && m_shown->isFiltering())
+        tvwProject->setCurrentIndex(m_state.firstMatch());
+}
+
+void QV_DeveloperTreeOCX::choiceChanged()
+{
+    // Choosing more than one node opens none of them.
+    const bool isMarking =
+        QGuiApplication::keyboardModifiers().testAnyFlags(Qt::ShiftModifier | Qt::ControlModifier);
+    if (m_quiet || (isMarking && tvwProject->hasFocus()))
+        return;
+    if (m_unfiltered && current().isValid())
+        m_unfiltered->chosen = m_model->place(current());
+    handled(m_session.program(), [this] { tellChoice(); });
 }
 
 void QV_DeveloperTreeOCX::tellChoice()
@@ -226,9 +345,7 @@ void QV_DeveloperTreeOCX::tellChoice()
 
 void QV_DeveloperTreeOCX::tellQuickNav(const QModelIndex &node)
 {
-    QStringList names;
-    for (QModelIndex at = node; m_model->kind(at) != TreeKind::QuickNav; at = at.parent())
-        names.prepend(m_model->name(at));
+    QStringList names = m_model->quickNavNames(node);
     const int level = static_cast<int>(names.size());
     names.resize(4);
     Q_EMIT evtQVTreeQuickNavInfo(m_session.projectName(), names.at(0), names.at(1), names.at(2),
@@ -238,38 +355,24 @@ void QV_DeveloperTreeOCX::tellQuickNav(const QModelIndex &node)
 void QV_DeveloperTreeOCX::openCurrent()
 {
     tellChoice();
-    if (m_model->book(current()) != nullptr)
+    const QModelIndex node = current();
+    if (m_model->book(node) != nullptr)
         Q_EMIT m_session.openRequested();
+    else if (m_model->kind(node) >= TreeKind::QuickNav && m_model->kind(node) <= TreeKind::Category)
+        Q_EMIT quickNavWanted();
+}
+
+void QV_DeveloperTreeOCX::ask(const ProjectRequest &request)
+{
+    handled(m_session.program(), [&] { Q_EMIT m_session.requested(request); });
 }
 
 void QV_DeveloperTreeOCX::showMenu(const QPoint &at)
 {
     QMenu menu;
-    fillMenu(menu);
+    m_commands->setChosen(chosen());
+    m_commands->fill(menu);
     menu.exec(tvwProject->viewport()->mapToGlobal(at));
-}
-
-void QV_DeveloperTreeOCX::fillMenu(QMenu &menu)
-{
-    const QModelIndex node = current();
-    const TocBook *book = node.isValid() ? m_model->book(node) : nullptr;
-    QAction *open = menu.addAction(icon("edit"_L1), tr("&Open"), this, [this] {
-        handled(m_session.program(), [this] { openCurrent(); });
-    });
-    open->setEnabled(node.isValid());
-    menu.setDefaultAction(open);
-    if (book != nullptr && m_model->kind(node) == TreeKind::Book) {
-        menu.addAction(icon("delete"_L1), tr("&Delete book..."), QKeySequence::Delete, this,
-                       [this, chosen = *book] { Q_EMIT m_session.deleteRequested(chosen); });
-    }
-    menu.addSeparator();
-    menu.addAction(icon("refresh"_L1), tr("&Refresh"), QKeySequence(Qt::Key_F5), this,
-                   [this] { handled(m_session.program(), [this] { RefreshTree(); }); });
-    const QString path = node.isValid() ? m_model->path(node) : QString();
-    QAction *copy = menu.addAction(icon("copy"_L1), tr("&Copy path"), this, [this, path] {
-        QGuiApplication::clipboard()->setText(m_session.shownPath(path));
-    });
-    copy->setEnabled(!path.isEmpty());
 }
 
 bool QV_DeveloperTreeOCX::event(QEvent *event)
@@ -282,21 +385,23 @@ bool QV_DeveloperTreeOCX::event(QEvent *event)
     return QWidget::event(event);
 }
 
+void QV_DeveloperTreeOCX::hideEvent(QHideEvent *event)
+{
+    remember();
+    QWidget::hideEvent(event);
+}
+
 bool QV_DeveloperTreeOCX::eventFilter(QObject *watched, QEvent *event)
 {
-    if (watched != tvwProject || event->type() != QEvent::KeyPress)
+    if (watched != tvwProject
+        || (event->type() != QEvent::KeyPress && event->type() != QEvent::ShortcutOverride))
         return QWidget::eventFilter(watched, event);
-    const auto *key = static_cast<QKeyEvent *>(event);
-    if (key->matches(QKeySequence::Find)) {
-        txtFilter->setFocus();
-        txtFilter->selectAll();
-    } else if (key->key() == Qt::Key_F5) {
-        handled(m_session.program(), [this] { RefreshTree(); });
-    } else if (key->key() == Qt::Key_Delete && m_model->kind(current()) == TreeKind::Book) {
-        const TocBook book = *m_model->book(current()); // the list changes while it is handled
-        Q_EMIT m_session.deleteRequested(book);
-    } else {
+    const auto &key = *static_cast<QKeyEvent *>(event);
+    if (!TreeCommands::isCommandKey(key))
         return QWidget::eventFilter(watched, event);
-    }
+    m_commands->setChosen(chosen());
+    if (event->type() == QEvent::KeyPress)
+        return m_commands->obey(key);
+    event->accept(); // the tree's own, whatever the window does with that key
     return true;
 }

@@ -1,22 +1,26 @@
 #include "controls/ctlBooksTab.h"
 
-#include "controls/import/AddSourceFiles.h"
+#include "controls/books/AddFiles.h"
 #include "controls/books/BookHeader.h"
 #include "controls/books/BookList.h"
-#include "controls/books/DeleteBookDialog.h"
-#include "controls/parts/Handler.h"
-#include "controls/books/NewBookDialog.h"
+#include "controls/books/BookRequests.h"
+#include "controls/books/KeyWordsPane.h"
+#include "controls/books/PageActions.h"
+#include "controls/books/PageDetails.h"
+#include "controls/books/PageHistory.h"
 #include "controls/books/PageOutline.h"
+#include "controls/books/PagePlaces.h"
+#include "controls/links/LinksPane.h"
 #include "controls/pages/PagePane.h"
 #include "controls/pages/PagePreview.h"
-#include "platform/FileSystem.h"
-#include "platform/Paths.h"
+#include "controls/parts/Handler.h"
 #include "startup/Session.h"
 
 #include <QApplication>
 #include <QEvent>
 #include <QHBoxLayout>
-#include <QShortcut>
+#include <QMouseEvent>
+#include <QScrollArea>
 #include <QSplitter>
 #include <QTabWidget>
 
@@ -24,39 +28,52 @@
 
 using namespace Qt::StringLiterals;
 
+namespace {
+enum Tab { BookTab, PageTab, SourceTab, PreviewTab, LinksTab, KeyWordsTab };
+
+/// A form that may be higher than the window.
+QScrollArea *scrolled(QWidget *form)
+{
+    auto *area = new QScrollArea;
+    area->setWidget(form);
+    area->setWidgetResizable(true);
+    area->setFrameShape(QFrame::NoFrame);
+    area->setFocusPolicy(Qt::NoFocus);
+    return area;
+}
+} // namespace
+
 ctlBooksTab::ctlBooksTab(Program &program, ProjectSession &session, QWidget *parent)
     : QWidget(parent)
     , m_program(program)
     , m_session(session)
+    , m_actions(new PageActions(session, this))
+    , m_addFiles(new AddFiles(session, this))
+    , m_requests(new BookRequests(session, m_actions, m_addFiles, this))
+    , m_history(new PageHistory(session, this))
     , m_books(new BookList(session, this))
-    , m_outline(new PageOutline(session, this))
+    , m_outline(new PageOutline(session, m_actions, this))
     , m_header(new BookHeader(session, this))
+    , m_details(new PageDetails(session, m_actions, this))
     , m_pane(new PagePane(session, this))
     , m_preview(new PagePreview(program.files, program.session.projectLanguage, this))
-    , m_addSourceFiles(new AddSourceFiles(session, this))
+    , m_links(new LinksPane(session, this))
+    , m_keyWords(new KeyWordsPane(session, this))
     , tabDetails(new QTabWidget(this))
 {
     layOut();
     connectSession();
-    connectParts();
-    m_session.setLeaveGuard([this] { return m_pane->save(); });
+    connectLists();
+    connectEditors();
+    connectRequests();
+    addKeys();
 }
 
-ctlBooksTab::~ctlBooksTab()
-{
-    m_session.setLeaveGuard({});
-}
+ctlBooksTab::~ctlBooksTab() = default;
 
 void ctlBooksTab::layOut()
 {
-    tabDetails->setObjectName(u"tabDetails"_s);
-    tabDetails->setDocumentMode(true);
-    tabDetails->addTab(m_header, tr("Book"));
-    tabDetails->addTab(m_pane, tr("Source"));
-    tabDetails->addTab(m_preview, tr("Preview"));
-    m_preview->setObjectName(u"preview"_s);
-    m_preview->setAccessibleName(tr("Preview of the page"));
-
+    addDetails();
     auto *left = new QSplitter(Qt::Vertical, this);
     left->setObjectName(u"splBooks"_s);
     left->addWidget(m_books);
@@ -72,48 +89,25 @@ void ctlBooksTab::layOut()
     both->setStretchFactor(0, 2);
     both->setStretchFactor(1, 5);
     const int letter = fontMetrics().averageCharWidth();
-    both->setSizes({55 * letter, 100 * letter});
+    both->setSizes({65 * letter, 100 * letter});
     both->setChildrenCollapsible(false);
     auto *layout = new QHBoxLayout(this);
     layout->setContentsMargins({});
     layout->addWidget(both);
 }
 
-void ctlBooksTab::connectSession()
+void ctlBooksTab::addDetails()
 {
-    connect(&m_session, &ProjectSession::wasReset, this, &ctlBooksTab::showProject);
-    connect(&m_session, &ProjectSession::booksChanged, this, &ctlBooksTab::showBooks);
-    connect(&m_session, &ProjectSession::bookChanged, this, &ctlBooksTab::showBook);
-    connect(&m_session, &ProjectSession::selectionChanged, this, &ctlBooksTab::followSelection);
-    connect(&m_session, &ProjectSession::deleteRequested, this, &ctlBooksTab::askDeleteBook);
-}
-
-void ctlBooksTab::connectParts()
-{
-    connect(m_books, &BookList::newRequested, this, &ctlBooksTab::askNewBook);
-    connect(m_books, &BookList::deleteRequested, this, &ctlBooksTab::askDeleteBook);
-    connect(m_header, &BookHeader::renamed, this, &ctlBooksTab::OnEditBookNameAcro);
-    connect(m_pane, &PagePane::saved, &m_session,
-            [this](const QString &file) { Q_EMIT m_session.done(tr("%1 was saved.").arg(file)); });
-    connect(m_outline, &PageOutline::addFolderRequested, this, [this] {
-        const QString folder = m_program.fileDialogs.chooseFolder(tr("Add source files"), {});
-        if (!folder.isEmpty())
-            m_addSourceFiles->begin({folder});
-    });
-    connect(m_outline, &PageOutline::addFilesRequested, this, [this] {
-        const QStringList files = m_program.fileDialogs.openFiles(
-            tr("Add source files"), {}, u"HTML files(*.htm;*.html)|*.htm;*.html"_s);
-        if (!files.isEmpty())
-            m_addSourceFiles->begin(files);
-    });
-    connect(m_addSourceFiles, &AddSourceFiles::added, this,
-            [this] { Q_EMIT OnAddSourceFiles(true); });
-    connect(m_pane, &PagePane::pageShown, this, &ctlBooksTab::showPreview);
-    connect(tabDetails, &QTabWidget::currentChanged, this, &ctlBooksTab::showPreview);
-    connect(m_preview, &PagePreview::pageRequested, this, &ctlBooksTab::openPage);
-    connect(
-        new QShortcut(QKeySequence::Save, this, nullptr, nullptr, Qt::WidgetWithChildrenShortcut),
-        &QShortcut::activated, m_pane, &PagePane::save);
+    tabDetails->setObjectName(u"tabDetails"_s);
+    tabDetails->setDocumentMode(true);
+    tabDetails->insertTab(BookTab, scrolled(m_header), tr("Book"));
+    tabDetails->insertTab(PageTab, scrolled(m_details), tr("Page"));
+    tabDetails->insertTab(SourceTab, m_pane, tr("Source"));
+    tabDetails->insertTab(PreviewTab, m_preview, tr("Preview"));
+    tabDetails->insertTab(LinksTab, m_links, tr("Links"));
+    tabDetails->insertTab(KeyWordsTab, m_keyWords, tr("Keywords"));
+    m_preview->setObjectName(u"preview"_s);
+    m_preview->setAccessibleName(tr("Preview of the page"));
 }
 
 QString ctlBooksTab::ProjectName() const
@@ -141,29 +135,65 @@ bool ctlBooksTab::mayLeave()
     return m_pane->mayLeave();
 }
 
+void ctlBooksTab::showPlace(const QString &path, qsizetype start, qsizetype length)
+{
+    handled(m_program, [&] {
+        const PagePlace place = placeOfPage(m_session, path);
+        if (!m_session.select(place.book, place.page.id))
+            return;
+        Q_EMIT m_session.openRequested();
+        tabDetails->setCurrentIndex(SourceTab);
+        m_pane->showPlace(start, length);
+    });
+}
+
 void ctlBooksTab::showProject()
 {
     m_shownBook.clear();
     m_books->rebuild();
     m_header->refresh();
     m_outline->showCurrent();
-    // A refresh leaves text that is being edited; another project has no current page.
-    if (m_pane->page() != nullptr && !m_session.currentPage().isEmpty())
-        noticeChanges();
-    else
-        m_pane->showCurrent();
+    m_details->refresh();
+    m_keyWords->refresh();
+    showPage();
+    m_pane->noticeChanges();
+}
+
+void ctlBooksTab::showPage()
+{
+    const auto noPage = [this](const QvError &error) {
+        m_pane->showPage(std::nullopt, error.description());
+    };
+    trap(noPage, [this] {
+        m_pane->showPage(currentPageOf(m_session),
+                         tr("Choose a page of a book to see its source."));
+    });
 }
 
 void ctlBooksTab::showBooks()
 {
     m_books->rebuild();
     m_header->refresh();
+    // The current book may have got another name, acronym or folder.
+    const auto &book = m_session.currentBook();
+    const QString shown = book ? identityOf(*book) : QString();
+    if (shown == m_shownBook)
+        return;
+    m_shownBook = shown;
+    m_outline->showCurrent();
+    m_details->refresh();
+    m_keyWords->refresh();
 }
 
 void ctlBooksTab::showBook(const TocBook &book)
 {
-    if (m_session.currentBook() == book)
-        m_outline->showCurrent();
+    const auto &current = m_session.currentBook();
+    if (!current || identityOf(*current) != identityOf(book))
+        return;
+    m_outline->showCurrent();
+    m_details->refresh();
+    m_keyWords->refresh();
+    showPage();
 }
 
 void ctlBooksTab::followSelection()
@@ -178,17 +208,22 @@ void ctlBooksTab::followSelection()
     } else {
         m_outline->followSession();
     }
-    m_pane->showCurrent();
+    m_details->refresh();
+    m_keyWords->refresh();
+    showPage();
     const bool hasPage = !m_session.currentPage().isEmpty();
+    for (const Tab tab : {PageTab, SourceTab, PreviewTab, LinksTab, KeyWordsTab})
+        tabDetails->setTabToolTip(tab,
+                                  hasPage ? QString() : tr("Choose a page of the book first."));
     if (!hasPage)
-        tabDetails->setCurrentWidget(m_header);
-    else if (tabDetails->currentWidget() == m_header)
-        tabDetails->setCurrentWidget(m_pane);
+        tabDetails->setCurrentIndex(BookTab);
+    else if (tabDetails->currentIndex() == BookTab)
+        tabDetails->setCurrentIndex(SourceTab);
 }
 
 void ctlBooksTab::showPreview()
 {
-    if (tabDetails->currentWidget() != m_preview)
+    if (tabDetails->currentIndex() != PreviewTab)
         return;
     const OpenPage *page = m_pane->page();
     if (page == nullptr) {
@@ -207,6 +242,17 @@ bool ctlBooksTab::event(QEvent *event)
     return QWidget::event(event);
 }
 
+// What no part of it wants comes here.
+void ctlBooksTab::mousePressEvent(QMouseEvent *event)
+{
+    if (event->button() == Qt::BackButton)
+        m_history->back();
+    else if (event->button() == Qt::ForwardButton)
+        m_history->forward();
+    else
+        QWidget::mousePressEvent(event);
+}
+
 void ctlBooksTab::noticeChanges()
 {
     if (QApplication::activeModalWidget() != nullptr)
@@ -214,51 +260,5 @@ void ctlBooksTab::noticeChanges()
     handled(m_program, [this] {
         m_session.noticeChanges();
         m_pane->noticeChanges();
-    });
-}
-
-void ctlBooksTab::askNewBook()
-{
-    auto *dialog = new NewBookDialog(m_session, this);
-    dialog->setAttribute(Qt::WA_DeleteOnClose);
-    connect(dialog, &QDialog::accepted, this, [this, dialog] {
-        m_session.select(dialog->book());
-        Q_EMIT m_session.done(tr("The book %1 was created.").arg(dialog->book().name));
-    });
-    dialog->open();
-}
-
-void ctlBooksTab::askDeleteBook(const TocBook &book)
-{
-    // Its open page is left first, so that nothing is written into a folder that goes.
-    const bool isCurrent = m_session.currentBook() == book;
-    if (isCurrent && !m_session.select(book))
-        return;
-    auto *dialog = new DeleteBookDialog(m_session, book, this);
-    dialog->setAttribute(Qt::WA_DeleteOnClose);
-    connect(dialog, &QDialog::accepted, this, [this] { Q_EMIT OnDeleteBook(true); });
-    dialog->open();
-}
-
-// A link in the preview leads to a page of some book, or to a file that no book lists.
-void ctlBooksTab::openPage(const QString &path)
-{
-    handled(m_program, [&] {
-        const BookFile file(m_program.session, m_program.files);
-        for (const TocBook &book : QList(m_session.books())) {
-            const auto folder = insideOf(m_session.folder(), book.folder + u'\\');
-            if (!folder || !path.startsWith(*folder, Qt::CaseInsensitive))
-                continue;
-            for (const BookPage &page : flattened(m_session.book(book).pages)) {
-                const QString found = file.pagePath(m_session.projectName(), book, page.file);
-                if (found.compare(path, Qt::CaseInsensitive) == 0) {
-                    m_session.select(book, page.id);
-                    return;
-                }
-            }
-        }
-        throw QvError(
-            FileNotFound, {},
-            tr("No book of this project lists the page:\n%1").arg(m_session.shownPath(path)));
     });
 }

@@ -2,14 +2,15 @@
 
 #include <QWidget>
 
-class PagePreview;
+class CategoriesPage;
+class GlobalPages;
+class ProjectPage;
 class ProjectSession;
-class QFormLayout;
-class QLabel;
 class QTabWidget;
-class QTreeWidget;
+class QuickNavCategories;
 
-/// The project's global pages and categories.
+/// What belongs to the project as a whole: its name and ID, the global pages, the categories of
+/// books and those of the quick navigation. Each has a tab page of its own.
 class ctlGlobalsTab final : public QWidget
 {
     Q_OBJECT
@@ -21,6 +22,10 @@ public:
     void setProjectName(const QString &name);
     void setGlobalPageName(const QString &page); ///< shows that page; "" shows the project
 
+    /// Asks what to do with the unsaved text of a global page before the window closes. False when
+    /// the author wants to stay.
+    [[nodiscard]] bool mayLeave();
+
 Q_SIGNALS:
     void OnCategoryDeletion();
     void OnCategoryAddition();
@@ -28,28 +33,19 @@ Q_SIGNALS:
     void OnprojectNameChange();
     void OnAddGlobalPage(const QString &page, const QString &type, bool changed);
     void OnAdditionQNCategory(bool changed);
+    /// A global page is asked for elsewhere: bring this editor to the front.
+    void openRequested();
 
 private:
-    QWidget *projectPage();
-    QWidget *globalPages();
-    QWidget *categories();
-    QLabel *addFact(QFormLayout *form, const QString &caption, const QString &objectName);
-
-    void showProject();
-    void showFacts();
-    void showGlobalPages();
-    void showCategories();
-    void addCategory(const QString &name, const QString &origin);
-    void showChosenPage();
-    void say(QLabel *label, const QString &problem);
+    bool event(QEvent *event) override;
+    void layOut();
+    void connectPages();
+    void enable();
 
     ProjectSession &m_session;
     QTabWidget *tabGlobals;
-    QLabel *m_name, *m_id, *m_language, *m_platform, *m_variation;
-    QLabel *m_processed, *m_migrated, *m_books, *m_folder, *m_factsProblem;
-    QTreeWidget *tvwGlobalPages;
-    QLabel *m_pagesProblem;
-    PagePreview *m_preview;
-    QTreeWidget *tvwCategories;
-    QLabel *m_categoriesProblem;
+    ProjectPage *m_projectPage;
+    GlobalPages *m_globalPages;
+    CategoriesPage *m_categories;
+    QuickNavCategories *m_quickNavCategories;
 };

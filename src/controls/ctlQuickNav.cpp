@@ -1,102 +1,122 @@
 #include "controls/ctlQuickNav.h"
 
 #include "controls/parts/Handler.h"
-#include "controls/session/ProjectSession.h"
-#include "platform/FileSystem.h"
-#include "resources/Icons.h"
-#include "startup/Session.h"
+#include "controls/quicknav/OverviewPage.h"
+#include "controls/quicknav/PageChooser.h"
+#include "controls/quicknav/QuickNavColumns.h"
+#include "controls/quicknav/QuickNavLinkTable.h"
+#include "controls/quicknav/QuickNavRequests.h"
+#include "controls/quicknav/SuggestionsDialog.h"
 
-#include <QGridLayout>
-#include <QHeaderView>
+#include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QLabel>
-#include <QListWidget>
-#include <QSignalBlocker>
+#include <QPushButton>
 #include <QSplitter>
-#include <QStyle>
-#include <QTreeWidget>
+#include <QTabWidget>
 #include <QVBoxLayout>
 
-#include <algorithm>
-
 using namespace Qt::StringLiterals;
-
-namespace {
-constexpr std::array iconNames{"quicknav-view"_L1, "quicknav-group"_L1, "quicknav-topic"_L1,
-                               "quicknav-category"_L1};
-
-const TocBook *bookOf(const QList<TocBook> &books, const QuickNavLink &link)
-{
-    const auto found = std::find_if(books.cbegin(), books.cend(), [&](const TocBook &book) {
-        return book.acronym.compare(link.book, Qt::CaseInsensitive) == 0;
-    });
-    return found == books.cend() ? nullptr : &*found;
-}
-} // namespace
 
 ctlQuickNav::ctlQuickNav(ProjectSession &session, QWidget *parent)
     : QWidget(parent)
     , m_session(session)
+    , m_contents(session)
+    , m_editing(m_contents)
     , m_problem(new QLabel(this))
-    , tvwLinks(new QTreeWidget(this))
+    , tabQuickNav(new QTabWidget(this))
+    , m_columns(new QuickNavColumns(m_editing, this))
+    , tvwLinks(new QuickNavLinkTable(m_editing, this))
+    , m_overview(new OverviewPage(m_editing, this))
 {
     layOut();
-    for (size_t column = 0; column < columnCount; ++column) {
-        connect(m_columns.at(column), &QListWidget::currentRowChanged, this, [this, column] {
-            if (column + 1 < columnCount)
-                fill(column + 1);
-            else
-                showLinks();
-        });
-    }
-    connect(tvwLinks, &QTreeWidget::itemActivated, this,
-            [this](QTreeWidgetItem *item) { openLink(tvwLinks->indexOfTopLevelItem(item)); });
-    connect(&m_session, &ProjectSession::wasReset, this, &ctlQuickNav::showQuickNav);
-    connect(&m_session, &ProjectSession::quickNavChanged, this, &ctlQuickNav::showQuickNav);
-    connect(&m_session, &ProjectSession::booksChanged, this, &ctlQuickNav::showLinks);
-    connect(&m_session, &ProjectSession::bookChanged, this, &ctlQuickNav::showLinks);
-    showQuickNav();
+    connectAll();
+    new QuickNavRequests(m_editing, *this);
+    enable();
 }
 
 void ctlQuickNav::layOut()
 {
-    const QStringList headings{tr("&Views"), tr("&Groups"), tr("&Topics"), tr("&Categories")};
-    const QStringList objectNames{u"lstViews"_s, u"lstGroups"_s, u"lstTopics"_s,
-                                  u"lstCategories"_s};
-    const int iconSize = style()->pixelMetric(QStyle::PM_SmallIconSize);
-    auto *upper = new QWidget(this);
-    auto *grid = new QGridLayout(upper);
-    grid->setContentsMargins({});
-    for (size_t column = 0; column < columnCount; ++column) {
-        const auto at = static_cast<int>(column);
-        auto *list = new QListWidget(upper);
-        list->setObjectName(objectNames.at(at));
-        list->setAccessibleName(QString(headings.at(at)).remove(u'&'));
-        list->setIconSize({iconSize, iconSize});
-        auto *heading = new QLabel(headings.at(at), upper);
-        heading->setBuddy(list);
-        grid->addWidget(heading, 0, at);
-        grid->addWidget(list, 1, at);
-        m_columns.at(column) = list;
-    }
     tvwLinks->setObjectName(u"tvwLinks"_s);
     tvwLinks->setAccessibleName(tr("Links of the category"));
-    tvwLinks->setHeaderLabels({tr("Link"), tr("Book"), tr("Page"), tr("Problem")});
-    tvwLinks->setRootIsDecorated(false);
-    tvwLinks->setUniformRowHeights(true);
-    tvwLinks->header()->setStretchLastSection(false);
-    tvwLinks->header()->setSectionResizeMode(0, QHeaderView::Stretch);
     m_problem->setObjectName(u"lblQuickNavProblem"_s);
     m_problem->setTextFormat(Qt::PlainText);
     m_problem->setWordWrap(true);
+    m_problem->hide();
 
     auto *both = new QSplitter(Qt::Vertical, this);
     both->setObjectName(u"splQuickNav"_s);
-    both->addWidget(upper);
-    both->addWidget(tvwLinks);
+    both->addWidget(m_columns);
+    both->addWidget(links());
+    both->setStretchFactor(0, 3);
+    both->setStretchFactor(1, 2);
     both->setChildrenCollapsible(false);
+    auto *browser = new QWidget(this);
+    (new QVBoxLayout(browser))->addWidget(both);
+    tabQuickNav->setObjectName(u"tabQuickNav"_s);
+    tabQuickNav->setDocumentMode(true);
+    tabQuickNav->setAccessibleName(tr("Pages of the quick-navigation editor"));
+    tabQuickNav->addTab(browser, tr("Browser"));
+    tabQuickNav->addTab(m_overview, tr("Overview"));
     auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins({});
     layout->addWidget(m_problem);
-    layout->addWidget(both, 1);
+    layout->addWidget(tabQuickNav, 1);
+}
+
+QWidget *ctlQuickNav::links()
+{
+    auto *panel = new QWidget(this);
+    auto *heading = new QLabel(tr("Lin&ks of the category"), panel);
+    heading->setBuddy(tvwLinks);
+    auto *buttons = new QHBoxLayout;
+    cmdAddLink = addButton(panel, tr("&Add link..."), u"cmdAddLink"_s);
+    cmdSuggest = addButton(panel, tr("&Suggest pages..."), u"cmdSuggest"_s);
+    cmdOtherPage = addButton(panel, tr("Choose a&nother page..."), u"cmdOtherPage"_s);
+    cmdRemoveLinks = addButton(panel, tr("&Delete links"), u"cmdRemoveLinks"_s);
+    for (QPushButton *button : {cmdAddLink, cmdSuggest, cmdOtherPage, cmdRemoveLinks})
+        buttons->addWidget(button);
+    buttons->addStretch(1);
+    auto *layout = new QVBoxLayout(panel);
+    layout->setContentsMargins({});
+    layout->addWidget(heading);
+    layout->addWidget(tvwLinks, 1);
+    layout->addLayout(buttons);
+    return panel;
+}
+
+QPushButton *ctlQuickNav::addButton(QWidget *parent, const QString &text, const QString &objectName)
+{
+    auto *button = new QPushButton(text, parent);
+    button->setObjectName(objectName);
+    return button;
+}
+
+void ctlQuickNav::connectAll()
+{
+    connect(m_columns, &QuickNavColumns::chosenChanged, this, &ctlQuickNav::showChosen);
+    connect(m_columns, &QuickNavColumns::linksWanted, this,
+            [this] { tvwLinks->setFocus(Qt::TabFocusReason); });
+    connect(m_columns, &QuickNavColumns::pagesDropped, this,
+            [this](const QuickNavRef &category, const QMimeData *mime) {
+                tvwLinks->addPages(category, mime, -1);
+            });
+    connect(tvwLinks, &QuickNavLinkTable::addWanted, this, &ctlQuickNav::addLinks);
+    connect(tvwLinks, &QuickNavLinkTable::retargetWanted, this, &ctlQuickNav::chooseOtherPage);
+    connect(tvwLinks, &QuickNavLinkTable::currentChanged, this, &ctlQuickNav::enable);
+    connect(m_overview, &OverviewPage::nodeWanted, this, &ctlQuickNav::showNode);
+    connect(&m_editing, &QuickNavEditing::shown, this, [this] { tabQuickNav->setCurrentIndex(0); });
+    connect(&m_contents, &QuickNavContents::changed, this, &ctlQuickNav::showProblem);
+    connect(&m_editing, &QuickNavEditing::written, this,
+            [this](const QString &view, const QString &category) {
+                Q_EMIT evtRefreshTree(view, category, true);
+            });
+    connect(&m_editing, &QuickNavEditing::nodeDeleted, this,
+            &ctlQuickNav::evtOnDeletionofQuickNavInfo);
+    connect(cmdAddLink, &QPushButton::clicked, this, &ctlQuickNav::addLinks);
+    connect(cmdSuggest, &QPushButton::clicked, this, &ctlQuickNav::suggest);
+    connect(cmdOtherPage, &QPushButton::clicked, this, &ctlQuickNav::chooseOtherPage);
+    connect(cmdRemoveLinks, &QPushButton::clicked, tvwLinks, &QuickNavLinkTable::removeChosen);
 }
 
 void ctlQuickNav::setProjectName(const QString &name)
@@ -104,129 +124,131 @@ void ctlQuickNav::setProjectName(const QString &name)
     m_session.open(name);
 }
 
-void ctlQuickNav::showQuickNav()
-{
-    QStringList names; // what was chosen, to choose it again
-    for (const QListWidget *list : m_columns)
-        names.append(list->currentItem() != nullptr ? list->currentItem()->text() : QString());
-    m_views.clear();
-    m_problem->hide();
-    const auto showProblem = [this](const QvError &error) {
-        m_problem->setText(u"\u26A0 "_s + error.description());
-        m_problem->show();
-    };
-    trap(showProblem, [this] {
-        if (!m_session.projectName().isEmpty())
-            m_views = m_session.quickNav().views;
-    });
-    fill(0);
-    for (size_t column = 0; column < columnCount; ++column)
-        choose(column, names.at(static_cast<qsizetype>(column)));
-}
-
-const QList<QuickNavNode> *ctlQuickNav::nodesOf(size_t column) const
-{
-    if (column == 0)
-        return &m_views;
-    const QuickNavNode *above = chosen(column - 1);
-    return above != nullptr ? &above->children : nullptr;
-}
-
-const QuickNavNode *ctlQuickNav::chosen(size_t column) const
-{
-    const QList<QuickNavNode> *nodes = nodesOf(column);
-    const int row = m_columns.at(column)->currentRow();
-    return nodes != nullptr && row >= 0 && row < nodes->size() ? &nodes->at(row) : nullptr;
-}
-
-// Fills one column and with it empties those to its right.
-void ctlQuickNav::fill(size_t column)
-{
-    QListWidget *list = m_columns.at(column);
-    const QSignalBlocker quiet(list);
-    list->clear();
-    if (const QList<QuickNavNode> *nodes = nodesOf(column)) {
-        const QIcon nodeIcon = icon(iconNames.at(column));
-        for (const QuickNavNode &node : *nodes)
-            list->addItem(new QListWidgetItem(nodeIcon, node.name));
-    }
-    list->setCurrentRow(-1);
-    if (column + 1 < columnCount)
-        fill(column + 1);
-    else
-        showLinks();
-}
-
-void ctlQuickNav::choose(size_t column, const QString &name)
-{
-    const QList<QListWidgetItem *> found =
-        name.isEmpty() ? QList<QListWidgetItem *>()
-                       : m_columns.at(column)->findItems(name, Qt::MatchExactly);
-    m_columns.at(column)->setCurrentItem(found.isEmpty() ? nullptr : found.first());
-}
-
 void ctlQuickNav::LoadQuickNavInfo(QString &project, QString &view, QString &group, QString &topic,
                                    QString &category, int &level)
 {
     if (project != m_session.projectName())
         return;
-    const std::array names{view, group, topic, category};
-    for (size_t column = 0; column < columnCount; ++column)
-        choose(column, static_cast<int>(column) < level ? names.at(column) : QString());
+    m_contents.refresh();
+    const QStringList names = QStringList{view, group, topic, category}.first(qBound(0, level, 4));
+    tabQuickNav->setCurrentIndex(0);
+    m_columns->choose(QuickNavTree::byNames(m_contents.nav(), names).value_or(QuickNavRef()));
 }
 
 void ctlQuickNav::SelectQuickNavCategory(const QString &name)
 {
-    choose(columnCount - 1, name);
+    m_contents.refresh();
+    const QuickNav &nav = m_contents.nav();
+    const QuickNavRef chosen = m_columns->chosen();
+    const bool isCategory = chosen.level == QuickNavTree::categoryLevel;
+    const QuickNavRef topic = isCategory ? QuickNavTree::parentOf(nav, chosen) : chosen;
+    const QList<QuickNavNode> categories = QuickNavTree::below(nav, topic);
+    const QuickNavNode *found = QuickNavTree::named(categories, name);
+    if (topic.level + 1 == QuickNavTree::categoryLevel && found != nullptr)
+        m_columns->choose({QuickNavTree::categoryLevel, found->id});
 }
 
 void ctlQuickNav::ResetQuickNavView()
 {
-    choose(columnCount - 1, {});
+    m_contents.refresh();
+    const QuickNavRef category = m_columns->chosenCategory();
+    if (category.level >= 0)
+        m_columns->choose(QuickNavTree::parentOf(m_contents.nav(), category));
 }
 
-void ctlQuickNav::showLinks()
+void ctlQuickNav::showNode(const QuickNavRef &node)
 {
-    tvwLinks->clear();
-    const QuickNavNode *category = chosen(columnCount - 1);
-    if (category == nullptr)
+    tabQuickNav->setCurrentIndex(0);
+    m_columns->choose(node);
+    m_columns->focusNode(node);
+}
+
+void ctlQuickNav::showChosen()
+{
+    tvwLinks->showLinks(m_columns->chosenCategory());
+    enable();
+}
+
+// A file that cannot be read is said, and nothing is written over it.
+void ctlQuickNav::showProblem()
+{
+    m_problem->setText(m_contents.problem().isEmpty() ? QString()
+                                                      : u"\u26A0 "_s + m_contents.problem());
+    m_problem->setVisible(!m_contents.problem().isEmpty());
+}
+
+void ctlQuickNav::enable()
+{
+    const auto set = [](QPushButton *button, bool enabled, const QString &why) {
+        button->setEnabled(enabled);
+        button->setToolTip(enabled ? QString() : why);
+    };
+    const QuickNavRef chosen = m_columns->chosen();
+    const bool hasLink = tvwLinks->currentLink().has_value();
+    set(cmdAddLink, m_columns->chosenCategory().level >= 0, tr("Choose a category first."));
+    set(cmdSuggest, chosen.level >= QuickNavTree::categoryLevel - 1,
+        tr("Choose a topic or a category first."));
+    set(cmdOtherPage, hasLink, tr("Choose a link first."));
+    set(cmdRemoveLinks, hasLink, tr("Choose links first."));
+}
+
+void ctlQuickNav::addLinks()
+{
+    const QuickNavRef category = tvwLinks->category();
+    if (category.level < 0)
         return;
-    for (const QuickNavLink &link : category->links) {
-        const QString problem = problemOf(link);
-        const QString page = link.anchor.isEmpty() ? link.page : link.page + u'#' + link.anchor;
-        auto *item = new QTreeWidgetItem(
-            tvwLinks, {link.title.isEmpty() ? page : link.title, link.book, page, problem});
-        item->setIcon(0, icon(problem.isEmpty() ? "link"_L1 : "page-missing"_L1));
-    }
+    const auto pages = handled(m_session.program(), [this] { return listedPages(m_session); });
+    auto *chooser = new PageChooser(tr("Add links"), pages, PageChooser::Choose::Several, this);
+    chooser->setAttribute(Qt::WA_DeleteOnClose);
+    connect(chooser, &PageChooser::accepted, this, [this, category, chooser] {
+        m_editing.addLinks(category, linksTo(chooser->chosen()));
+    });
+    chooser->open();
 }
 
-QString ctlQuickNav::problemOf(const QuickNavLink &link)
+void ctlQuickNav::chooseOtherPage()
 {
-    const TocBook *book = bookOf(m_session.books(), link);
-    if (book == nullptr)
-        return tr("no such book");
-    QString problem = tr("no such page");
-    trap([&](const QvError &error) { problem = error.description(); },
-         [&] {
-             for (const BookPage &page : flattened(m_session.book(*book).pages)) {
-                 if (page.id != link.page)
-                     continue;
-                 Program &program = m_session.program();
-                 const QString path = BookFile(program.session, program.files)
-                                          .pagePath(m_session.projectName(), *book, page.file);
-                 problem = program.files.fileExists(path) ? QString() : tr("file missing");
-             }
-         });
-    return problem;
-}
-
-void ctlQuickNav::openLink(int row)
-{
-    const QuickNavNode *category = chosen(columnCount - 1);
-    if (category == nullptr || row < 0 || row >= category->links.size())
+    const std::optional<QuickNavLink> link = tvwLinks->currentLink();
+    if (!link)
         return;
-    const QuickNavLink link = category->links.at(row);
-    const TocBook *book = bookOf(m_session.books(), link);
-    if (book != nullptr && m_session.select(*book, link.page))
-        Q_EMIT m_session.openRequested();
+    const auto pages = handled(m_session.program(), [this] { return listedPages(m_session); });
+    auto *chooser =
+        new PageChooser(tr("Choose another page"), pages, PageChooser::Choose::One, this);
+    chooser->setAttribute(Qt::WA_DeleteOnClose);
+    connect(chooser, &PageChooser::accepted, this, [this, link = *link, chooser] {
+        if (const QList<ListedPage> chosen = chooser->chosen(); !chosen.isEmpty())
+            m_editing.retarget(link, chosen.first());
+    });
+    chooser->open();
+}
+
+void ctlQuickNav::suggest()
+{
+    auto *dialog = new SuggestionsDialog(m_editing, m_columns->chosen(), this);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->open();
+}
+
+void ctlQuickNav::showEvent(QShowEvent *event)
+{
+    QWidget::showEvent(event);
+    m_contents.setWatched(true);
+}
+
+void ctlQuickNav::hideEvent(QHideEvent *event)
+{
+    QWidget::hideEvent(event);
+    m_contents.setWatched(false);
+}
+
+void ctlQuickNav::keyPressEvent(QKeyEvent *event)
+{
+    if (event->matches(QKeySequence::Find) && tabQuickNav->currentIndex() == 0)
+        m_columns->focusFilter();
+    else if (event->matches(QKeySequence::Find))
+        m_overview->focusFilter();
+    else if (event->key() == Qt::Key_F5)
+        handled(m_session.program(), [this] { m_session.reread(); });
+    else
+        QWidget::keyPressEvent(event);
 }

@@ -1,18 +1,18 @@
 #pragma once
 
-#include "projectfiles/QuickNavFile.h"
+#include "controls/quicknav/QuickNavEditing.h"
 
 #include <QWidget>
 
-#include <array>
-
-class ProjectSession;
+class QuickNavLinkTable;
+class OverviewPage;
 class QLabel;
-class QListWidget;
-class QTreeWidget;
+class QPushButton;
+class QTabWidget;
+class QuickNavColumns;
 
-/// The quick navigation of the project: views, groups, topics and categories side by side, and the
-/// links of the chosen category below.
+/// The quick navigation of the project: views, groups, topics and categories side by side with the
+/// links of the chosen category below, and an overview of all of them.
 class ctlQuickNav final : public QWidget
 {
     Q_OBJECT
@@ -28,25 +28,37 @@ public:
     void ResetQuickNavView();                         ///< shows no category
 
 Q_SIGNALS:
+    /// The quick navigation was written (`changed`), at this view and category; "" for several.
     void evtRefreshTree(const QString &view, const QString &category, bool changed);
+    /// A node was deleted, which the tree shows no longer.
     void evtOnDeletionofQuickNavInfo();
 
 private:
-    static constexpr size_t columnCount = 4;
-
     void layOut();
-    void showQuickNav();
-    void fill(size_t column);
-    void choose(size_t column, const QString &name);
-    void showLinks();
-    [[nodiscard]] QString problemOf(const QuickNavLink &link);
-    void openLink(int row);
-    [[nodiscard]] const QList<QuickNavNode> *nodesOf(size_t column) const;
-    [[nodiscard]] const QuickNavNode *chosen(size_t column) const;
+    QWidget *links();
+    void connectAll();
+    QPushButton *addButton(QWidget *parent, const QString &text, const QString &objectName);
+    void showNode(const QuickNavRef &node);
+    void showChosen();
+    void showProblem();
+    void enable();
+    void addLinks();
+    void chooseOtherPage();
+    void suggest();
+    void showEvent(QShowEvent *event) override;
+    void hideEvent(QHideEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
 
     ProjectSession &m_session;
-    std::array<QListWidget *, columnCount> m_columns{};
-    QList<QuickNavNode> m_views;
+    QuickNavContents m_contents;
+    QuickNavEditing m_editing;
     QLabel *m_problem;
-    QTreeWidget *tvwLinks;
+    QTabWidget *tabQuickNav;
+    QuickNavColumns *m_columns;
+    QuickNavLinkTable *tvwLinks;
+    OverviewPage *m_overview;
+    QPushButton *cmdAddLink = nullptr;
+    QPushButton *cmdSuggest = nullptr;
+    QPushButton *cmdOtherPage = nullptr;
+    QPushButton *cmdRemoveLinks = nullptr;
 };

@@ -1,7 +1,7 @@
 #include "dialogs/NewProjectFolder.h"
 
 #include "catalogue/ProjectCatalogue.h"
-#include "dialogs/NameClaim.h"
+#include "catalogue/NameClaim.h"
 #include "platform/Clock.h"
 #include "platform/Messages.h"
 #include "platform/Paths.h"

@@ -5,7 +5,7 @@
 #include "components/Components.h"
 #include "components/DatabaseConverter.h"
 #include "components/RegistryAccess.h"
-#include "dialogs/NameClaim.h"
+#include "catalogue/NameClaim.h"
 #include "platform/Messages.h"
 #include "platform/Paths.h"
 #include "platform/QvError.h"

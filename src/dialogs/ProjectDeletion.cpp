@@ -3,7 +3,7 @@
 #include "catalogue/ProjectCatalogue.h"
 #include "components/Components.h"
 #include "components/LinkIDMerger.h"
-#include "dialogs/NameClaim.h"
+#include "catalogue/NameClaim.h"
 #include "platform/Paths.h"
 #include "platform/QvError.h"
 #include "platform/TreeWalker.h"

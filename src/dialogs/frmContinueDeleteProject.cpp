@@ -1,10 +1,9 @@
 #include "dialogs/frmContinueDeleteProject.h"
 
-#include "catalogue/StatusIndicators.h"
 #include "dialogs/ProjectDeletion.h"
+#include "dialogs/ProjectOpening.h"
 #include "dialogs/ReopenDialog.h"
 #include "platform/Paths.h"
-#include "projectfiles/TableOfContents.h"
 #include "startup/ExternalPrograms.h"
 #include "startup/frmProgBar.h"
 #include "ui_frmContinueDeleteProject.h"
@@ -146,7 +145,7 @@ void frmContinueDeleteProject::cmdSelPrjtoContinue_Click()
         const QString name = chosenIn(ui->cboSelPrjtoContinue);
         if (name.isEmpty())
             return;
-        makeCurrent(unfinishedProject(name));
+        continueProject(m_program, projectToContinue(m_program, name));
         m_program.navigator.show(Form::MainUI); // closes this window
         close();
     });
@@ -159,39 +158,6 @@ QString frmContinueDeleteProject::chosenIn(const QComboBox *list)
     if (name.isEmpty())
         m_program.messages.show({text(Text::SelectProjectToContinue)});
     return name;
-}
-
-/// The lists are as old as the window.
-CatalogueEntry frmContinueDeleteProject::unfinishedProject(const QString &name)
-{
-    ProjectCatalogue catalogue(m_program.session, m_program.files);
-    const QList<CatalogueEntry> entries = catalogue.entries();
-    const auto found = std::find_if(entries.cbegin(), entries.cend(), [&](const auto &entry) {
-        return entry.name == name && entry.addDate.isEmpty();
-    });
-    if (found == entries.cend())
-        throw QvError(InvalidCall, {},
-                      tr("The project \"%1\" is no longer among those to continue: it was deleted "
-                         "or released meanwhile. Go back to see the list as it is now")
-                          .arg(name));
-    return *found;
-}
-
-/// A project that cannot be opened leaves the former one current.
-void frmContinueDeleteProject::makeCurrent(const CatalogueEntry &project)
-{
-    Session &session = m_program.session;
-    FileSystem &files = m_program.files;
-    (void)existingProjectFolder(files, session.serverPath, project.name);
-    (void)TableOfContents(session, files).read(project.name);
-
-    QScopedValueRollback name(session.projectName, project.name);
-    QScopedValueRollback id(session.projectId, project.id);
-    QScopedValueRollback language(session.projectLanguage, project.language);
-    StatusIndicators(session, files, m_program.currentProject).AddProjectName();
-    name.commit();
-    id.commit();
-    language.commit();
 }
 
 void frmContinueDeleteProject::cmdReopen_Click()

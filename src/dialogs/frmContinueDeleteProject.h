@@ -46,8 +46,6 @@ private:
 
     void connectControls();
     QString chosenIn(const QComboBox *list);
-    CatalogueEntry unfinishedProject(const QString &name);
-    void makeCurrent(const CatalogueEntry &project);
     Answer ask(Text question, Buttons buttons, const QString &details);
     void deleteProject(const QString &name, bool alsoFiles);
     void takeOutOfLists(const QString &name);

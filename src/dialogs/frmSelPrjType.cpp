@@ -12,6 +12,7 @@
 #include "startup/FileHelpers.h"
 #include "startup/Session.h"
 #include "startup/StartUp.h"
+#include "tools/rename/ProjectRename.h"
 #include "ui_frmSelPrjType.h"
 
 #include <QScopedValueRollback>
@@ -95,9 +96,14 @@ bool frmSelPrjType::readPaths()
     return true;
 }
 
-/// Removes what killed programs left in Docs; failing to do so harms nobody.
+/// Finishes what killed programs left in Docs, or removes it; failing to look harms nobody.
 void frmSelPrjType::tidyDocs()
 {
+    trap([](const QvError &) {},
+         [this] {
+             for (const QString &problem : finishRenames(m_program))
+                 m_program.messages.show({problem});
+         });
     trap([](const QvError &) {},
          [this] {
              FileSystem &files = m_program.files;

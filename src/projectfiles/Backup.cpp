@@ -38,10 +38,11 @@ QList<int> versionsOf(FileSystem &files, const QString &folder, const QString &n
 } // namespace
 
 // Nothing is renamed: at every moment each version is there as a whole or not at all.
-void backUp(FileSystem &files, const QString &projectFolder, const QString &relativePath)
+void backUp(FileSystem &files, const QString &projectFolder, const QString &relativePath,
+            const std::optional<QByteArray> &content)
 {
     const QString current = projectFolder + relativePath;
-    if (!files.exists(current))
+    if (!content && !files.exists(current))
         return;
 
     const QString kept = ProjectFile::backupFolder + u"\\"_s + relativePath;
@@ -50,7 +51,8 @@ void backUp(FileSystem &files, const QString &projectFolder, const QString &rela
         versionsOf(files, projectFolder + parentFolder(kept), lastComponent(kept));
     const int newest = 1 + (versions.isEmpty() ? 0 : std::ranges::max(versions));
     const QString place = projectFolder + kept + u'.';
-    files.replaceFile(place + QString::number(newest), files.readFile(current));
+    files.replaceFile(place + QString::number(newest),
+                      content ? *content : files.readFile(current));
     for (const int version : versions) {
         if (version <= newest - versionsKept)
             files.removeFile(place + QString::number(version), true);

@@ -28,7 +28,8 @@ BookSource readSource(const pugi::xml_node &source)
             .path = textOf(source.child("Source_Path")),
             .date = textOf(source.child("Source_Date")),
             .sum = textOf(source.child("Source_Sum")),
-            .page = textOf(source.child("Source_Page"))};
+            .page = textOf(source.child("Source_Page")),
+            .pageSum = textOf(source.child("Source_Page_Sum"))};
 }
 
 Book readHeader(const pugi::xml_node &header)
@@ -60,6 +61,10 @@ void writeSource(pugi::xml_node element, const BookSource &source)
     setChild(element, "Source_Date", source.date);
     setChild(element, "Source_Sum", source.sum);
     setChild(element, "Source_Page", source.page);
+    if (source.pageSum.isEmpty())
+        element.remove_child("Source_Page_Sum");
+    else
+        setChild(element, "Source_Page_Sum", source.pageSum);
 }
 
 QString sourceKey(const BookSource &source)

@@ -8,6 +8,13 @@
 #include <QString>
 #include <QStringList>
 
+/// A symbolic name under which programs ask for a page, and its number as text.
+struct ContextId
+{
+    QString name, number;
+    friend bool operator==(const ContextId &, const ContextId &) = default;
+};
+
 /// One page of a book's outline; pages below it follow in `pages`.
 struct BookPage
 {
@@ -16,13 +23,25 @@ struct BookPage
     QString file; ///< relative to the book folder, no anchor
     QStringList keyWords;
     QList<BookPage> pages;
+    QList<ContextId> contextIds = {};
+    QStringList linkIds = {}; ///< identifiers under which other books refer to it
 };
+
+/// What an entry of a book's list of sources means.
+namespace SourceKind {
+inline constexpr QLatin1StringView source{"Source"};     ///< a page taken as it was
+inline constexpr QLatin1StringView import{"Import"};     ///< a page from a file that was imported
+inline constexpr QLatin1StringView excluded{"Excluded"}; ///< a file the author left out; only path
+} // namespace SourceKind
 
 /// Where a page came from.
 struct BookSource
 {
-    QString kind; ///< "Source" or "Import"
-    QString path, date, sum, page;
+    QString kind;      ///< one of SourceKind
+    QString path;      ///< of a file in an archive: the archive's, a backslash, its name inside
+    QString date, sum; ///< of the source when it was taken
+    QString page;
+    QString pageSum = {}; ///< of the page as it was made; "" when it had the source's very bytes
 };
 
 struct Book

@@ -12,6 +12,14 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+QList<ContextId> readContextIds(const pugi::xml_node &page)
+{
+    QList<ContextId> ids;
+    for (const pugi::xml_node &id : page.children("Page_Context"))
+        ids.append({valueOf(id.attribute("ID")), textOf(id)});
+    return ids;
+}
+
 QList<BookPage> readPages(const pugi::xml_node &parent, const QString &path, int level)
 {
     QList<BookPage> pages;
@@ -25,7 +33,9 @@ QList<BookPage> readPages(const pugi::xml_node &parent, const QString &path, int
                       .title = textOf(page.child("Page_Title")),
                       .file = textOf(page.child("Page_File")),
                       .keyWords = textsOf(page.child("Page_KeyWords"), "KeyWord"),
-                      .pages = readPages(page, path, level + 1)});
+                      .pages = readPages(page, path, level + 1),
+                      .contextIds = readContextIds(page),
+                      .linkIds = textsOf(page, "Page_LinkID")});
     }
     return pages;
 }
@@ -34,7 +44,8 @@ bool isKept(const pugi::xml_node &child)
 {
     const std::string_view name = child.name();
     return child.type() == pugi::node_element && name != "Page_Title" && name != "Page_File"
-           && name != "Page_KeyWords" && name != "Page";
+           && name != "Page_Context" && name != "Page_KeyWords" && name != "Page_LinkID"
+           && name != "Page";
 }
 
 /// Builds a new outline beside the old one, which it takes what it does not know from.
@@ -106,6 +117,10 @@ void OutlineWriter::writePage(pugi::xml_node element, const BookPage &page)
         if (isKept(child))
             element.append_copy(child);
     }
+    for (const ContextId &context : page.contextIds)
+        setAttribute(appendText(element, "Page_Context", context.number), "ID", context.name);
+    for (const QString &linkId : page.linkIds)
+        appendText(element, "Page_LinkID", linkId);
     if (page.keyWords.isEmpty())
         return;
     const pugi::xml_node keyWords = element.append_child("Page_KeyWords");

@@ -41,6 +41,7 @@ CategoryFile::CategoryFile(FileSystem &files)
 QList<Category> CategoryFile::read(const QString &path)
 {
     const pugi::xml_document document = loadXml(m_files, path, rootOf(path).constData());
+    giveIds(document.document_element(), "Category", u'C');
     QList<Category> categories;
     for (const pugi::xml_node &element : document.document_element().children("Category"))
         categories.append({.id = valueOf(element.attribute("ID")),
@@ -54,6 +55,7 @@ void CategoryFile::write(const QString &path, const QList<Category> &categories)
     const pugi::xml_document document = loadOrMake(m_files, path);
     const pugi::xml_node root = document.document_element();
     const auto idOf = [](const pugi::xml_node &old) { return valueOf(old.attribute("ID")); };
+    giveIds(root, "Category", u'C');
     Ids ids(u'C', root);
     for (const pugi::xml_node &old : root.children("Category"))
         ids.reserve(idOf(old));

@@ -12,6 +12,7 @@
 struct Category
 {
     QString id, name, description;
+    friend bool operator==(const Category &, const Category &) = default;
 };
 
 /// "QV_BookCategories.xml" and "QV_DefaultCategories.xml": root of that name, one Category each.

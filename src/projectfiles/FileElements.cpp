@@ -64,9 +64,10 @@ void RewrittenList::removeRest()
     m_old.clear();
 }
 
-Ids::Ids(QChar letter, const pugi::xml_node &list)
+Ids::Ids(QChar letter, const pugi::xml_node &list, const char *attribute)
     : m_letter(letter)
-    , m_next(std::clamp(list.attribute("NextID").as_llong(1), 1LL, highestId))
+    , m_attribute(attribute)
+    , m_next(std::clamp(list.attribute(attribute).as_llong(1), 1LL, highestId))
 {
 }
 
@@ -81,7 +82,7 @@ QString Ids::take(const QString &wanted)
 
 void Ids::store(pugi::xml_node list) const
 {
-    setAttribute(list, "NextID", QString::number(m_next));
+    setAttribute(list, m_attribute, QString::number(m_next));
 }
 
 void Ids::reserve(const QString &id)
@@ -91,4 +92,13 @@ void Ids::reserve(const QString &id)
     const qint64 number = QStringView(id).sliced(1).toLongLong(); // 0 when it is none
     if (number < highestId)
         m_next = std::max(m_next, number + 1);
+}
+
+void giveIds(const pugi::xml_node &list, const char *name, QChar letter)
+{
+    Ids ids(letter, list);
+    for (const pugi::xml_node &child : list.children(name))
+        ids.reserve(valueOf(child.attribute("ID")));
+    for (const pugi::xml_node &child : list.children(name))
+        setAttribute(child, "ID", ids.take(valueOf(child.attribute("ID"))));
 }

@@ -41,11 +41,11 @@ private:
 };
 
 /// Gives the ids of one file, such as "P0001". The list element remembers the next number in its
-/// attribute NextID, so that the id of something deleted is never given again.
+/// attribute NextID (or the one named), so that the id of something deleted is never given again.
 class Ids final
 {
 public:
-    Ids(QChar letter, const pugi::xml_node &list);
+    Ids(QChar letter, const pugi::xml_node &list, const char *attribute = "NextID");
 
     /// Keeps an id that is in use from being given. Call it for all of them before the first
     /// `take`.
@@ -57,6 +57,11 @@ public:
 
 private:
     QChar m_letter;
+    const char *m_attribute;
     qint64 m_next = 1;
     QSet<QString> m_taken;
 };
+
+/// Children that have no id, or one that stands before them already, get one: the same whenever the
+/// file is read. Files made by hand need it.
+void giveIds(const pugi::xml_node &list, const char *name, QChar letter);

@@ -3,6 +3,8 @@
 #include "platform/Paths.h"
 #include "platform/QvError.h"
 #include "platform/Xml.h"
+#include "projectfiles/Backup.h"
+#include "projectfiles/FileElements.h"
 
 using namespace Qt::StringLiterals;
 
@@ -27,6 +29,44 @@ pugi::xml_document newGlobalBook(const QString &projectName)
                u"Docs\\"_s + projectName + u'\\' + ProjectFile::globalFolder + u'\\');
     master.append_child("Global_Pages");
     return document;
+}
+
+/// The list of pages of a global book, which is appended when it is missing.
+pugi::xml_node pageList(const pugi::xml_document &document)
+{
+    pugi::xml_node root = document.document_element();
+    const pugi::xml_node list = root.child("Global_Pages");
+    return list ? list : root.append_child("Global_Pages");
+}
+
+QString idOf(const pugi::xml_node &page)
+{
+    return valueOf(page.attribute("ID"));
+}
+
+void writePage(pugi::xml_node element, const QString &id, const GlobalPage &page)
+{
+    setAttribute(element, "ID", id);
+    setAttribute(element, "Type", page.type);
+    setChild(element, "Page_Title", page.title);
+    setChild(element, "Page_File", page.file);
+}
+
+void rewriteList(pugi::xml_node list, const QList<GlobalPage> &pages)
+{
+    giveIds(list, "Page", u'G');
+    Ids ids(u'G', list);
+    for (const pugi::xml_node &old : list.children("Page"))
+        ids.reserve(idOf(old));
+    for (const GlobalPage &page : pages)
+        ids.reserve(page.id);
+    RewrittenList rewritten(list, "Page", idOf);
+    for (const GlobalPage &page : pages) {
+        const QString id = ids.take(page.id);
+        writePage(rewritten.place(id), id, page);
+    }
+    rewritten.removeRest();
+    ids.store(list);
 }
 
 class GlobalBookInFile final : public GlobalInformation
@@ -59,12 +99,30 @@ QList<GlobalPage> readGlobalPages(Session &session, FileSystem &files, const QSt
         return pages;
 
     const pugi::xml_document document = loadXml(files, path, rootName);
+    giveIds(document.document_element().child("Global_Pages"), "Page", u'G');
     for (const pugi::xpath_node &page : document.select_nodes("Book_Master/Global_Pages/Page"))
         pages.append({.id = valueOf(page.node().attribute("ID")),
                       .type = valueOf(page.node().attribute("Type")),
                       .title = textOf(page.node().child("Page_Title")),
                       .file = textOf(page.node().child("Page_File"))});
     return pages;
+}
+
+void writeGlobalPages(Session &session, FileSystem &files, const QString &project,
+                      const QList<GlobalPage> &pages)
+{
+    const QString folder = globalFolder(session, project);
+    const QString path = folder + ProjectFile::globalBook;
+    const bool isThere = files.exists(path);
+    const pugi::xml_document document =
+        isThere ? loadXml(files, path, rootName) : newGlobalBook(project);
+    rewriteList(pageList(document), pages);
+    if (isThere)
+        backUp(files, projectFolder(session.serverPath, project),
+               ProjectFile::globalFolder + u"\\"_s + ProjectFile::globalBook);
+    else if (!files.folderExists(folder))
+        files.makeFolder(withoutBackslash(folder));
+    saveXml(files, path, document);
 }
 
 std::unique_ptr<GlobalInformation> makeGlobalInformation(FileSystem &files)

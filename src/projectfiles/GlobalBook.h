@@ -20,6 +20,11 @@ struct GlobalPage
 /// none; one that cannot be read raises 75.
 QList<GlobalPage> readGlobalPages(Session &session, FileSystem &files, const QString &project);
 
+/// Makes the file or rewrites its list of pages, keeping what is not known here; a page without an
+/// id gets a new one. The previous version goes to _Backup\.
+void writeGlobalPages(Session &session, FileSystem &files, const QString &project,
+                      const QList<GlobalPage> &pages);
+
 /// The global-information component, which lives with its file.
 std::unique_ptr<GlobalInformation> makeGlobalInformation(FileSystem &files);
 

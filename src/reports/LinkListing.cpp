@@ -2,7 +2,7 @@
 
 #include "platform/Paths.h"
 #include "platform/QvError.h"
-#include "reports/OrderedWork.h"
+#include "tools/OrderedWork.h"
 #include "reports/TargetCheck.h"
 
 #include <algorithm>

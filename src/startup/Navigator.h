@@ -26,4 +26,8 @@ public:
     virtual void loadform() = 0;
     /// Closes the window when it is there, as its close box would. False when it refused.
     virtual bool unload(Form form) = 0;
+    /// Goes on with another project: closes the main window, which may refuse, and opens it anew.
+    /// Raises 5, with nothing closed, when the project is no longer among those to continue; where
+    /// it cannot be read, the launcher is shown and the error raised.
+    virtual void openProject(const QString &name) = 0;
 };

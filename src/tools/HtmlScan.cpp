@@ -44,6 +44,20 @@ QStringView charsetIn(QStringView content)
     return (end < 0 ? rest : rest.first(end)).trimmed();
 }
 
+/// The address in the content of a meta refresh: "5; url=next.htm".
+QStringView refreshTarget(QStringView content)
+{
+    const qsizetype at = content.indexOf("url="_L1, 0, Qt::CaseInsensitive);
+    if (at < 0)
+        return {};
+    QStringView address = content.sliced(at + 4).trimmed();
+    for (const QChar quote : {u'"', u'\''}) {
+        if (address.size() > 1 && address.front() == quote && address.back() == quote)
+            address = address.sliced(1, address.size() - 2);
+    }
+    return address;
+}
+
 /// One word of a list such as rel="alternate stylesheet".
 bool holdsWord(QStringView list, QLatin1StringView word)
 {
@@ -58,8 +72,9 @@ bool holdsWord(QStringView list, QLatin1StringView word)
 class FactFinder final
 {
 public:
-    explicit FactFinder(QStringView page)
+    FactFinder(QStringView page, HtmlDetail detail)
         : m_page(page)
+        , m_all(detail == HtmlDetail::All)
     {
     }
 
@@ -77,8 +92,11 @@ public:
             else
                 takeEnd(token);
         }
+        endHeading();
+        endLink();
         m_facts.title = plainText(m_title);
-        m_facts.firstHeading = plainText(m_heading);
+        if (m_all)
+            m_facts.texts.resize(m_facts.references.size());
         return m_facts;
     }
 
@@ -87,6 +105,8 @@ private:
 
     void takeText(QStringView text)
     {
+        if (m_link >= 0 && m_linkText.size() < longestText)
+            m_linkText += text;
         if (m_inside == Inside::Title)
             m_title += text;
         else if (m_inside == Inside::Heading)
@@ -98,28 +118,108 @@ private:
     void takeStart(const HtmlToken &tag)
     {
         if (tag.isTag("title"_L1) && m_title.isEmpty())
-            m_inside = Inside::Title;
+            enter(Inside::Title);
         else if (tag.isTag("style"_L1))
-            m_inside = Inside::Style;
-        else if (isHeading(tag.text) && m_heading.trimmed().isEmpty())
-            m_inside = Inside::Heading;
+            enter(Inside::Style);
+        else if (isHeading(tag.text))
+            startHeading(tag.text[1]);
         else if (tag.isTag("meta"_L1))
             takeMeta(tag);
         else if (tag.isTag("link"_L1))
             takeLink(tag);
         else if (tag.isTag("base"_L1))
-            m_facts.hasBase |= !tag.attribute("href"_L1).isNull();
+            takeBase(tag.attribute("href"_L1));
         takeAttributes(tag);
+        if (m_all)
+            takeDetails(tag);
+    }
+
+    void takeBase(QStringView address)
+    {
+        if (!m_facts.hasBase && !address.isNull())
+            m_facts.base = {Kind::Link, place(address), address.size()};
+        m_facts.hasBase |= !address.isNull();
+    }
+
+    void takeDetails(const HtmlToken &tag)
+    {
+        const bool isLink = tag.isTag("a"_L1);
+        for (const HtmlAttribute &attribute : tag.attributes) {
+            if (!attribute.value.isEmpty()
+                && (sameName(attribute.name, "id"_L1)
+                    || (isLink && sameName(attribute.name, "name"_L1))))
+                m_facts.anchors.append(withoutEntities(attribute.value));
+        }
+        if (isLink) {
+            endLink();
+            m_link = referenceAt(tag.attribute("href"_L1));
+        } else if (m_link >= 0 && tag.isTag("img"_L1)) {
+            m_linkText += u' ' + tag.attribute("alt"_L1).toString() + u' ';
+        }
+    }
+
+    void endLink()
+    {
+        if (m_link >= 0) {
+            m_facts.texts.resize(m_facts.references.size());
+            m_facts.texts[m_link] = plainText(m_linkText);
+        }
+        m_link = -1;
+        m_linkText.clear();
+    }
+
+    /// One that was just noted; -1 when it was not.
+    [[nodiscard]] qsizetype referenceAt(QStringView value) const
+    {
+        qsizetype at = m_facts.references.size() - 1;
+        while (at >= 0 && m_facts.references[at].start > place(value))
+            --at;
+        const bool found =
+            !value.isEmpty() && at >= 0 && m_facts.references[at].start == place(value);
+        return found ? at : -1;
+    }
+
+    void enter(Inside place)
+    {
+        endHeading();
+        m_inside = place;
+    }
+
+    void startHeading(QChar level)
+    {
+        endHeading();
+        m_listed = m_all && level <= u'3';
+        if (m_listed || m_facts.firstHeading.isEmpty())
+            m_inside = Inside::Heading;
+    }
+
+    void endHeading()
+    {
+        if (m_inside != Inside::Heading)
+            return;
+        const QString heading = plainText(m_heading);
+        m_heading.clear();
+        m_inside = Inside::Other;
+        if (m_facts.firstHeading.isEmpty())
+            m_facts.firstHeading = heading;
+        if (m_listed && !heading.isEmpty())
+            m_facts.headings.append(heading);
     }
 
     void takeEnd(const HtmlToken &tag)
     {
-        if (m_inside != Inside::Heading || isHeading(tag.text))
+        if (m_inside != Inside::Heading)
             m_inside = Inside::Other;
+        else if (isHeading(tag.text))
+            endHeading();
+        if (m_link >= 0 && tag.isTag("a"_L1))
+            endLink();
     }
 
     void takeMeta(const HtmlToken &tag)
     {
+        if (m_all && sameName(tag.attribute("http-equiv"_L1), "refresh"_L1))
+            note(Kind::Link, refreshTarget(tag.attribute("content"_L1)));
         if (!m_facts.charset.isEmpty())
             return;
         QStringView charset = tag.attribute("charset"_L1);
@@ -181,15 +281,20 @@ private:
 
     [[nodiscard]] qsizetype place(QStringView view) const { return view.begin() - m_page.begin(); }
 
+    static constexpr qsizetype longestText = 400;
+
     QStringView m_page;
+    bool m_all;
     HtmlFacts m_facts;
     Inside m_inside = Inside::Other;
-    QString m_title, m_heading;
+    bool m_listed = false; ///< the heading at hand
+    QString m_title, m_heading, m_linkText;
+    qsizetype m_link = -1; ///< place in `references` of the <a> we are in
 };
 
 } // namespace
 
-HtmlFacts scanHtml(QStringView page)
+HtmlFacts scanHtml(QStringView page, HtmlDetail detail)
 {
-    return FactFinder(page).facts();
+    return FactFinder(page, detail).facts();
 }

@@ -23,6 +23,8 @@ bool hasScheme(QStringView url)
 
 QString decoded(const QString &text)
 {
+    if (!text.contains(u'%'))
+        return text;
     return QUrl::fromPercentEncoding(text.toUtf8());
 }
 
@@ -70,6 +72,24 @@ std::optional<QString> joined(const QString &folder, const QString &path)
             pieces.append(piece);
     }
     return pieces.join(u'\\');
+}
+
+QString referenceTo(const QString &page, const QString &to, const QString &anchor)
+{
+    const QString behind =
+        anchor.isEmpty() ? QString() : u'#' + QString::fromLatin1(QUrl::toPercentEncoding(anchor));
+    if (!behind.isEmpty() && page.compare(to, Qt::CaseInsensitive) == 0)
+        return behind;
+    const QStringList from = page.split(u'\\', Qt::SkipEmptyParts);
+    const QStringList pieces = to.split(u'\\', Qt::SkipEmptyParts);
+    const qsizetype folders = qMin(from.size(), pieces.size()) - 1;
+    qsizetype shared = 0;
+    while (shared < folders && from[shared].compare(pieces[shared], Qt::CaseInsensitive) == 0)
+        ++shared;
+    QStringList reference(from.size() - 1 - shared, u".."_s);
+    for (const QString &piece : pieces.sliced(shared))
+        reference.append(QString::fromLatin1(QUrl::toPercentEncoding(piece)));
+    return reference.join(u'/') + behind;
 }
 
 bool isPageName(QStringView fileName)

@@ -37,5 +37,11 @@ PageTarget targetOf(QStringView reference);
 /// backslashes, its "." and ".." worked out. Nothing when it climbs out of the top folder.
 std::optional<QString> joined(const QString &folder, const QString &path);
 
+/// The reference by which a page means the file `to` (both relative to the project folder, with
+/// backslashes), relative to the page and percent-encoded, so that it can be put between quotes in
+/// a page of any encoding; `anchor` is what is to stand behind "#", "" for none. The page itself is
+/// meant by the anchor alone, or by its file name.
+QString referenceTo(const QString &page, const QString &to, const QString &anchor = {});
+
 /// True for the names of pages: .htm, .html, .xhtml.
 bool isPageName(QStringView fileName);

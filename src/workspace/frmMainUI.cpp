@@ -26,6 +26,7 @@ frmMainUI::frmMainUI(Program &program, std::function<frmBuild &()> buildWindow, 
     ui->setupUi(this);
     hostControls();
     connectMenus();
+    connectEdit();
     disableWhatIsMissing();
     new Resizer(u"Resizer1"_s, this);
     new Resizer(u"Resizer2"_s, ui->splWorkspace);
@@ -73,7 +74,7 @@ void frmMainUI::Form_Unload(bool &cancel)
 {
     inHandler("Form_Unload"_L1, [&] {
         cancel = true; // also when page text cannot be saved: nothing is lost
-        if (!ctlBooksTab1->mayLeave() || !mayClose())
+        if (!ctlBooksTab1->mayLeave() || !ctlGlobalsTab1->mayLeave() || !mayClose())
             return;
         cancel = false;
         closeCompanions();

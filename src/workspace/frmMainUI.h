@@ -2,6 +2,7 @@
 
 #include "controls/session/ProjectSession.h"
 #include "startup/FormWindow.h"
+#include "workspace/RecentPlaces.h"
 
 #include <memory>
 
@@ -67,12 +68,14 @@ private:
     void ctlBooksTab1_OnAddImportFiles(bool changed);
     void ctlBooksTab1_OnAddSourceFiles(bool changed);
     void ctlBooksTab1_OnDeleteBook(bool changed);
+    void ctlBooksTab1_pagesChanged(bool changed);
     void ctlQuickNav1_evtRefreshTree(bool changed);
     void ctlQuickNav1_evtOnDeletionofQuickNavInfo();
     void SSTab1_Click(int tab);
     void selectTab(int tab);
     void showEditor(int tab);
-    void noteChange(bool &flag, const QString &what);
+    void noteChange(bool &flag);
+    void clearLights();
     void inBooksHandler(QLatin1StringView handler, const std::function<void()> &body);
 
     // frmMainUIMenus.cpp: menus and buttons
@@ -88,6 +91,20 @@ private:
     void mnuQV_Click();
     void mnuQVDeveloper_Click();
     void openBuildWindow();
+
+    // frmMainUIEdit.cpp: undo, recent places, keys
+    void connectEdit();
+    void connectRecent();
+    void showHistory();
+    void noteHistory(ProjectAreas areas);
+    void mnuUndo_Click();
+    void mnuRedo_Click();
+    void mnuShortcuts_Click();
+    void showHelp();
+    void showRecentProjects();
+    void openRecent(const QString &project);
+    void showRecentPages();
+    void noteRecentPage();
 
     void say(const QString &whatWasDone);
     void inHandler(QLatin1StringView handler, const std::function<void()> &body);

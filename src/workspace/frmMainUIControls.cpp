@@ -61,6 +61,7 @@ void frmMainUI::connectTree()
             &Self::QV_DeveloperTreeOCX1_evtGlobalPageName);
     connect(QV_DeveloperTreeOCX1, &Tree::evtQVTreeQuickNavInfo, this,
             &Self::QV_DeveloperTreeOCX1_evtQVTreeQuickNavInfo);
+    connect(QV_DeveloperTreeOCX1, &Tree::quickNavWanted, this, [this] { selectTab(QuickNavTab); });
 }
 
 void frmMainUI::connectGlobals()
@@ -80,6 +81,7 @@ void frmMainUI::connectGlobals()
             });
     connect(ctlGlobalsTab1, &Globals::OnAdditionQNCategory, this,
             &Self::ctlGlobalsTab1_OnAdditionQNCategory);
+    connect(ctlGlobalsTab1, &Globals::openRequested, this, [this] { selectTab(GlobalsTab); });
 }
 
 // A book's new name or acronym shows in the tree by the project session.
@@ -90,6 +92,7 @@ void frmMainUI::connectBooks()
     connect(ctlBooksTab1, &Books::OnAddImportFiles, this, &Self::ctlBooksTab1_OnAddImportFiles);
     connect(ctlBooksTab1, &Books::OnAddSourceFiles, this, &Self::ctlBooksTab1_OnAddSourceFiles);
     connect(ctlBooksTab1, &Books::OnDeleteBook, this, &Self::ctlBooksTab1_OnDeleteBook);
+    connect(ctlBooksTab1, &Books::pagesChanged, this, &Self::ctlBooksTab1_pagesChanged);
 }
 
 void frmMainUI::connectQuickNav()
@@ -176,7 +179,7 @@ void frmMainUI::ctlGlobalsTab1_OnAddGlobalPage(bool changed)
     inHandler("ctlGlobalsTab1_OnAddGlobalPage"_L1, [&] {
         m_program.session.projectName = ctlGlobalsTab1->ProjectName();
         if (changed)
-            noteChange(m_program.session.globalsChanged, tr("The global page was added."));
+            noteChange(m_program.session.globalsChanged);
     });
 }
 
@@ -184,8 +187,7 @@ void frmMainUI::ctlGlobalsTab1_OnAdditionQNCategory(bool changed)
 {
     inHandler("ctlGlobalsTab1_OnAdditionQNCategory"_L1, [&] {
         if (changed)
-            noteChange(m_program.session.globalsChanged,
-                       tr("The quick-navigation category was added."));
+            noteChange(m_program.session.globalsChanged);
     });
 }
 
@@ -194,7 +196,7 @@ void frmMainUI::ctlBooksTab1_OnAddImportFiles(bool changed)
     inBooksHandler("ctlBooksTab1_OnAddImportFiles"_L1, [&] {
         m_program.session.projectName = ctlBooksTab1->ProjectName();
         if (changed)
-            noteChange(m_program.session.booksChanged, tr("Import files were added."));
+            noteChange(m_program.session.booksChanged);
     });
 }
 
@@ -203,7 +205,7 @@ void frmMainUI::ctlBooksTab1_OnAddSourceFiles(bool changed)
     inBooksHandler("ctlBooksTab1_OnAddSourceFiles"_L1, [&] {
         m_program.session.projectName = ctlBooksTab1->ProjectName();
         if (changed)
-            noteChange(m_program.session.booksChanged, tr("Source files were added."));
+            noteChange(m_program.session.booksChanged);
     });
 }
 
@@ -211,7 +213,15 @@ void frmMainUI::ctlBooksTab1_OnDeleteBook(bool changed)
 {
     inBooksHandler("ctlBooksTab1_OnDeleteBook"_L1, [&] {
         if (changed)
-            noteChange(m_program.session.booksChanged, tr("The book was deleted."));
+            noteChange(m_program.session.booksChanged);
+    });
+}
+
+void frmMainUI::ctlBooksTab1_pagesChanged(bool changed)
+{
+    inBooksHandler("ctlBooksTab1_pagesChanged"_L1, [&] {
+        if (changed)
+            noteChange(m_program.session.booksChanged);
     });
 }
 
@@ -219,7 +229,7 @@ void frmMainUI::ctlQuickNav1_evtRefreshTree(bool changed)
 {
     inHandler("ctlQuickNav1_evtRefreshTree"_L1, [&] {
         if (changed)
-            noteChange(m_program.session.quickNavChanged, tr("The quick navigation was changed."));
+            noteChange(m_program.session.quickNavChanged);
     });
 }
 
@@ -256,14 +266,19 @@ void frmMainUI::showEditor(int tab)
         ctlQuickNav1->setVisible(true);
 }
 
-/// Marks a kind of change that no build has taken in yet; all derived data must be made again.
-void frmMainUI::noteChange(bool &flag, const QString &what)
+/// Marks a kind of change that no build has taken in yet.
+void frmMainUI::noteChange(bool &flag)
 {
     flag = true;
+    clearLights();
+}
+
+// All derived data must be made again.
+void frmMainUI::clearLights()
+{
     StatusIndicators(m_program.session, m_program.files, m_program.currentProject)
         .UpdateStatusXml(neutralColour);
     m_buildWindow().ctlBuildTab1().RefreshStatus(u"MainUI"_s);
-    say(what);
 }
 
 void frmMainUI::inBooksHandler(QLatin1StringView handler, const std::function<void()> &body)

@@ -2,13 +2,15 @@
 
 #include "catalogue/StatusIndicators.h"
 #include "controls/books/BookCommands.h"
+#include "controls/globals/CategoryCommands.h"
+#include "controls/links/MoveCommands.h"
 #include "controls/pages/PageStore.h"
 #include "dialogs/ProjectCreation.h"
 #include "platform/Paths.h"
 #include "projectfiles/BookFile.h"
 #include "reports/LinkIdFile.h"
 #include "resources/Texts.h"
-#include "tools/SourceImport.h"
+#include "tools/import/SourceImport.h"
 
 #include <QFileInfo>
 #include <QTemporaryDir>
@@ -210,6 +212,33 @@ int renameBook(Console &console, const QStringList &arguments)
     return 0;
 }
 
+int renamePage(Console &console, const QStringList &arguments)
+{
+    OpenProject project(console, arguments.at(0));
+    const TocBook book = bookOf(project.session, arguments.at(1));
+    const BookPage page = pageOf(project.session, book, arguments.at(2));
+    MoveCommands commands(project.session);
+    return commands.carryOut(commands.planFile(book, page.id, arguments.at(3)), true) ? 0 : 1;
+}
+
+int addCategory(Console &console, const QStringList &arguments)
+{
+    OpenProject project(console, arguments.at(0));
+    TocBook now = bookOf(project.session, arguments.at(1));
+    const TocBook old = now;
+    now.categories.append(arguments.at(2));
+    CategoryCommands(project.session).add(arguments.at(2));
+    BookCommands(project.session).change(old, now);
+    return 0;
+}
+
+int renameCategory(Console &console, const QStringList &arguments)
+{
+    OpenProject project(console, arguments.at(0));
+    CategoryCommands(project.session).change(arguments.at(1), arguments.at(2), {});
+    return 0;
+}
+
 int deleteBook(Console &console, const QStringList &arguments)
 {
     OpenProject project(console, arguments.at(0));
@@ -217,16 +246,61 @@ int deleteBook(Console &console, const QStringList &arguments)
     return 0;
 }
 
-int import(Console &console, const QStringList &arguments)
+/// Adds what was planned, as the author's command does.
+int add(Console &console, const QStringList &arguments,
+        const std::function<ImportPlan(SourceImport &, const TocBook &, const QString &)> &plan)
 {
     OpenProject project(console, arguments.at(0));
-    SourceImport sources(console.session, console.files);
-    const ImportPlan plan = sources.plan(arguments.at(0), bookOf(project.session, arguments.at(1)),
-                                         {console.files.productPath(arguments.at(2))});
-    const ImportResult result = sources.run(plan);
+    SourceImport import(console.session, console.files);
+    const ImportPlan decided = plan(import, bookOf(project.session, arguments.at(1)),
+                                    project.session.binPlace(u"Unpacked"_s));
+    for (const ImportOmission &omission : decided.omissions)
+        printLine({u"omitted"_s, omission.reference, omission.page, omission.reason});
+    for (const ImportItem &item : decided.items) {
+        if (!item.refusal.isEmpty())
+            printLine({u"refused"_s, item.remembered, item.refusal});
+    }
+    ImportResult result;
+    const QString fresh = project.session.binPlace(u"Added"_s);
+    project.session.performPrepared(u"import"_s, {}, [&](const Progress &progress) {
+        result = import.stage(decided, fresh, progress);
+        return result.changes;
+    });
     printLine({u"pages"_s, QString::number(result.pages.size()), u"files"_s,
                QString::number(result.copied)});
     return 0;
+}
+
+QStringList productPaths(Console &console, const QStringList &native)
+{
+    QStringList paths;
+    for (const QString &path : native)
+        paths.append(console.files.productPath(path));
+    return paths;
+}
+
+int import(Console &console, const QStringList &arguments)
+{
+    return add(console, arguments, [&](SourceImport &import, const TocBook &book, const QString &) {
+        return import.plan(arguments.at(0), book, productPaths(console, arguments.sliced(2)));
+    });
+}
+
+int importFiles(Console &console, const QStringList &arguments)
+{
+    return add(console, arguments,
+               [&](SourceImport &import, const TocBook &book, const QString &scratch) {
+                   return import.planImport(arguments.at(0), book,
+                                            productPaths(console, arguments.sliced(2)), scratch);
+               });
+}
+
+int importNewer(Console &console, const QStringList &arguments)
+{
+    return add(console, arguments,
+               [&](SourceImport &import, const TocBook &book, const QString &scratch) {
+                   return import.planNewer(arguments.at(0), book, scratch);
+               });
 }
 
 int savePage(Console &console, const QStringList &arguments)
@@ -234,7 +308,7 @@ int savePage(Console &console, const QStringList &arguments)
     OpenProject project(console, arguments.at(0));
     const TocBook book = bookOf(project.session, arguments.at(1));
     PageStore store(project.session);
-    OpenPage page = store.read(book, pageOf(project.session, book, arguments.at(2)));
+    OpenPage page = store.read({book, pageOf(project.session, book, arguments.at(2))});
     store.write(page, arguments.at(3));
     return 0;
 }
@@ -248,7 +322,7 @@ int verify(Console &console, const QStringList &)
         OpenProject project(console, name);
         for (const TocBook &book : project.session.books()) {
             for (const BookPage &page : flattened(project.session.book(book).pages))
-                (void)PageStore(project.session).read(book, page);
+                (void)PageStore(project.session).read({book, page});
         }
     }
     return 0;
@@ -270,8 +344,13 @@ QList<Command> commands()
         {u"books"_s, 1, u"NAME"_s, books},
         {u"add-book"_s, 4, u"NAME BOOK ACRONYM FOLDER"_s, addBook},
         {u"rename-book"_s, 3, u"NAME ACRONYM NEW-BOOK-NAME"_s, renameBook},
+        {u"rename-page"_s, 4, u"NAME ACRONYM FILE NEW-FILE"_s, renamePage},
+        {u"add-category"_s, 3, u"NAME ACRONYM CATEGORY"_s, addCategory},
+        {u"rename-category"_s, 3, u"NAME CATEGORY NEW-NAME"_s, renameCategory},
         {u"delete-book"_s, 2, u"NAME ACRONYM"_s, deleteBook},
-        {u"import"_s, 3, u"NAME ACRONYM FOLDER"_s, import},
+        {u"import"_s, 3, u"NAME ACRONYM FOLDER..."_s, import},
+        {u"import-files"_s, 3, u"NAME ACRONYM FILE..."_s, importFiles},
+        {u"import-newer"_s, 2, u"NAME ACRONYM"_s, importNewer},
         {u"save-page"_s, 4, u"NAME ACRONYM FILE TEXT"_s, savePage},
         {u"verify"_s, 0, {}, verify},
     };

@@ -3,6 +3,7 @@
 #include "components/LinkIDMerger.h"
 #include "dialogs/ProjectDeletion.h"
 #include "dialogs/merge/ProjectMerge.h"
+#include "tools/rename/ProjectRename.h"
 
 using namespace Qt::StringLiterals;
 
@@ -36,6 +37,21 @@ int reopen(Console &console, const QStringList &arguments)
     return 0;
 }
 
+int renameProject(Console &console, const QStringList &arguments)
+{
+    ProjectRename(console.program, arguments.at(0), arguments.at(1), true).run();
+    return 0;
+}
+
+/// What every start of the program does before it lists the projects.
+int finishRenamesNow(Console &console, const QStringList &)
+{
+    const QStringList problems = finishRenames(console.program);
+    for (const QString &problem : problems)
+        printLine({problem});
+    return problems.isEmpty() ? 0 : 1;
+}
+
 int merge(Console &console, const QStringList &arguments)
 {
     MergeRequest request{arguments.at(0), arguments.at(1), arguments.at(2), arguments.sliced(3)};
@@ -58,6 +74,8 @@ QList<Command> projectCommands()
         {u"release"_s, 2, u"NAME DATE"_s, release},
         {u"add-date"_s, 2, u"NAME DATE"_s, release},
         {u"reopen"_s, 1, u"NAME"_s, reopen},
+        {u"rename-project"_s, 2, u"NAME NEW-NAME"_s, renameProject},
+        {u"finish-renames"_s, 0, {}, finishRenamesNow},
         {u"merge"_s, 4, u"NAME ID LANGUAGE|- PROJECT..."_s, merge},
     };
 }

@@ -212,7 +212,9 @@ public:
     int loadforms = 0;
 
     void show(Form form) override { shown.append(form); }
+    QStringList opened;
     void loadform() override { ++loadforms; }
+    void openProject(const QString &name) override { opened.append(name); }
     bool unload(Form form) override
     {
         closed.append(form);

@@ -1,5 +1,6 @@
 #include "controls/books/BookCommands.h"
 
+#include "controls/books/KeyWordCommands.h"
 #include "platform/Clock.h"
 #include "platform/FileSystem.h"
 #include "platform/Paths.h"
@@ -11,6 +12,8 @@
 
 #include <QSet>
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -18,17 +21,6 @@ bool isPage(const QString &file)
 {
     return file.endsWith(".htm"_L1, Qt::CaseInsensitive)
            || file.endsWith(".html"_L1, Qt::CaseInsensitive);
-}
-
-/// Runs `body`; when it fails, runs `undo` and lets the error go on.
-template <typename Undo, typename Body>
-void orElse(Undo &&undo, Body &&body)
-{
-    const auto undone = [&](const QvError &error) {
-        undo();
-        throw error;
-    };
-    trap(undone, body);
 }
 
 bool overlap(const QString &a, const QString &b)
@@ -44,101 +36,98 @@ BookCommands::BookCommands(ProjectSession &session)
 {
 }
 
-void BookCommands::create(const TocBook &entry)
+bool BookCommands::create(const TocBook &entry)
 {
-    BookFile file(m_values, m_files);
-    const QString project = m_session.projectName();
-    const QString folder = file.folder(project, entry);
-    const bool hadFolder = m_files.folderExists(folder);
-    const bool hadFile = m_files.exists(folder + entry.file);
-    Book book = emptyBook(entry);
-    if (hadFile)
-        book.pages = file.read(project, entry).pages;
-
-    const auto takeBack = [&] {
-        if (mayBeListed(entry))
-            return;
-        if (!hadFile && m_files.exists(folder + entry.file))
-            m_files.removeFile(folder + entry.file);
-        if (!hadFolder && m_files.folderExists(folder))
-            m_files.removeFolder(folder);
-    };
-    orElse(takeBack, [&] {
+    return m_session.perform(tr("Create book %1").arg(entry.name), [&](StagedFiles &files) {
+        BookFile file(m_values, files);
+        const QString project = m_session.projectName();
+        Book book = emptyBook(entry);
+        if (files.exists(file.folder(project, entry) + entry.file))
+            book.pages = file.read(project, entry).pages;
         file.write(project, entry, book);
-        TableOfContents(m_values, m_files).addBook(project, entry);
+        TableOfContents(m_values, files).addBook(project, entry);
     });
-    m_session.rereadBooks();
 }
 
-// The list may be written and only not be flushed: what it names must stay.
-bool BookCommands::mayBeListed(const TocBook &entry)
+bool BookCommands::createMissingFile(const TocBook &entry)
 {
-    bool listed = true;
-    trap([](const QvError &) {},
-         [&] {
-             const Toc toc = TableOfContents(m_values, m_files).read(m_session.projectName());
-             listed = toc.books.contains(entry);
-         });
-    return listed;
+    return m_session.perform(tr("Create the file of %1").arg(entry.name), [&](StagedFiles &files) {
+        BookFile file(m_values, files);
+        const QString path = file.folder(m_session.projectName(), entry) + entry.file;
+        if (files.exists(path))
+            throw QvError(PathFileAccess, {}, tr("There is a file already: %1").arg(path));
+        file.write(m_session.projectName(), entry, emptyBook(entry));
+    });
 }
 
-void BookCommands::createMissingFile(const TocBook &entry)
+bool BookCommands::change(const TocBook &old, const TocBook &now)
 {
-    BookFile file(m_values, m_files);
-    const QString path = file.folder(m_session.projectName(), entry) + entry.file;
-    if (m_files.exists(path))
-        throw QvError(PathFileAccess, {}, u"There is a file already: "_s + path);
-    file.write(m_session.projectName(), entry, emptyBook(entry));
-    m_session.forgetBook(entry);
-}
-
-void BookCommands::change(const TocBook &old, const TocBook &now)
-{
-    const QString project = m_session.projectName();
-    TableOfContents toc(m_values, m_files);
-    toc.changeBook(project, old, now);
     const bool renamed = old.name != now.name || old.acronym != now.acronym;
-    orElse([&] { toc.changeBook(project, now, old); },
-           [&] {
-               BookFile file(m_values, m_files);
-               if (!renamed || !m_files.fileExists(file.folder(project, old) + old.file))
-                   return;
-               Book book = file.read(project, old);
-               book.name = now.name;
-               book.acronym = now.acronym;
-               book.dateChanged = emptyBook(now).dateChanged;
-               file.write(project, now, book);
-           });
-    m_session.bookWasRenamed(old, now);
+    const QString name = (renamed                            ? tr("Rename book %1")
+                          : old.categories != now.categories ? tr("Change categories of %1")
+                                                             : tr("Change book %1"))
+                             .arg(old.name);
+    return m_session.perform(name, [&](StagedFiles &files) {
+        TableOfContents(m_values, files).changeBook(m_session.projectName(), old, now);
+        if (renamed)
+            renameInFile(files, old, now);
+        if (old.acronym != now.acronym)
+            redirect(files, old, now);
+    });
 }
 
-void BookCommands::remove(const TocBook &entry, bool alsoFiles)
+void BookCommands::renameInFile(StagedFiles &files, const TocBook &old, const TocBook &now)
+{
+    BookFile file(m_values, files);
+    const QString project = m_session.projectName();
+    if (!files.fileExists(file.folder(project, old) + old.file))
+        return;
+    Book book = file.read(project, old);
+    book.name = now.name;
+    book.acronym = now.acronym;
+    book.dateChanged = emptyBook(now).dateChanged;
+    file.write(project, now, book);
+}
+
+// Quick navigation and keywords mean a book by its acronym; a twin keeps what was its own.
+void BookCommands::redirect(StagedFiles &files, const TocBook &old, const TocBook &now)
 {
     const QString project = m_session.projectName();
-    TableOfContents toc(m_values, m_files);
+    const QList<TocBook> &books = m_session.books();
+    const bool hasTwin = std::any_of(books.cbegin(), books.cend(), [&](const TocBook &book) {
+        return book.acronym == old.acronym && identityOf(book) != identityOf(old);
+    });
+    if (hasTwin)
+        return;
+    QuickNav quickNav = readQuickNav(m_values, files, project);
+    if (redirectLinks(quickNav, {old.acronym, {}}, {now.acronym, {}}) > 0)
+        writeQuickNav(m_values, files, project, quickNav);
+    KeyWordCommands::redirect(m_session, files, old.acronym, now.acronym);
+}
+
+bool BookCommands::move(const TocBook &entry, int to)
+{
+    return m_session.perform(tr("Move book %1").arg(entry.name), [&](StagedFiles &files) {
+        TableOfContents(m_values, files).moveBook(m_session.projectName(), entry, to);
+    });
+}
+
+bool BookCommands::remove(const TocBook &entry, bool alsoFiles)
+{
     const QString kept = alsoFiles ? folderKeptBecause(entry) : QString();
     if (!kept.isEmpty())
         throw QvError(PathFileAccess, {}, kept);
-
-    const qsizetype place = m_session.books().indexOf(entry);
-    toc.removeBook(project, entry);
-    const QString folder =
-        alsoFiles ? withoutBackslash(BookFile(m_values, m_files).folder(project, entry))
-                  : QString();
-    const auto listAgain = [&] {
-        // Only when the deletion did not even begin; a folder that is half gone is not a book.
-        if (m_files.folderExists(folder)) {
-            toc.addBook(project, entry);
-            toc.moveBook(project, entry, static_cast<int>(place));
-        }
-        m_session.rereadBooks();
-    };
-    orElse(listAgain, [&] {
-        if (alsoFiles && m_files.exists(folder))
-            deleteTree(m_files, folder);
+    const QString name = alsoFiles ? tr("Delete book %1") : tr("Take book %1 out of the project");
+    return m_session.perform(name.arg(entry.name), [&](StagedFiles &files) {
+        TableOfContents(m_values, files).removeBook(m_session.projectName(), entry);
+        if (!alsoFiles)
+            return;
+        KeyWordCommands::forgetPages(m_session, files, entry, std::nullopt);
+        const QString folder =
+            withoutBackslash(BookFile(m_values, files).folder(m_session.projectName(), entry));
+        if (files.exists(folder))
+            files.setAside(folder, m_session.binPlace(lastComponent(folder)));
     });
-    m_session.forgetBook(entry);
-    m_session.rereadBooks();
 }
 
 QString BookCommands::folderKeptBecause(const TocBook &entry)
@@ -189,29 +178,6 @@ QStringList BookCommands::titlesOf(const TocBook &entry, const QStringList &file
         titles.append(titleOf(book.pagePath(m_session.projectName(), entry, file)));
     }
     return titles;
-}
-
-void BookCommands::listPages(const TocBook &entry, const QStringList &files,
-                             const QStringList &titles)
-{
-    Book book = m_session.book(entry);
-    for (qsizetype i = 0; i < files.size(); ++i)
-        book.pages.append({{}, titles.at(i), files.at(i), {}, {}});
-    write(entry, book);
-}
-
-void BookCommands::write(const TocBook &entry, const Book &book)
-{
-    if (m_session.changedOnDisk(entry)) {
-        m_session.forgetBook(entry);
-        throw QvError(PathFileAccess, {},
-                      u"Another author changed the book \"%1\" meanwhile. It has been read again; "
-                      "please repeat the change."_s.arg(entry.name));
-    }
-    Book dated = book;
-    dated.dateChanged = emptyBook(entry).dateChanged;
-    BookFile(m_values, m_files).write(m_session.projectName(), entry, dated);
-    m_session.forgetBook(entry);
 }
 
 Book BookCommands::emptyBook(const TocBook &entry) const

@@ -3,12 +3,21 @@
 #include "controls/books/BookCommands.h"
 #include "controls/books/BookRules.h"
 #include "controls/books/CategoryList.h"
+#include "controls/books/NameDialog.h"
+#include "controls/globals/CategoryCommands.h"
 #include "controls/globals/CategoryNames.h"
+#include "controls/globals/CategoryRules.h"
+#include "controls/links/MovePages.h"
 #include "controls/parts/CheckedField.h"
 #include "controls/parts/Handler.h"
+#include "platform/FileSystem.h"
+#include "resources/Icons.h"
 
 #include <QFormLayout>
+#include <QHBoxLayout>
 #include <QLineEdit>
+#include <QLocale>
+#include <QPushButton>
 
 using namespace Qt::StringLiterals;
 
@@ -38,29 +47,58 @@ BookHeader::BookHeader(ProjectSession &session, QWidget *parent)
           [this](const QString &text) { return BookRules::acronymProblem(text, others()); }))
     , m_folder(shownField(u"txtFolder"_s, tr("Folder of the book"), this))
     , m_file(shownField(u"txtFile"_s, tr("File of the book"), this))
-    , m_type(shownField(u"txtType"_s, tr("Type of the book"), this))
+    , m_type(new CheckedField(u"txtType"_s, tr("Type of the book"),
+                              [](const QString &text) { return BookRules::typeProblem(text); }))
+    , m_facts(shownField(u"txtFacts"_s, tr("State of the book"), this))
     , m_categories(new CategoryList(this))
+    , cmdFolder(new QPushButton(tr("Change..."), this))
+    , cmdCategory(new QPushButton(icon("add"_L1), tr("Ne&w category..."), this))
 {
     layOut();
-    for (CheckedField *field : {m_name, m_acronym}) {
-        connect(field, &CheckedField::editingFinished, this, &BookHeader::commit);
-        connect(field, &CheckedField::escaped, this, &BookHeader::showCurrent);
-    }
-    connect(m_categories, &CategoryList::changed, this, &BookHeader::commitCategories,
-            Qt::QueuedConnection); // the list must not change inside its own signal
+    connectFields();
     showCurrent();
 }
 
 void BookHeader::layOut()
 {
+    m_categories->setObjectName(u"lstBookCategories"_s);
+    cmdFolder->setObjectName(u"cmdBookFolder"_s);
+    cmdCategory->setObjectName(u"cmdNewCategory"_s);
     auto *form = new QFormLayout(this);
     form->addRow(tr("&Name:"), m_name);
     form->addRow(tr("A&cronym:"), m_acronym);
-    form->addRow(tr("Folder:"), m_folder);
+    form->addRow(tr("Folder:"), folderRow());
     form->addRow(tr("File:"), m_file);
-    form->addRow(tr("Type:"), m_type);
-    form->addRow(tr("Ca&tegories:"), m_categories);
-    m_categories->setObjectName(u"lstBookCategories"_s);
+    form->addRow(tr("T&ype:"), m_type);
+    form->addRow(tr("State:"), m_facts);
+    form->addRow(tr("Categorie&s:"), m_categories);
+    form->addRow(QString(), cmdCategory);
+    setTabOrder(m_folder, cmdFolder);
+    setTabOrder(cmdFolder, m_file);
+}
+
+QWidget *BookHeader::folderRow()
+{
+    auto *row = new QWidget(this);
+    auto *layout = new QHBoxLayout(row);
+    layout->setContentsMargins({});
+    layout->addWidget(m_folder);
+    layout->addWidget(cmdFolder);
+    return row;
+}
+
+void BookHeader::connectFields()
+{
+    for (CheckedField *field : {m_name, m_acronym, m_type}) {
+        connect(field, &CheckedField::editingFinished, this, &BookHeader::commit);
+        connect(field, &CheckedField::escaped, this, &BookHeader::showCurrent);
+    }
+    connect(m_categories, &CategoryList::changed, this, &BookHeader::commitCategories,
+            Qt::QueuedConnection); // the list must not change inside its own signal
+    connect(cmdFolder, &QPushButton::clicked, this, &BookHeader::askFolder);
+    connect(cmdCategory, &QPushButton::clicked, this, &BookHeader::askCategory);
+    connect(&m_session, &ProjectSession::categoriesChanged, this, &BookHeader::showCategories);
+    connect(&m_session, &ProjectSession::bookChanged, this, &BookHeader::showFacts);
 }
 
 void BookHeader::showCurrent()
@@ -73,11 +111,43 @@ void BookHeader::showCurrent()
     m_folder->setToolTip(m_session.shownPath(m_session.folder() + m_book.folder));
     m_file->setText(m_book.file);
     m_type->setText(m_book.type);
+    showFacts();
+    showCategories();
+}
+
+void BookHeader::showCategories()
+{
     handled(m_session.program(), [this] {
         const QStringList available =
             m_session.projectName().isEmpty() ? QStringList() : availableCategories(m_session);
-        m_categories->setCategories(available, m_book.categories);
+        QHash<QString, int> uses;
+        for (const TocBook &book : m_session.books()) {
+            for (const QString &category : book.categories)
+                ++uses[category.toCaseFolded()];
+        }
+        m_categories->setCategories(available, m_book.categories, uses);
     });
+}
+
+void BookHeader::showFacts()
+{
+    QString facts;
+    trap([&](const QvError &) { facts = tr("The book's file cannot be read."); },
+         [&] {
+             const auto entry = m_session.currentBook();
+             if (!entry)
+                 return;
+             const Book &book = m_session.book(*entry);
+             const QDate date = QDate::fromString(book.dateChanged, Qt::ISODate);
+             facts = tr("%1 pages, last changed %2")
+                         .arg(QString::number(flattened(book.pages).size()),
+                              date.isValid() ? QLocale().toString(date, QLocale::ShortFormat)
+                                             : tr("on an unknown day"));
+             const QString path = m_session.folder() + entry->folder + u'\\' + entry->file;
+             if (m_session.program().files.status(path).readOnly)
+                 facts += tr(", locked");
+         });
+    m_facts->setText(facts);
 }
 
 void BookHeader::refresh()
@@ -92,7 +162,7 @@ void BookHeader::refresh()
 
 bool BookHeader::isEdited() const
 {
-    return m_name->isEdited() || m_acronym->isEdited();
+    return m_name->isEdited() || m_acronym->isEdited() || m_type->isEdited();
 }
 
 QList<TocBook> BookHeader::others() const
@@ -107,27 +177,77 @@ void BookHeader::commit()
     if (!isEdited() || !m_session.currentBook())
         return;
     TocBook now = m_book;
-    if (m_name->isEdited() && m_name->problem().isEmpty())
-        now.name = m_name->text();
-    if (m_acronym->isEdited() && m_acronym->problem().isEmpty())
-        now.acronym = m_acronym->text();
-    if (now == m_book) {
-        showCurrent();
-        return;
-    }
-    const bool done = handled(m_session.program(), [&] {
-        BookCommands(m_session).change(m_book, now);
-        return true;
-    });
+    const auto take = [](const CheckedField *field, QString &value) {
+        if (field->isEdited() && field->problem().isEmpty())
+            value = field->text();
+    };
+    take(m_name, now.name);
+    take(m_acronym, now.acronym);
+    take(m_type, now.type);
+    const bool isRenamed = now.name != m_book.name || now.acronym != m_book.acronym;
+    const bool isDone = now != m_book && change(now);
     showCurrent();
-    if (done)
+    if (isDone && isRenamed)
         Q_EMIT renamed(now.name, now.acronym);
+}
+
+bool BookHeader::change(const TocBook &now)
+{
+    const bool isDone =
+        handled(m_session.program(), [&] { return BookCommands(m_session).change(m_book, now); });
+    if (isDone)
+        Q_EMIT changed();
+    return isDone;
 }
 
 void BookHeader::commitCategories()
 {
     TocBook now = m_book;
     now.categories = m_categories->checked();
-    handled(m_session.program(), [&] { BookCommands(m_session).change(m_book, now); });
+    if (now != m_book)
+        change(now);
     showCurrent();
+}
+
+void BookHeader::askFolder()
+{
+    if (!m_session.mayLeave())
+        return;
+    const TocBook book = m_book;
+    auto *dialog = new NameDialog(
+        {tr("Rename the book's folder"), tr("&Folder:"), tr("&Rename"), book.folder},
+        [this, book](const QString &text) {
+            return MovePages(m_session, this).problemOfFolder(book, text);
+        },
+        this);
+    connect(dialog, &NameDialog::entered, this, [this, book](const QString &folder) {
+        const bool isDone = handled(m_session.program(), [&] {
+            return MovePages(m_session, this).renameBookFolder(book, folder);
+        });
+        if (isDone)
+            Q_EMIT pagesChanged();
+    });
+    dialog->open();
+}
+
+// The new category is the book's at once: why else make it here.
+void BookHeader::askCategory()
+{
+    auto *dialog = new NameDialog(
+        {tr("New category"), tr("&Name of the category:"), tr("&Create"), {}},
+        [this](const QString &text) {
+            return CategoryRules::problemOf(text, m_categories->names());
+        },
+        this);
+    connect(dialog, &NameDialog::entered, this, [this](const QString &name) {
+        const bool isDone = handled(m_session.program(), [&] {
+            CategoryCommands(m_session).add(name);
+            return true;
+        });
+        TocBook now = m_book;
+        now.categories.append(name);
+        if (isDone && change(now))
+            showCurrent();
+    });
+    dialog->open();
 }

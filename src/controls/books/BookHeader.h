@@ -7,6 +7,7 @@
 class CategoryList;
 class CheckedField;
 class QLineEdit;
+class QPushButton;
 
 /// Name, acronym, place and categories of the current book. A change is written when the field is
 /// left or Enter pressed; Escape, or leaving a field with a problem, brings the old text back.
@@ -24,10 +25,19 @@ public:
 
 Q_SIGNALS:
     void renamed(const QString &name, const QString &acronym);
+    void changed();      ///< anything; no build has taken it in
+    void pagesChanged(); ///< the folder was renamed, and links with it
 
 private:
     void layOut();
+    QWidget *folderRow();
+    void connectFields();
+    void showCategories();
+    void showFacts();
     void commit();
+    void askFolder();
+    void askCategory();
+    bool change(const TocBook &now);
     void commitCategories();
     [[nodiscard]] bool isEdited() const;
     [[nodiscard]] QList<TocBook> others() const;
@@ -38,6 +48,9 @@ private:
     CheckedField *m_acronym;
     QLineEdit *m_folder;
     QLineEdit *m_file;
-    QLineEdit *m_type;
+    CheckedField *m_type;
+    QLineEdit *m_facts; ///< date of the last change, number of pages, lock of the book's file
     CategoryList *m_categories;
+    QPushButton *cmdFolder;
+    QPushButton *cmdCategory;
 };

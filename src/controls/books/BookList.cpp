@@ -1,14 +1,15 @@
 #include "controls/books/BookList.h"
 
+#include "controls/books/BookCommands.h"
 #include "controls/parts/Handler.h"
 #include "platform/FileSystem.h"
 #include "resources/Icons.h"
 
+#include <QAction>
 #include <QHBoxLayout>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
-#include <QShortcut>
 #include <QSignalBlocker>
 #include <QStyle>
 #include <QVBoxLayout>
@@ -20,26 +21,39 @@ BookList::BookList(ProjectSession &session, QWidget *parent)
     , m_session(session)
     , txtFilter(new QLineEdit(this))
     , lstBooks(new QListWidget(this))
-    , cmdNew(new QPushButton(icon("book-new"_L1), tr("&New book..."), this))
-    , cmdDelete(new QPushButton(icon("delete"_L1), tr("&Delete book..."), this))
+    , cmdNew(new QPushButton(icon("book-new"_L1), tr("New boo&k..."), this))
+    , cmdDelete(new QPushButton(icon("delete"_L1), tr("Delete book..."), this))
 {
     layOut();
     connect(txtFilter, &QLineEdit::textChanged, this, &BookList::filter);
     connect(lstBooks, &QListWidget::currentRowChanged, this, &BookList::choose);
-    connect(cmdNew, &QPushButton::clicked, this, &BookList::newRequested);
+    addCommands();
+    rebuild();
+}
+
+void BookList::addCommands()
+{
     const auto askDelete = [this] {
         if (const auto book = m_session.currentBook())
             Q_EMIT deleteRequested(*book);
     };
+    connect(cmdNew, &QPushButton::clicked, this, &BookList::newRequested);
     connect(cmdDelete, &QPushButton::clicked, this, askDelete);
-    const auto onKey = [this](const QKeySequence &keys, const auto &action) {
-        connect(new QShortcut(keys, lstBooks, nullptr, nullptr, Qt::WidgetShortcut),
-                &QShortcut::activated, this, action);
+    const auto add = [this](QLatin1StringView picture, const QString &text,
+                            const QKeySequence &keys, const auto &command) {
+        auto *action = new QAction(icon(picture), text, lstBooks);
+        action->setShortcut(keys);
+        action->setShortcutContext(Qt::WidgetShortcut);
+        connect(action, &QAction::triggered, this, command);
+        lstBooks->addAction(action);
     };
-    onKey(QKeySequence::Delete, askDelete);
-    onKey(Qt::Key_Insert, [this] { Q_EMIT newRequested(); });
-    onKey(QKeySequence::Find, [this] { txtFilter->setFocus(); });
-    rebuild();
+    add("book-new"_L1, tr("&New book..."), Qt::Key_Insert, [this] { Q_EMIT newRequested(); });
+    add("edit"_L1, tr("&Rename"), Qt::Key_F2, [this] { Q_EMIT renameRequested(); });
+    add("delete"_L1, tr("&Delete book..."), QKeySequence::Delete, askDelete);
+    add("up"_L1, tr("Move &up"), Qt::ALT | Qt::Key_Up, [this] { move(-1); });
+    add("down"_L1, tr("Move d&own"), Qt::ALT | Qt::Key_Down, [this] { move(1); });
+    add("filter"_L1, tr("&Filter"), QKeySequence::Find, [this] { txtFilter->setFocus(); });
+    lstBooks->setContextMenuPolicy(Qt::ActionsContextMenu);
 }
 
 void BookList::layOut()
@@ -51,6 +65,7 @@ void BookList::layOut()
     lstBooks->setObjectName(u"lstBooks"_s);
     lstBooks->setAccessibleName(tr("Books of the project"));
     lstBooks->setUniformItemSizes(true);
+    lstBooks->setTextElideMode(Qt::ElideMiddle);
     const int iconSize = style()->pixelMetric(QStyle::PM_SmallIconSize);
     lstBooks->setIconSize({iconSize, iconSize});
     cmdNew->setObjectName(u"cmdNewBook"_s);
@@ -75,7 +90,7 @@ void BookList::rebuild()
     for (const TocBook &book : m_session.books()) {
         auto *item =
             new QListWidgetItem(bookIcon, u"%1 (%2)"_s.arg(book.name, book.acronym), lstBooks);
-        item->setToolTip(book.folder);
+        item->setToolTip(item->text() + u'\n' + book.folder);
     }
     cmdNew->setEnabled(!m_session.projectName().isEmpty());
     filter(txtFilter->text());
@@ -87,6 +102,7 @@ void BookList::followSession()
     const QSignalBlocker quiet(lstBooks);
     lstBooks->setCurrentRow(rowOfCurrent());
     cmdDelete->setEnabled(m_session.currentBook().has_value());
+    cmdDelete->setToolTip(cmdDelete->isEnabled() ? QString() : tr("Choose a book of the list."));
 }
 
 int BookList::rowOfCurrent() const
@@ -111,4 +127,14 @@ void BookList::choose(int row)
     // When the page that is open cannot be left, the list goes back to its book.
     if (!m_session.select(book))
         QMetaObject::invokeMethod(this, &BookList::followSession, Qt::QueuedConnection);
+}
+
+void BookList::move(int by)
+{
+    const auto book = m_session.currentBook();
+    const int to = rowOfCurrent() + by;
+    if (!book || to < 0 || to >= m_session.books().size())
+        return;
+    if (handled(m_session.program(), [&] { return BookCommands(m_session).move(*book, to); }))
+        Q_EMIT changed();
 }

@@ -8,7 +8,7 @@ class QLineEdit;
 class QListWidget;
 class QPushButton;
 
-/// The books of the project, with New and Delete.
+/// The books of the project, in their order, with what can be done with them.
 class BookList final : public QWidget
 {
     Q_OBJECT
@@ -23,9 +23,13 @@ public:
 Q_SIGNALS:
     void newRequested();
     void deleteRequested(const TocBook &book);
+    void renameRequested(); ///< of the current book
+    void changed();         ///< the order; no build has taken it in
 
 private:
     void layOut();
+    void addCommands();
+    void move(int by);
     void filter(const QString &text);
     void choose(int row);
     [[nodiscard]] int rowOfCurrent() const;

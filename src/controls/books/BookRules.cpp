@@ -31,8 +31,20 @@ const TocBook *bookWith(const QList<TocBook> &books, QString TocBook::*member, c
     return found == books.cend() ? nullptr : &*found;
 }
 
+QString commonProblem(const QString &what, const QString &value, qsizetype longest)
+{
+    if (value.trimmed().isEmpty())
+        return u"Enter the book's %1."_s.arg(what);
+    if (value.size() > longest)
+        return u"The %1 is too long: at most %2 characters."_s.arg(what).arg(longest);
+    if (const QString character = BookRules::forbiddenIn(value); !character.isEmpty())
+        return u"The %1 holds a character that is not allowed (%2)."_s.arg(what, character);
+    return {};
+}
+} // namespace
+
 // What XML cannot hold, what moves the writing direction about, and halves of characters.
-QString forbiddenIn(const QString &text)
+QString BookRules::forbiddenIn(const QString &text)
 {
     for (const char32_t c : text.toUcs4()) {
         const QChar::Category category = QChar::category(c);
@@ -42,18 +54,6 @@ QString forbiddenIn(const QString &text)
     }
     return {};
 }
-
-QString commonProblem(const QString &what, const QString &value, qsizetype longest)
-{
-    if (value.trimmed().isEmpty())
-        return u"Enter the book's %1."_s.arg(what);
-    if (value.size() > longest)
-        return u"The %1 is too long: at most %2 characters."_s.arg(what).arg(longest);
-    if (const QString character = forbiddenIn(value); !character.isEmpty())
-        return u"The %1 holds a character that is not allowed (%2)."_s.arg(what, character);
-    return {};
-}
-} // namespace
 
 QString BookRules::nameProblem(const QString &name, const QList<TocBook> &others)
 {
@@ -95,6 +95,11 @@ QString BookRules::folderProblem(const QString &folder, const QList<TocBook> &ot
     if (const TocBook *taken = bookWith(others, &TocBook::folder, folder))
         return u"The book \"%1\" uses this folder already."_s.arg(taken->name);
     return {};
+}
+
+QString BookRules::typeProblem(const QString &type)
+{
+    return type.isEmpty() ? QString() : commonProblem(u"type"_s, type, 100);
 }
 
 QString BookRules::folderAdvice(const QString &folder)

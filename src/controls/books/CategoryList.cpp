@@ -10,7 +10,8 @@ CategoryList::CategoryList(QWidget *parent)
     connect(this, &QListWidget::itemChanged, this, &CategoryList::changed);
 }
 
-void CategoryList::setCategories(const QStringList &available, const QStringList &checked)
+void CategoryList::setCategories(const QStringList &available, const QStringList &checked,
+                                 const QHash<QString, int> &uses)
 {
     const QSignalBlocker quiet(this);
     QStringList names = available;
@@ -25,8 +26,13 @@ void CategoryList::setCategories(const QStringList &available, const QStringList
         m_names = names;
     }
     for (int row = 0; row < count(); ++row) {
+        const QString &name = m_names.at(row);
+        const int books = uses.value(name.toCaseFolded());
+        item(row)->setText(books == 0   ? name
+                           : books == 1 ? tr("%1 (1 book)").arg(name)
+                                        : tr("%1 (%2 books)").arg(name).arg(books));
         item(row)->setFlags(Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsUserCheckable);
-        const bool has = checked.contains(item(row)->text(), Qt::CaseInsensitive);
+        const bool has = checked.contains(name, Qt::CaseInsensitive);
         item(row)->setCheckState(has ? Qt::Checked : Qt::Unchecked);
     }
 }
@@ -36,7 +42,7 @@ QStringList CategoryList::checked() const
     QStringList names;
     for (int row = 0; row < count(); ++row) {
         if (item(row)->checkState() == Qt::Checked)
-            names.append(item(row)->text());
+            names.append(m_names.at(row));
     }
     return names;
 }

@@ -1,26 +1,16 @@
 #include "controls/books/DeleteBookDialog.h"
 
 #include "controls/books/BookCommands.h"
+#include "controls/books/WhatGoes.h"
 #include "controls/parts/Handler.h"
 
 #include <QDialogButtonBox>
 #include <QLabel>
-#include <QListWidget>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QVBoxLayout>
 
 using namespace Qt::StringLiterals;
-
-namespace {
-QLabel *plainLabel(const QString &text, QWidget *parent)
-{
-    auto *label = new QLabel(text, parent);
-    label->setTextFormat(Qt::PlainText);
-    label->setWordWrap(true);
-    return label;
-}
-} // namespace
 
 DeleteBookDialog::DeleteBookDialog(ProjectSession &session, const TocBook &book, QWidget *parent)
     : QDialog(parent)
@@ -40,7 +30,7 @@ void DeleteBookDialog::layOut()
     auto *layout = new QVBoxLayout(this);
     layout->addWidget(
         plainLabel(tr("Delete the book \"%1\" (%2)?").arg(m_book.name, m_book.acronym), this));
-    layout->addWidget(pageList());
+    addPages(layout);
 
     m_entryOnly->setObjectName(u"optEntryOnly"_s);
     m_alsoFiles->setObjectName(u"optAlsoFiles"_s);
@@ -63,24 +53,16 @@ void DeleteBookDialog::layOut()
     setMinimumWidth(fontMetrics().averageCharWidth() * 64);
 }
 
-QWidget *DeleteBookDialog::pageList()
+void DeleteBookDialog::addPages(QVBoxLayout *layout)
 {
     QList<BookPage> pages;
     QString unreadable;
     trap([&](const QvError &error) { unreadable = error.description(); },
          [&] { pages = flattened(m_session.book(m_book).pages); });
-    if (!unreadable.isEmpty())
-        return plainLabel(unreadable, this);
-    if (pages.isEmpty())
-        return plainLabel(tr("It has no pages."), this);
-
-    auto *list = new QListWidget(this);
-    list->setObjectName(u"lstPages"_s);
-    list->setAccessibleName(tr("Pages of the book"));
-    list->setUniformItemSizes(true);
-    for (const BookPage &page : std::as_const(pages))
-        list->addItem(page.title.isEmpty() ? page.file : u"%1 (%2)"_s.arg(page.title, page.file));
-    return list;
+    if (unreadable.isEmpty())
+        addWhatGoes(layout, m_session, m_book, pages);
+    else
+        layout->addWidget(plainLabel(unreadable, this));
 }
 
 void DeleteBookDialog::accept()

@@ -5,6 +5,7 @@
 #include <QDialog>
 
 class QRadioButton;
+class QVBoxLayout;
 
 /// *Delete book*: shows the book's pages and asks whether only its entry goes or its files too.
 /// Deletes when it is accepted; a failure is shown and the dialog stays.
@@ -18,7 +19,7 @@ public:
 private:
     void accept() override;
     void layOut();
-    [[nodiscard]] QWidget *pageList();
+    void addPages(QVBoxLayout *layout);
 
     ProjectSession &m_session;
     TocBook m_book;

@@ -1,57 +1,86 @@
 #include "controls/books/PageOutline.h"
 
 #include "controls/books/BookCommands.h"
+#include "controls/books/OutlineMenu.h"
+#include "controls/books/OutlineTree.h"
+#include "controls/books/PageActions.h"
+#include "controls/books/PageCommands.h"
 #include "controls/parts/Handler.h"
+#include "controls/session/ProjectPages.h"
 #include "platform/FileSystem.h"
-#include "platform/Paths.h"
-#include "platform/TreeWalker.h"
 #include "resources/Icons.h"
-#include "startup/Session.h"
 #include "startup/frmProgBar.h"
 
+#include <QAction>
 #include <QHBoxLayout>
-#include <QHeaderView>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMenu>
 #include <QPushButton>
+#include <QShortcut>
 #include <QSignalBlocker>
-#include <QTreeWidget>
-#include <QTreeWidgetItemIterator>
 #include <QVBoxLayout>
+
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
 namespace {
-enum Column { TitleColumn, FileColumn, ProblemColumn };
-constexpr int idRole = Qt::UserRole;
-
-QString comparable(const QString &file)
-{
-    return QString(file).replace(u'/', u'\\').toCaseFolded();
-}
-
 bool isMissing(const QvError &error)
 {
     return error.number() == FileNotFound || error.number() == PathNotFound;
 }
 } // namespace
 
-PageOutline::PageOutline(ProjectSession &session, QWidget *parent)
+PageOutline::PageOutline(ProjectSession &session, PageActions *pages, QWidget *parent)
     : QWidget(parent)
     , m_session(session)
+    , m_pages(pages)
     , m_notice(new QWidget(this))
     , m_says(new QLabel(m_notice))
     , m_remedyButton(new QPushButton(m_notice))
-    , tvwPages(new QTreeWidget(this))
-    , cmdAdd(new QPushButton(icon("add"_L1), tr("&Add source files"), this))
+    , txtFilter(new QLineEdit(this))
+    , tvwPages(new OutlineTree(this))
+    , m_rows(session, tvwPages)
+    , m_menu(new OutlineMenu(session, tvwPages, pages))
+    , cmdNew(addButton("cmdNewPage", tr("New pa&ge..."), "page-new"_L1))
+    , cmdAdd(addButton("cmdAddSourceFiles", tr("&Add source files"), "add"_L1))
+    , cmdImport(addButton("cmdAddImportFiles", tr("Add &import files"), "import"_L1))
 {
     layOut();
+    connectTree();
     connect(m_remedyButton, &QPushButton::clicked, this, &PageOutline::runRemedy);
+    connect(txtFilter, &QLineEdit::textChanged, this,
+            [this](const QString &text) { m_rows.filter(text); });
+    connect(cmdNew, &QPushButton::clicked, m_menu->newPage(), &QAction::trigger);
+    connect(m_menu, &OutlineMenu::listRequested, this, &PageOutline::askList);
+    connect(&session.pages(), &ProjectPages::updated, this, [this] { m_rows.showProblems(); });
+    showCurrent();
+}
+
+void PageOutline::connectTree()
+{
     connect(tvwPages, &QTreeWidget::currentItemChanged, this,
             [this](const QTreeWidgetItem *item) { choose(item); });
     connect(tvwPages, &QTreeWidget::itemActivated, this,
             [this] { Q_EMIT m_session.openRequested(); });
-    showCurrent();
+    connect(tvwPages, &QTreeWidget::itemCollapsed, this,
+            [this](const QTreeWidgetItem *item) { noteFolded(item, true); });
+    connect(tvwPages, &QTreeWidget::itemExpanded, this,
+            [this](const QTreeWidgetItem *item) { noteFolded(item, false); });
+    connect(tvwPages, &OutlineTree::titleJudged, this,
+            [this](const QString &problem) { say(problem, Remedy::None); });
+    connect(tvwPages, &OutlineTree::titleEntered, this,
+            [this](const QString &page, const QString &title) {
+                if (const auto book = m_session.currentBook())
+                    m_pages->rename(*book, page, title);
+            });
+    connect(tvwPages, &OutlineTree::nodesDropped, this, &PageOutline::drop, Qt::QueuedConnection);
+    connect(tvwPages, &OutlineTree::filesDropped, this, [this](QStringList paths) {
+        for (QString &path : paths)
+            path = m_session.program().files.productPath(path);
+        Q_EMIT filesDropped(paths);
+    });
 }
 
 void PageOutline::layOut()
@@ -65,104 +94,156 @@ void PageOutline::layOut()
     notice->addWidget(m_says);
     notice->addWidget(m_remedyButton, 0, Qt::AlignLeft);
 
-    tvwPages->setObjectName(u"tvwPages"_s);
-    tvwPages->setAccessibleName(tr("Pages of the book"));
-    tvwPages->setHeaderLabels({tr("Page"), tr("File"), tr("Problem")});
-    tvwPages->setUniformRowHeights(true);
-    const int letter = fontMetrics().averageCharWidth();
-    tvwPages->header()->resizeSection(TitleColumn, 30 * letter);
-    tvwPages->header()->resizeSection(FileColumn, 17 * letter);
-
-    auto *sources = new QMenu(cmdAdd);
-    QAction *folder = sources->addAction(icon("folder"_L1), tr("From a &folder..."), this,
-                                         &PageOutline::addFolderRequested);
-    folder->setObjectName(u"mnuAddFolder"_s);
-    QAction *files = sources->addAction(icon("page"_L1), tr("Single f&iles..."), this,
-                                        &PageOutline::addFilesRequested);
-    files->setObjectName(u"mnuAddFiles"_s);
-    cmdAdd->setObjectName(u"cmdAddSourceFiles"_s);
-    cmdAdd->setMenu(sources);
+    txtFilter->setObjectName(u"txtPageFilter"_s);
+    txtFilter->setAccessibleName(tr("Filter of the pages"));
+    txtFilter->setPlaceholderText(tr("Filter"));
+    txtFilter->setClearButtonEnabled(true);
+    connect(new QShortcut(QKeySequence::Find, tvwPages, nullptr, nullptr, Qt::WidgetShortcut),
+            &QShortcut::activated, txtFilter, qOverload<>(&QWidget::setFocus));
 
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins({});
     layout->addWidget(m_notice);
+    layout->addWidget(txtFilter);
     layout->addWidget(tvwPages);
-    layout->addWidget(cmdAdd, 0, Qt::AlignLeft);
+    layout->addWidget(buttons());
+}
+
+QWidget *PageOutline::buttons()
+{
+    const auto menuOf = [this](QPushButton *button, const char *folderName,
+                               void (PageOutline::*folder)(), const char *filesName,
+                               void (PageOutline::*files)()) {
+        auto *menu = new QMenu(button);
+        menu->addAction(icon("folder"_L1), tr("From a &folder..."), this, folder)
+            ->setObjectName(QString::fromLatin1(folderName));
+        menu->addAction(icon("page"_L1), tr("Single f&iles..."), this, files)
+            ->setObjectName(QString::fromLatin1(filesName));
+        button->setMenu(menu);
+    };
+    menuOf(cmdAdd, "mnuAddFolder", &PageOutline::addFolderRequested, "mnuAddFiles",
+           &PageOutline::addFilesRequested);
+    menuOf(cmdImport, "mnuImportFolder", &PageOutline::importFolderRequested, "mnuImportFiles",
+           &PageOutline::importFilesRequested);
+    cmdImport->menu()
+        ->addAction(icon("refresh"_L1), tr("&Newer versions of what was added..."), this,
+                    &PageOutline::importNewerRequested)
+        ->setObjectName(u"mnuImportNewer"_s);
+    auto *row = new QWidget(this);
+    auto *layout = new QHBoxLayout(row);
+    layout->setContentsMargins({});
+    layout->addWidget(cmdNew);
+    layout->addWidget(cmdAdd);
+    layout->addWidget(cmdImport);
+    layout->addStretch();
+    return row;
+}
+
+QPushButton *PageOutline::addButton(const char *objectName, const QString &text,
+                                    QLatin1StringView picture)
+{
+    auto *button = new QPushButton(icon(picture), text, this);
+    button->setObjectName(QString::fromLatin1(objectName));
+    return button;
+}
+
+QString PageOutline::key() const
+{
+    const auto &book = m_session.currentBook();
+    return book ? m_session.projectName() + u'\n' + identityOf(*book) : QString();
 }
 
 void PageOutline::showCurrent()
 {
     const QSignalBlocker quiet(tvwPages);
+    const QStringList chosen = tvwPages->chosen();
     tvwPages->clear();
+    tvwPages->setBook(m_session.folder(), m_session.currentBook().value_or(TocBook()));
     say({}, Remedy::None);
-    cmdAdd->setEnabled(false);
-    if (!m_session.currentBook())
-        return;
-    const auto showProblem = [this](const QvError &error) {
-        say(error.description(), isMissing(error) ? Remedy::CreateFile : Remedy::None);
-    };
-    trap(showProblem, [this] { readBook(); });
+    for (QPushButton *const button : {cmdNew, cmdAdd, cmdImport})
+        button->setEnabled(false);
+    tvwPages->setEnabled(false);
+    if (m_session.currentBook()) {
+        const auto showTrouble = [this](const QvError &error) {
+            say(error.description(), isMissing(error) ? Remedy::CreateFile : Remedy::None);
+        };
+        trap(showTrouble, [this] { readBook(); });
+    }
     followSession();
+    for (const QString &page : chosen) {
+        if (QTreeWidgetItem *const item = tvwPages->itemOf(page); item && chosen.size() > 1)
+            item->setSelected(true);
+    }
+    m_menu->refresh();
 }
 
 void PageOutline::readBook()
 {
     const TocBook &entry = *m_session.currentBook();
     const QList<BookPage> pages = m_session.book(entry).pages;
-    cmdAdd->setEnabled(true);
-    addItems(tvwPages->invisibleRootItem(), pages, filesInFolder());
-    tvwPages->expandAll();
+    for (QPushButton *const button : {cmdNew, cmdAdd, cmdImport})
+        button->setEnabled(true);
+    tvwPages->setEnabled(true);
+    m_rows.fill(entry, m_folded.value(key()));
+    m_rows.filter(txtFilter->text());
     if (!pages.isEmpty())
         return;
     if (const auto found = BookCommands(m_session).unlistedPages(entry).size(); found > 0)
-        say(tr("The book lists no pages, but its folder holds %n.", nullptr,
-               static_cast<int>(found)),
-            Remedy::ListPages);
+        say(tr("The book lists no pages, but its folder holds %1.").arg(found), Remedy::ListPages);
 }
 
-// One walk over the folder instead of a look for each page.
-QSet<QString> PageOutline::filesInFolder() const
+void PageOutline::noteFolded(const QTreeWidgetItem *item, bool folded)
 {
-    FileSystem &files = m_session.program().files;
-    const QString folder = BookFile(m_session.program().session, files)
-                               .folder(m_session.projectName(), *m_session.currentBook());
-    QSet<QString> found;
-    walkTree(files, withoutBackslash(folder), [&](const TreeEntry &entry) {
-        if (entry.status.kind == FileKind::File)
-            found.insert(comparable(entry.relative));
-    });
-    return found;
-}
-
-void PageOutline::addItems(QTreeWidgetItem *parent, const QList<BookPage> &pages,
-                           const QSet<QString> &files)
-{
-    const QIcon there = icon("page"_L1);
-    const QIcon gone = icon("page-missing"_L1);
-    for (const BookPage &page : pages) {
-        const bool isThere = files.contains(comparable(page.file));
-        const QString title = page.title.isEmpty() ? page.file : page.title;
-        auto *item = new QTreeWidgetItem(
-            parent, {title, page.file, isThere ? QString() : tr("file missing")});
-        item->setIcon(TitleColumn, isThere ? there : gone);
-        item->setData(TitleColumn, idRole, page.id);
-        addItems(item, page.pages, files);
-    }
+    QSet<QString> &pages = m_folded[key()];
+    const QString page = item->data(OutlineTree::TitleColumn, OutlineTree::IdRole).toString();
+    if (folded)
+        pages.insert(page);
+    else
+        pages.remove(page);
 }
 
 void PageOutline::followSession()
 {
+    const QString page = m_session.currentPage();
+    const QTreeWidgetItem *const now = tvwPages->currentItem();
+    if (now != nullptr
+        && now->data(OutlineTree::TitleColumn, OutlineTree::IdRole).toString() == page)
+        return; // several may be chosen
     const QSignalBlocker quiet(tvwPages);
-    QTreeWidgetItem *current = nullptr;
-    if (const QString &id = m_session.currentPage(); !id.isEmpty()) {
-        for (QTreeWidgetItemIterator at(tvwPages); *at != nullptr && current == nullptr; ++at) {
-            if ((*at)->data(TitleColumn, idRole).toString() == id)
-                current = *at;
-        }
-    }
-    tvwPages->setCurrentItem(current);
-    if (current != nullptr)
-        tvwPages->scrollToItem(current);
+    QTreeWidgetItem *const item = page.isEmpty() ? nullptr : tvwPages->itemOf(page);
+    tvwPages->setCurrentItem(item);
+    if (item != nullptr)
+        tvwPages->scrollToItem(item);
+    else
+        tvwPages->clearSelection();
+    m_menu->refresh();
+}
+
+void PageOutline::lookAgain(const QStringList &paths)
+{
+    const auto &book = m_session.currentBook();
+    const bool isOurs = book && std::any_of(paths.cbegin(), paths.cend(), [&](const QString &path) {
+                            return path.startsWith(book->folder, Qt::CaseInsensitive);
+                        });
+    if (isOurs)
+        showCurrent();
+}
+
+void PageOutline::editTitle()
+{
+    tvwPages->setFocus(Qt::ShortcutFocusReason);
+    if (tvwPages->currentItem() != nullptr)
+        tvwPages->editItem(tvwPages->currentItem());
+}
+
+void PageOutline::step(int by)
+{
+    QTreeWidgetItem *const now = tvwPages->currentItem();
+    QTreeWidgetItem *const next = now == nullptr ? tvwPages->topLevelItem(0)
+                                  : by < 0       ? tvwPages->itemAbove(now)
+                                                 : tvwPages->itemBelow(now);
+    if (next != nullptr)
+        tvwPages->setCurrentItem(next);
 }
 
 void PageOutline::choose(const QTreeWidgetItem *item)
@@ -171,8 +252,25 @@ void PageOutline::choose(const QTreeWidgetItem *item)
         return;
     const TocBook book = *m_session.currentBook();
     // When the page that is open cannot be left, the outline goes back to it.
-    if (!m_session.select(book, item->data(TitleColumn, idRole).toString()))
+    if (!m_session.select(book,
+                          item->data(OutlineTree::TitleColumn, OutlineTree::IdRole).toString()))
         QMetaObject::invokeMethod(this, &PageOutline::followSession, Qt::QueuedConnection);
+}
+
+void PageOutline::drop(const DraggedNodes &nodes, const OutlinePlace &place)
+{
+    const auto target = m_session.currentBook();
+    if (!target)
+        return;
+    for (const TocBook &book : QList(m_session.books())) {
+        QStringList pages;
+        for (const DraggedNode &dragged : nodes.nodes) {
+            if (dragged.node.book && identityOf(*dragged.node.book) == identityOf(book))
+                pages.append(dragged.node.page);
+        }
+        if (!pages.isEmpty())
+            m_pages->move(book, pages, *target, place);
+    }
 }
 
 void PageOutline::say(const QString &text, Remedy remedy)
@@ -190,21 +288,41 @@ void PageOutline::runRemedy()
 {
     const TocBook book = *m_session.currentBook();
     handled(m_session.program(), [&] {
-        BookCommands commands(m_session);
         if (m_remedy == Remedy::CreateFile)
-            commands.createMissingFile(book);
+            BookCommands(m_session).createMissingFile(book);
         else
-            listPages(commands, book);
+            listPages(book, BookCommands(m_session).unlistedPages(book));
+    });
+    showCurrent();
+}
+
+void PageOutline::askList()
+{
+    handled(m_session.program(), [this] {
+        const TocBook book = *m_session.currentBook();
+        const QStringList files = BookCommands(m_session).unlistedPages(book);
+        if (files.isEmpty()) {
+            Q_EMIT m_session.done(tr("The book lists all pages of its folder."));
+            return;
+        }
+        const QString some = files.first(qMin<qsizetype>(files.size(), 10)).join(u'\n');
+        const QString rest = files.size() > 10 ? u"\n..."_s : QString();
+        const int answer = m_session.program().messages.choose(
+            {tr("The folder holds %1 pages that the book does not list:\n%2")
+                 .arg(QString::number(files.size()), some + rest),
+             {tr("List them"), tr("Cancel")}});
+        if (answer == 0)
+            listPages(book, files);
     });
 }
 
-void PageOutline::listPages(BookCommands &commands, const TocBook &book)
+void PageOutline::listPages(const TocBook &book, const QStringList &files)
 {
-    const QStringList files = commands.unlistedPages(book);
     QStringList titles;
     const auto read = [&](const Progress &progress) {
-        titles = commands.titlesOf(book, files, progress);
+        titles = BookCommands(m_session).titlesOf(book, files, progress);
     };
     runWithProgress(m_session.program(), this, tr("Reading the pages..."), read);
-    commands.listPages(book, files, titles);
+    if (PageCommands(m_session).list(book, files, titles))
+        Q_EMIT m_pages->changed();
 }

@@ -1,15 +1,17 @@
 #include "controls/import/AddSourceFiles.h"
 
-#include "controls/import/AddSourceFilesDialog.h"
+#include "controls/import/ImportList.h"
 #include "controls/parts/Handler.h"
-#include "startup/frmProgBar.h"
-#include "tools/SourceImport.h"
+#include "tools/import/SourceImport.h"
+
+#include <QWidget>
 
 AddSourceFiles::AddSourceFiles(ProjectSession &session, QWidget *window)
     : QObject(window)
     , m_session(session)
-    , m_window(window)
+    , m_list(new ImportList(session, window))
 {
+    connect(m_list, &ImportList::added, this, &AddSourceFiles::added);
 }
 
 void AddSourceFiles::begin(const QStringList &picked)
@@ -18,33 +20,11 @@ void AddSourceFiles::begin(const QStringList &picked)
         return;
     handled(m_session.program(), [&] {
         Program &program = m_session.program();
-        const TocBook book = *m_session.currentBook();
         ImportPlan plan;
-        const auto look = [&](const Progress &progress) {
-            SourceImport import(program.session, program.files);
-            plan = import.plan(m_session.projectName(), book, picked, progress);
-        };
-        runWithProgress(program, m_window, tr("Looking at the source files..."), look);
-        auto *list = new AddSourceFilesDialog(program.files, plan, m_window);
-        list->setAttribute(Qt::WA_DeleteOnClose);
-        connect(list, &QDialog::accepted, this, [this, list] { run(list->plan()); });
-        list->open();
-    });
-}
-
-void AddSourceFiles::run(const ImportPlan &plan)
-{
-    handled(m_session.program(), [&] {
-        Program &program = m_session.program();
-        ImportResult result;
-        const auto copy = [&](const Progress &progress) {
-            result = SourceImport(program.session, program.files).run(plan, progress);
-        };
-        runWithProgress(program, m_window, tr("Adding source files..."), copy);
-        m_session.forgetBook(plan.book);
-        if (result.copied > 0 || !result.pages.isEmpty())
-            Q_EMIT added();
-        if (!result.notes.isEmpty())
-            program.messages.show({result.notes.join(u'\n')});
+        m_session.runLong(tr("Looking at the source files..."), [&](const Progress &progress) {
+            plan = SourceImport(program.session, program.files)
+                       .plan(m_session.projectName(), *m_session.currentBook(), picked, progress);
+        });
+        m_list->decide(plan);
     });
 }

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "controls/session/ProjectSession.h"
-#include "tools/ImportPlan.h"
 
+class ImportList;
 class QWidget;
 
 /// The command *Add source files*: looks at what the author picked, shows the list, copies.
@@ -21,8 +21,6 @@ Q_SIGNALS:
     void added();
 
 private:
-    void run(const ImportPlan &plan);
-
     ProjectSession &m_session;
-    QWidget *m_window;
+    ImportList *m_list;
 };

@@ -3,11 +3,43 @@
 #include "controls/import/ImportPlanModel.h"
 #include "ui_AddSourceFilesDialog.h"
 
+#include <QAction>
 #include <QHeaderView>
 #include <QLocale>
 #include <QSortFilterProxyModel>
 
 using namespace Qt::StringLiterals;
+
+namespace {
+
+/// What the dialog says for a command.
+struct Wording
+{
+    QString title, intro, button, nothing;
+};
+
+Wording wordingOf(ImportCommand command)
+{
+    using Dialog = AddSourceFilesDialog;
+    switch (command) {
+    case ImportCommand::SourceFiles:
+        break;
+    case ImportCommand::ImportFiles:
+        return {Dialog::tr("Add import files"),
+                Dialog::tr("&These files will become pages of the book; HTML stays as it is:"),
+                Dialog::tr("&Add"), Dialog::tr("No page is chosen that could be added.")};
+    case ImportCommand::NewerFiles:
+        return {Dialog::tr("Re-import newer files"),
+                Dialog::tr("&The sources of these pages changed since they were added. Replace "
+                           "takes the newer source, Skip keeps the page:"),
+                Dialog::tr("&Re-import"), Dialog::tr("No page is chosen to be replaced.")};
+    }
+    return {Dialog::tr("Add source files"),
+            Dialog::tr("&These files will be copied into the book as they are:"),
+            Dialog::tr("&Add"), Dialog::tr("No page is chosen that could be added.")};
+}
+
+} // namespace
 
 AddSourceFilesDialog::AddSourceFilesDialog(FileSystem &files, ImportPlan plan, QWidget *parent)
     : QDialog(parent)
@@ -24,7 +56,13 @@ AddSourceFilesDialog::AddSourceFilesDialog(FileSystem &files, ImportPlan plan, Q
     ui->lstFiles->setItemDelegateForColumn(ImportPlanModel::InBook,
                                            new ImportActionDelegate(ui->lstFiles));
     ui->lstFiles->sortByColumn(-1, Qt::AscendingOrder); // first in the order of the book
+    const Wording wording = wordingOf(this->plan().command);
+    setWindowTitle(wording.title);
+    ui->lblIntro->setText(wording.intro);
+    ui->cmdAdd->setText(wording.button);
+    m_nothing = wording.nothing;
     fitColumns();
+    addRowCommands();
     fillConflictChoice();
     showOmissions();
     updateTotals();
@@ -50,6 +88,29 @@ void AddSourceFilesDialog::fitColumns()
     for (int column = 0; column < letters.size(); ++column)
         header->resizeSection(column, letters[column] * letter);
     ui->lstFiles->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 8);
+}
+
+/// Many rows are taken or left out at once.
+void AddSourceFilesDialog::addRowCommands()
+{
+    const auto add = [this](const QString &name, Qt::Key key, bool checked) {
+        auto *action = new QAction(name, ui->lstFiles);
+        action->setShortcut(key);
+        action->setShortcutContext(Qt::WidgetShortcut);
+        connect(action, &QAction::triggered, this, [this, checked] { checkSelected(checked); });
+        ui->lstFiles->addAction(action);
+    };
+    add(tr("Take the selected files"), Qt::Key_Insert, true);
+    add(tr("Leave out the selected files"), Qt::Key_Delete, false);
+    ui->lstFiles->setContextMenuPolicy(Qt::ActionsContextMenu);
+}
+
+void AddSourceFilesDialog::checkSelected(bool checked)
+{
+    QList<int> rows;
+    for (const QModelIndex &index : ui->lstFiles->selectionModel()->selectedRows())
+        rows.append(m_sorted->mapToSource(index).row());
+    m_model->check(rows, checked);
 }
 
 void AddSourceFilesDialog::fillConflictChoice()
@@ -91,7 +152,8 @@ void AddSourceFilesDialog::updateTotals()
                                .arg(size));
     const bool any = totals.pages > 0;
     ui->cmdAdd->setEnabled(any);
-    ui->lblReason->setText(any ? QString() : tr("No page is chosen that could be added."));
+    ui->lblReason->setText(any ? QString() : m_nothing);
+    ui->cmdAdd->setToolTip(ui->lblReason->text());
 }
 
 void AddSourceFilesDialog::showOmissions()

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "tools/ImportPlan.h"
+#include "tools/import/ImportPlan.h"
 
 #include <QDialog>
 
@@ -14,7 +14,7 @@ namespace Ui {
 class AddSourceFilesDialog;
 }
 
-/// Shows what *Add source files* would do and lets the author decide it: what is taken, and what
+/// Shows what an import would do and lets the author decide it: what is taken, and what
 /// happens where a name is taken in the book. Accepted with Add.
 class AddSourceFilesDialog final : public QDialog
 {
@@ -30,6 +30,8 @@ public:
 
 private:
     void fitColumns();
+    void addRowCommands();
+    void checkSelected(bool checked);
     void fillConflictChoice();
     void decideAll();
     void updateTotals();
@@ -38,4 +40,5 @@ private:
     std::unique_ptr<Ui::AddSourceFilesDialog> ui;
     ImportPlanModel *m_model;
     QSortFilterProxyModel *m_sorted;
+    QString m_nothing; ///< why nothing can be done
 };

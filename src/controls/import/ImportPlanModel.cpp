@@ -2,6 +2,7 @@
 
 #include "platform/FileSystem.h"
 #include "platform/Paths.h"
+#include "platform/QvError.h"
 
 #include <QComboBox>
 #include <QLocale>
@@ -12,21 +13,27 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-QString kindText(ImportItem::Kind kind)
+QString kindText(const ImportItem &item)
 {
-    switch (kind) {
+    using Model = ImportPlanModel;
+    switch (item.kind) {
     case ImportItem::Kind::Page:
-        return ImportPlanModel::tr("Page");
+        if (!item.isMade())
+            return Model::tr("Page");
+        if (item.format == ImportFormat::Markdown)
+            return Model::tr("Page from Markdown");
+        return item.format == ImportFormat::Table ? Model::tr("Page with a table")
+                                                  : Model::tr("Page from text");
     case ImportItem::Kind::Picture:
-        return ImportPlanModel::tr("Picture");
+        return Model::tr("Picture");
     case ImportItem::Kind::Style:
-        return ImportPlanModel::tr("Style sheet");
+        return Model::tr("Style sheet");
     case ImportItem::Kind::Script:
-        return ImportPlanModel::tr("Script");
+        return Model::tr("Script");
     case ImportItem::Kind::File:
         break;
     }
-    return ImportPlanModel::tr("File");
+    return Model::tr("File");
 }
 
 QString actionText(const ImportItem &item, ImportAction action)
@@ -64,6 +71,14 @@ QString stateText(const ImportItem &item)
     return item.conflict.isEmpty() || item.action == ImportAction::KeepSame
                ? action
                : ImportPlanModel::tr("%1: %2").arg(action, item.conflict);
+}
+
+/// Where the author finds it; as it is where it has no such form.
+QString nativePath(FileSystem &files, const ImportItem &item)
+{
+    QString path = item.remembered;
+    trap([](const QvError &) {}, [&] { path = files.nativePath(item.remembered); });
+    return path;
 }
 
 bool isEditable(const ImportItem &item)
@@ -112,7 +127,7 @@ QVariant ImportPlanModel::data(const QModelIndex &index, int role) const
             return item.included && item.refusal.isEmpty() ? Qt::Checked : Qt::Unchecked;
         return {};
     case Qt::ToolTipRole:
-        return index.column() == InBook ? stateText(item) : m_files.nativePath(item.source);
+        return index.column() == InBook ? stateText(item) : nativePath(m_files, item);
     case Qt::EditRole:
         return item.actions.indexOf(item.action);
     case Qt::TextAlignmentRole:
@@ -136,7 +151,7 @@ QVariant ImportPlanModel::shown(const ImportItem &item, int column) const
     case File:
         return item.target;
     case Kind:
-        return kindText(item.kind);
+        return kindText(item);
     case Encoding:
         return encodingText(item);
     case Size:
@@ -187,6 +202,14 @@ void ImportPlanModel::decideAll(ImportAction action)
         if (item.actions.contains(action))
             item.action = action;
     }
+    if (!m_plan.items.isEmpty())
+        changed(0, rowCount() - 1);
+}
+
+void ImportPlanModel::check(const QList<int> &rows, bool checked)
+{
+    for (const int row : rows)
+        m_plan.items[row].included = checked;
     if (!m_plan.items.isEmpty())
         changed(0, rowCount() - 1);
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "tools/ImportPlan.h"
+#include "tools/import/ImportPlan.h"
 
 #include <QAbstractTableModel>
 #include <QStyledItemDelegate>
@@ -23,6 +23,8 @@ public:
     [[nodiscard]] const ImportPlan &plan() const { return m_plan; }
     /// Decides all conflicts alike, as far as each offers the action.
     void decideAll(ImportAction action);
+    /// Takes these rows or leaves them out; one that cannot be added stays out.
+    void check(const QList<int> &rows, bool checked);
 
     int rowCount(const QModelIndex &parent = {}) const override;
     int columnCount(const QModelIndex &parent = {}) const override;

@@ -6,8 +6,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr qsizetype longLine = 20'000;
-
 /// Where the end of a line leaves off. The two raw states say which end tag they wait for; a tag
 /// that will open one carries the same in its upper bits.
 enum State { Text, InComment, InDeclaration, InTag, InSingle, InDouble, InRaw };
@@ -54,14 +52,17 @@ void HtmlHighlighter::makeFormats(const QPalette &palette)
 
 void HtmlHighlighter::colour(qsizetype from, qsizetype to, Look look)
 {
-    if (!m_plain && to > from)
+    if (to > from)
         setFormat(static_cast<int>(from), static_cast<int>(to - from), m_formats.at(look));
 }
 
 void HtmlHighlighter::highlightBlock(const QString &line)
 {
     m_state = qMax(0, previousBlockState());
-    m_plain = line.size() > longLine;
+    if (line.size() > longestLine) {
+        setCurrentBlockState(Text);
+        return;
+    }
     qsizetype at = 0;
     while (at < line.size()) {
         switch (m_state & stateBits) {

@@ -15,6 +15,8 @@ class HtmlHighlighter final : public QSyntaxHighlighter
     Q_OBJECT
 
 public:
+    static constexpr qsizetype longestLine = 5'000; ///< characters; longer ones get no colours
+
     HtmlHighlighter(QTextDocument *document, const QPalette &palette);
 
     /// Takes the colours from another palette.
@@ -38,5 +40,4 @@ private:
 
     std::array<QTextCharFormat, LookCount> m_formats;
     int m_state = 0; ///< of the line being coloured
-    bool m_plain = false;
 };

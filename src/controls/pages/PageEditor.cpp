@@ -7,8 +7,11 @@
 #include <QAction>
 #include <QEvent>
 #include <QHBoxLayout>
+#include <QInputDialog>
 #include <QLabel>
+#include <QMenu>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QTextBlock>
 #include <QVBoxLayout>
 
@@ -43,6 +46,14 @@ QString usualLineEnd(const LineEnds &ends)
     return ends.lf > ends.crlf ? u"\n"_s : u"\r\n"_s;
 }
 
+qsizetype longestLine(const QString &lines)
+{
+    qsizetype longest = 0;
+    for (const QStringView line : QStringView(lines).split(u'\n'))
+        longest = qMax(longest, line.size());
+    return longest;
+}
+
 } // namespace
 
 PageEditor::PageEditor(QWidget *parent)
@@ -60,14 +71,11 @@ PageEditor::PageEditor(QWidget *parent)
     m_barText->setObjectName(u"lblPageLock"_s);
     m_unlock->setObjectName(u"cmdUnlockPage"_s);
     makeLayout();
-    addAction(QKeySequence::Find, &PageEditor::openFind);
-    addAction(Qt::Key_F3, &PageEditor::findNext);
-    addAction(Qt::SHIFT | Qt::Key_F3, &PageEditor::findPrevious);
-    addAction(QKeySequence::ZoomIn, &PageEditor::zoomIn);
-    addAction(QKeySequence::ZoomOut, &PageEditor::zoomOut);
-    addAction(Qt::CTRL | Qt::Key_0, &PageEditor::resetZoom);
+    makeActions();
     connect(m_view->document(), &QTextDocument::modificationChanged, this,
             &PageEditor::modificationChanged);
+    connect(m_view, &QPlainTextEdit::textChanged, this, &PageEditor::textChanged);
+    connect(m_view, &PageTextView::nodesDropped, this, &PageEditor::nodesDropped);
     connect(m_unlock, &QPushButton::clicked, this, &PageEditor::unlockRequested);
     setFocusProxy(m_view);
     updateBar();
@@ -90,13 +98,43 @@ void PageEditor::makeLayout()
     column->addWidget(m_find);
 }
 
-void PageEditor::addAction(const QKeySequence &keys, void (PageEditor::*slot)())
+void PageEditor::makeActions()
 {
-    auto *action = new QAction(this);
+    addAction(tr("&Find..."), QKeySequence::Find, &PageEditor::openFind)
+        ->setObjectName(u"actFind"_s);
+    addAction(tr("&Replace..."), Qt::CTRL | Qt::Key_H, &PageEditor::openReplace);
+    addAction(tr("Find &next"), Qt::Key_F3, &PageEditor::findNext);
+    addAction(tr("Find &previous"), Qt::SHIFT | Qt::Key_F3, &PageEditor::findPrevious);
+    addAction(tr("Find in &all pages..."), Qt::CTRL | Qt::SHIFT | Qt::Key_F,
+              &PageEditor::findInPages);
+    addAction(tr("&Go to line..."), Qt::CTRL | Qt::Key_G, &PageEditor::goToLine);
+    addAction(tr("&Insert link..."), Qt::CTRL | Qt::Key_K, &PageEditor::insertLinkRequested);
+    addAction(tr("&Larger letters"), QKeySequence::ZoomIn, &PageEditor::zoomIn);
+    addAction(tr("S&maller letters"), QKeySequence::ZoomOut, &PageEditor::zoomOut);
+    addAction(tr("Letters as &usual"), Qt::CTRL | Qt::Key_0, &PageEditor::resetZoom);
+    m_view->setContextMenuPolicy(Qt::CustomContextMenu);
+    connect(m_view, &QWidget::customContextMenuRequested, this, &PageEditor::showMenu);
+}
+
+QAction *PageEditor::addAction(const QString &text, const QKeySequence &keys,
+                               void (PageEditor::*slot)())
+{
+    auto *action = new QAction(text, this);
     action->setShortcut(keys);
     action->setShortcutContext(Qt::WidgetWithChildrenShortcut);
+    action->setShortcutVisibleInContextMenu(true);
     connect(action, &QAction::triggered, this, slot);
     QWidget::addAction(action);
+    return action;
+}
+
+void PageEditor::showMenu(const QPoint &place)
+{
+    QMenu *menu = m_view->createStandardContextMenu(place);
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    menu->addSeparator();
+    menu->addActions(actions());
+    menu->popup(m_view->viewport()->mapToGlobal(place));
 }
 
 void PageEditor::setPage(const QString &text)
@@ -113,6 +151,7 @@ void PageEditor::setPage(const QString &text)
     if (ends.cr > 0 && !m_mixedLineEnds)
         lines.replace(u'\r', u'\n');
     m_editable = m_view->plainLines() == lines;
+    m_isLong = longestLine(lines) > HtmlHighlighter::longestLine;
     updateBar();
 }
 
@@ -145,10 +184,77 @@ void PageEditor::setModified(bool modified)
     m_view->document()->setModified(modified);
 }
 
+void PageEditor::replaceAll(const QString &text)
+{
+    QTextCursor cursor(m_view->document());
+    cursor.select(QTextCursor::Document);
+    cursor.insertText(text);
+}
+
+void PageEditor::showPlace(qsizetype start, qsizetype length)
+{
+    const QString page = text();
+    const qsizetype to = qMin(start + length, page.size());
+    const auto inView = [&](qsizetype place) {
+        const auto before = QStringView(page).first(qMin(place, page.size()));
+        return static_cast<int>(before.size() - before.count(u"\r\n"_s));
+    };
+    QTextCursor cursor(m_view->document());
+    cursor.setPosition(inView(start));
+    cursor.setPosition(inView(to), QTextCursor::KeepAnchor);
+    m_view->setTextCursor(cursor);
+    m_view->centerCursor();
+    m_view->setFocus();
+}
+
+void PageEditor::offerLinks(LinkCompleter::Index index)
+{
+    m_completer = new LinkCompleter(m_view, std::move(index));
+}
+
+void PageEditor::setLinksFrom(const QString &page)
+{
+    if (m_completer != nullptr)
+        m_completer->setPage(page);
+}
+
+QString PageEditor::selectedText() const
+{
+    return m_view->textCursor().selectedText().replace(QChar::ParagraphSeparator, u'\n');
+}
+
+void PageEditor::insertText(const QString &text)
+{
+    if (!m_view->isReadOnly())
+        m_view->textCursor().insertText(text);
+    m_view->setFocus();
+}
+
+PageEditor::View PageEditor::view() const
+{
+    const QTextCursor cursor = m_view->textCursor();
+    return {cursor.blockNumber(), cursor.positionInBlock(), m_view->verticalScrollBar()->value()};
+}
+
+void PageEditor::setView(const View &view)
+{
+    const QTextBlock line = m_view->document()->findBlockByNumber(
+        qMin(view.line, m_view->document()->blockCount() - 1));
+    QTextCursor cursor(line);
+    cursor.setPosition(line.position() + qMin(view.column, line.length() - 1));
+    m_view->setTextCursor(cursor);
+    m_view->verticalScrollBar()->setValue(view.scroll);
+}
+
 void PageEditor::setLocked(bool locked)
 {
     m_locked = locked;
     updateBar();
+}
+
+bool PageEditor::isReadOnly() const
+{
+    return m_view->isReadOnly();
 }
 
 void PageEditor::setReadOnlyReason(const QString &reason)
@@ -171,6 +277,9 @@ void PageEditor::updateBar()
         notices.append(tr("The lines of this page end in different ways. Once it is edited, all "
                           "are saved with %1.")
                            .arg(m_lineEnd == "\n"_L1 ? "LF"_L1 : "CR LF"_L1));
+    if (m_isLong)
+        notices.append(tr("Lines of more than %L1 characters are shown without colours.")
+                           .arg(HtmlHighlighter::longestLine));
     m_barText->setText(notices.join(u' '));
     m_bar->setVisible(!notices.isEmpty());
     m_unlock->setVisible(m_locked);
@@ -179,7 +288,35 @@ void PageEditor::updateBar()
 
 void PageEditor::openFind()
 {
-    m_find->open();
+    m_find->open(false);
+}
+
+void PageEditor::openReplace()
+{
+    m_find->open(true);
+}
+
+void PageEditor::findInPages()
+{
+    const QString chosen = m_view->textCursor().selectedText();
+    Q_EMIT findInPagesRequested(chosen.contains(QChar::ParagraphSeparator) ? QString() : chosen);
+}
+
+void PageEditor::goToLine()
+{
+    auto *question = new QInputDialog(this);
+    question->setAttribute(Qt::WA_DeleteOnClose);
+    question->setWindowTitle(tr("Go to line"));
+    question->setLabelText(tr("&Line (1 to %1):").arg(m_view->blockCount()));
+    question->setInputMode(QInputDialog::IntInput);
+    question->setIntRange(1, m_view->blockCount());
+    question->setIntValue(view().line + 1);
+    connect(question, &QInputDialog::intValueSelected, this, [this](int line) {
+        setView({line - 1, 0, 0});
+        m_view->centerCursor();
+        m_view->setFocus();
+    });
+    question->open();
 }
 
 void PageEditor::findNext()

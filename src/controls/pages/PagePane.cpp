@@ -1,16 +1,32 @@
 #include "controls/pages/PagePane.h"
 
-#include "controls/parts/Handler.h"
+#include "controls/pages/CompareDialog.h"
+#include "controls/pages/InsertLinkDialog.h"
 #include "controls/pages/PageEditor.h"
+#include "controls/pages/PageQuestions.h"
+#include "controls/parts/Handler.h"
+#include "controls/parts/NoticeBar.h"
+#include "controls/session/ProjectPages.h"
+#include "controls/tree/ProjectMime.h"
 #include "platform/ProgramEnd.h"
 #include "resources/Icons.h"
+#include "startup/Session.h"
 
-#include <QHBoxLayout>
 #include <QLabel>
+#include <QMenu>
 #include <QPushButton>
-#include <QVBoxLayout>
+#include <QToolButton>
+
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
+
+namespace {
+bool samePage(const PageRef &a, const PageRef &b)
+{
+    return identityOf(a.book) == identityOf(b.book) && a.page.id == b.page.id;
+}
+} // namespace
 
 PagePane::PagePane(ProjectSession &session, QWidget *parent)
     : QWidget(parent)
@@ -18,19 +34,21 @@ PagePane::PagePane(ProjectSession &session, QWidget *parent)
     , m_store(session)
     , m_atEnd(session.program().ending.before([this] { keepUnsaved(); }))
     , m_title(new QLabel(this))
-    , m_encoding(new QLabel(this))
+    , m_encoding(new QToolButton(this))
     , m_problem(new QLabel(this))
     , m_save(new QPushButton(icon("save"_L1), tr("&Save"), this))
     , m_revert(new QPushButton(icon("undo"_L1), tr("&Revert"), this))
-    , m_recovery(recoveryBar())
+    , m_keptBar(new NoticeBar(u"recoveryBar"_s, this))
+    , m_conflictBar(new NoticeBar(u"conflictBar"_s, this))
     , m_editor(new PageEditor(this))
+    , m_recovery(session.program().files, [this]() -> std::optional<QString> {
+        return m_page && m_editor->isModified() ? std::optional(m_editor->text()) : std::nullopt;
+    })
 {
+    makeBars();
     layOut();
-    connect(m_save, &QPushButton::clicked, this, &PagePane::save);
-    connect(m_revert, &QPushButton::clicked, this, &PagePane::askRevert);
-    connect(m_editor, &PageEditor::modificationChanged, this, &PagePane::updateState);
-    connect(m_editor, &PageEditor::unlockRequested, this, &PagePane::unlock);
-    showCurrent();
+    connectParts();
+    showPage(std::nullopt);
 }
 
 PagePane::~PagePane()
@@ -38,105 +56,82 @@ PagePane::~PagePane()
     m_session.program().ending.forget(m_atEnd);
 }
 
-void PagePane::layOut()
+void PagePane::showPage(const std::optional<PageRef> &ref, const QString &whyNone)
 {
-    m_title->setObjectName(u"lblPage"_s);
-    m_title->setTextFormat(Qt::PlainText);
-    m_title->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
-    m_encoding->setObjectName(u"lblEncoding"_s);
-    m_encoding->setToolTip(tr("The page is saved in the encoding it has."));
-    m_problem->setObjectName(u"lblPageProblem"_s);
-    m_problem->setTextFormat(Qt::PlainText);
-    m_problem->setWordWrap(true);
-    m_problem->setAlignment(Qt::AlignTop | Qt::AlignLeading);
-    m_save->setObjectName(u"cmdSave"_s);
-    m_save->setToolTip(tr("Save the page (Ctrl+S)"));
-    m_revert->setObjectName(u"cmdRevert"_s);
-    m_revert->setToolTip(tr("Go back to the page as it was saved last"));
-
-    auto *bar = new QHBoxLayout;
-    bar->addWidget(m_title, 1);
-    bar->addWidget(m_encoding);
-    bar->addWidget(m_save);
-    bar->addWidget(m_revert);
-    auto *layout = new QVBoxLayout(this);
-    layout->addLayout(bar);
-    layout->addWidget(m_recovery);
-    layout->addWidget(m_problem, 1);
-    layout->addWidget(m_editor, 1);
-}
-
-QWidget *PagePane::recoveryBar()
-{
-    auto *bar = new QWidget(this);
-    bar->setObjectName(u"recoveryBar"_s);
-    auto *text = new QLabel(tr("Text of this page that was never saved has been kept."), bar);
-    text->setWordWrap(true);
-    auto *use = new QPushButton(tr("&Use the kept text"), bar);
-    use->setObjectName(u"cmdUseRecovered"_s);
-    auto *discard = new QPushButton(tr("&Discard it"), bar);
-    discard->setObjectName(u"cmdDiscardRecovered"_s);
-    auto *layout = new QHBoxLayout(bar);
-    layout->setContentsMargins({});
-    layout->addWidget(text, 1);
-    layout->addWidget(use);
-    layout->addWidget(discard);
-    connect(use, &QPushButton::clicked, this, &PagePane::useRecovered);
-    connect(discard, &QPushButton::clicked, this, &PagePane::discardRecovered);
-    return bar;
-}
-
-void PagePane::showCurrent()
-{
-    const bool unsaved = m_page && m_editor->isModified();
-    const bool kept = unsaved && rescueUnsaved();
-    if (unsaved && !kept && m_page->project == m_session.projectName())
+    if (followsTo(ref) || !leaveUnsaved())
         return;
-    const QString left = m_page ? m_session.shownPath(m_page->path) : QString();
     m_page.reset();
-    load();
-    if (kept)
-        m_session.program().messages.show(
-            {tr("The page you were editing is no longer open:\n%1\n\nYour unsaved text has been "
-                "kept and is offered when the page is opened again.")
-                 .arg(left)});
+    m_recovery.begin({}, {});
+    m_whyNone = whyNone.isEmpty() ? tr("Choose a page to see its source.") : whyNone;
+    if (ref)
+        load(*ref);
+    else
+        showText();
 }
 
-bool PagePane::rescueUnsaved()
+bool PagePane::followsTo(const std::optional<PageRef> &ref)
 {
-    return handled(m_session.program(), [this] {
-        m_store.keepForRecovery(*m_page, m_editor->text());
+    const bool isShown =
+        ref && m_page && m_page->project == m_session.projectName() && samePage(*ref, m_page->ref);
+    if (!isShown)
+        return false;
+    const bool hasMoved =
+        ref->page.file != m_page->ref.page.file || ref->book.folder != m_page->ref.book.folder;
+    handled(m_session.program(), [&] { m_store.follow(*m_page, *ref); });
+    if (hasMoved) {
+        m_recovery.forget(); // under the name that the page had
+        m_recovery.begin(m_session.folder(), m_page->relative);
+        m_recovery.textChanged();
+        m_editor->setLinksFrom(m_page->relative);
+        noticeChanges();
+    }
+    updateState();
+    return true;
+}
+
+/// False when the page must stay, because its text could not be kept.
+bool PagePane::leaveUnsaved()
+{
+    if (!m_page || !m_editor->isModified())
+        return true;
+    const bool kept = handled(m_session.program(), [this] {
+        m_recovery.keepNow(m_editor->text());
         return true;
     });
+    if (!kept)
+        return m_page->project != m_session.projectName();
+    m_session.program().messages.show(
+        {tr("The page you were editing is no longer open:\n%1\n\nYour unsaved text has been "
+            "kept and is offered when the page is opened again.")
+             .arg(m_session.shownPath(m_page->path))});
+    return true;
 }
 
-void PagePane::load()
+void PagePane::load(const PageRef &ref)
 {
-    const auto &book = m_session.currentBook();
-    const QString id = m_session.currentPage();
+    const auto noPage = [this](const QvError &error) { m_whyNone = error.description(); };
+    trap(noPage, [&] { m_page = m_store.read(ref); });
+    if (m_page)
+        m_recovery.begin(m_session.folder(), m_page->relative);
+    showText();
+}
+
+void PagePane::showText()
+{
+    m_conflictBar->hide();
     m_editor->clear();
-    m_recovery->hide();
-    if (!book || id.isEmpty()) {
-        show(tr("Choose a page of a book to see its source."));
-        return;
-    }
-    const auto showProblem = [this](const QvError &error) { show(error.description()); };
-    trap(showProblem, [&] {
-        for (const BookPage &page : flattened(m_session.book(*book).pages)) {
-            if (page.id == id)
-                m_page = m_store.read(*book, page);
-        }
-        if (!m_page)
-            throw QvError(FileNotFound, {}, tr("The book has no such page any more."));
+    m_used.clear();
+    if (m_page) {
         m_editor->setPage(m_page->content.text);
         m_editor->setReadOnlyReason(m_page->uneditable);
         m_editor->setLocked(m_page->locked);
-        m_recovery->setVisible(m_store.recovered(*m_page).has_value());
-        show({});
-    });
+        m_editor->setLinksFrom(m_page->relative);
+    }
+    showKept();
+    showProblem(m_page ? QString() : m_whyNone);
 }
 
-void PagePane::show(const QString &problem)
+void PagePane::showProblem(const QString &problem)
 {
     m_problem->setText(problem);
     m_problem->setVisible(!problem.isEmpty());
@@ -150,14 +145,27 @@ QString PagePane::text() const
     return m_page ? m_editor->text() : QString();
 }
 
+void PagePane::showPlace(qsizetype start, qsizetype length)
+{
+    m_editor->showPlace(start, length);
+}
+
 void PagePane::updateState()
 {
     const bool unsaved = m_page && m_editor->isModified();
+    if (m_page)
+        m_session.setPageState(m_page->path, {unsaved, m_conflictBar->isVisibleTo(this)});
     m_save->setEnabled(unsaved);
     m_revert->setEnabled(unsaved);
-    m_title->setText(m_page ? (unsaved ? u"* "_s : QString()) + m_page->page.title : QString());
+    m_title->setText(m_page ? (unsaved ? u"* "_s : QString()) + m_page->ref.page.title : QString());
     m_title->setToolTip(m_page ? m_session.shownPath(m_page->path) : QString());
-    m_encoding->setText(m_page ? QString::fromLatin1(m_page->content.encoding.name) : QString());
+    const QString encoding =
+        m_page ? QString::fromLatin1(m_page->content.encoding.name) : QString();
+    m_encoding->setVisible(m_page.has_value());
+    m_encoding->setText(encoding);
+    m_encoding->setAccessibleName(tr("Encoding of the page: %1").arg(encoding));
+    m_encoding->menu()->setEnabled(m_page && m_page->uneditable.isEmpty()
+                                   && encoding != "UTF-8"_L1);
 }
 
 bool PagePane::save()
@@ -195,24 +203,66 @@ bool PagePane::write()
 
 void PagePane::showSaved()
 {
-    forgetRecovered();
+    forgetKept();
+    m_conflictBar->hide();
     m_editor->setLocked(false);
     updateState();
-    Q_EMIT saved(m_page->page.file);
+    Q_EMIT m_session.filesChanged({m_page->relative});
+    Q_EMIT saved(m_page->ref.page.file);
 }
 
 bool PagePane::saveAsUtf8(const QString &reason)
 {
-    const int answer = m_session.program().messages.choose(
-        {tr("%1\n\nThe page can be saved as UTF-8, which has every character. Its declared "
-            "character set is changed with it.")
-             .arg(reason),
-         {tr("&Save as UTF-8"), tr("Cancel")}});
-    if (answer != 0)
+    if (!PageQuestions::saveAsUtf8(m_session.program().messages, reason))
         return false;
-    m_editor->setPage(m_store.writeAsUtf8(*m_page, m_editor->text()));
+    m_editor->replaceAll(m_store.writeAsUtf8(*m_page, m_editor->text()));
+    m_editor->setModified(false);
     showSaved();
     return true;
+}
+
+void PagePane::convertToUtf8()
+{
+    if (!m_page || !save())
+        return;
+    handled(m_session.program(), [this] {
+        const PageText now = inUtf8(m_page->content.text);
+        const QString was = QString::fromLatin1(m_page->content.encoding.name);
+        if (!PageQuestions::convertToUtf8(m_session.program().messages, was, !now.encoding.mark))
+            return;
+        m_session.perform(tr("Convert %1 to UTF-8").arg(m_page->ref.page.file),
+                          [&](StagedFiles &files) {
+                              files.replaceFile(m_page->path, encodePage(now.text, now.encoding));
+                          });
+        Q_EMIT m_session.done(tr("%1 is kept in UTF-8 now.").arg(m_page->ref.page.file));
+    });
+}
+
+void PagePane::insertLink()
+{
+    if (!m_page || m_editor->isReadOnly())
+        return;
+    handled(m_session.program(), [this] {
+        ProjectPages &pages = m_session.pages();
+        auto *dialog = new InsertLinkDialog(pages.isReady() ? pages.latest() : pages.current(),
+                                            m_page->relative, m_editor->selectedText(), this);
+        dialog->setAttribute(Qt::WA_DeleteOnClose);
+        connect(dialog, &QDialog::accepted, this,
+                [this, dialog] { m_editor->insertText(dialog->link()); });
+        dialog->open();
+    });
+}
+
+void PagePane::insertLinksTo(const DraggedNodes &dropped)
+{
+    if (!m_page || dropped.projectFolder != m_session.folder())
+        return;
+    QStringList links;
+    for (const DraggedNode &node : dropped.nodes) {
+        if (!node.path.isEmpty())
+            links.append(linkTo(referenceTo(m_page->relative, node.path), node.title));
+    }
+    m_editor->insertText(links.join(u'\n'));
 }
 
 // The page as this author began with it must still be the one on disk, or the author decides.
@@ -220,52 +270,69 @@ bool PagePane::settleConflict()
 {
     if (!m_store.changedOnDisk(*m_page))
         return true;
-    const int answer = m_session.program().messages.choose(
-        {tr("Another author changed or removed this page since you opened it:\n%1")
-             .arg(m_session.shownPath(m_page->path)),
-         {tr("&Reload it and drop my changes"), tr("&Keep mine"), tr("Cancel")},
-         2});
-    if (answer == 0)
+    using enum PageQuestions::Conflict;
+    switch (PageQuestions::saveOverOther(m_session.program().messages,
+                                         m_session.shownPath(m_page->path))) {
+    case Reload:
         revert();
-    if (answer == 1)
+        return true;
+    case KeepMine:
         m_store.acceptDisk(*m_page);
-    return answer != 2;
+        return true;
+    case Stay:
+        m_conflictBar->show();
+    }
+    return false;
 }
 
 void PagePane::askRevert()
 {
-    const int answer = m_session.program().messages.choose(
-        {tr("Drop the changes of the page \"%1\" that are not saved?").arg(m_page->page.title),
-         {tr("&Drop them"), tr("Cancel")}});
-    if (answer == 0)
+    if (PageQuestions::dropChanges(m_session.program().messages, m_page->ref.page.title))
         revert();
 }
 
 void PagePane::revert()
 {
-    forgetRecovered();
+    forgetKept();
     reload();
 }
 
+// The author goes on where he was.
 void PagePane::reload()
 {
+    const PageRef ref = m_page->ref;
+    const PageEditor::View view = m_editor->view();
     m_editor->setModified(false);
     m_page.reset();
-    load();
+    load(ref);
+    m_editor->setView(view);
 }
 
 bool PagePane::mayLeave()
 {
     if (!m_page || !m_editor->isModified())
         return true;
-    const int answer = m_session.program().messages.choose(
-        {tr("The page \"%1\" has changes that are not saved.").arg(m_page->page.title),
-         {tr("&Save"), tr("&Discard"), tr("Cancel")}});
-    if (answer == 0)
+    using enum PageQuestions::Leave;
+    switch (PageQuestions::leave(m_session.program().messages, m_page->ref.page.title)) {
+    case Save:
         return save();
-    if (answer == 1)
-        forgetRecovered();
-    return answer != 2;
+    case Discard:
+        forgetKept();
+        return true;
+    case Stay:
+        break;
+    }
+    return false;
+}
+
+void PagePane::noticeFiles(const QStringList &paths)
+{
+    const bool isMine =
+        m_page && std::any_of(paths.cbegin(), paths.cend(), [this](const QString &path) {
+            return carriedOver(m_page->relative, path, path).has_value();
+        });
+    if (isMine)
+        noticeChanges();
 }
 
 void PagePane::noticeChanges()
@@ -273,75 +340,95 @@ void PagePane::noticeChanges()
     bool changed = false;
     // A file that cannot be read now is spoken of when the page is saved.
     trap([](const QvError &) {}, [&] { changed = m_page && m_store.changedOnDisk(*m_page); });
-    if (!changed)
-        return;
-    if (!m_editor->isModified()) {
+    if (changed && !m_editor->isModified())
         reload();
-        return;
-    }
-    const int answer = m_session.program().messages.choose(
-        {tr("Another author changed or removed the page you are editing:\n%1")
-             .arg(m_session.shownPath(m_page->path)),
-         {tr("&Reload it and drop my changes"), tr("&Keep mine")},
-         1});
-    if (answer == 0)
-        revert();
     else
-        m_store.acceptDisk(*m_page);
+        m_conflictBar->setVisible(changed);
+}
+
+void PagePane::keepMine()
+{
+    handled(m_session.program(), [this] { m_store.acceptDisk(*m_page); });
+    m_conflictBar->hide();
+    m_editor->setFocus();
+}
+
+void PagePane::compare()
+{
+    handled(m_session.program(), [this] {
+        auto *dialog = new CompareDialog(m_page->ref.page.title, m_store.textOnDisk(*m_page),
+                                         m_editor->text(), this);
+        dialog->setAttribute(Qt::WA_DeleteOnClose);
+        connect(dialog, &QDialog::finished, this, [this](int answer) {
+            if (answer == QDialog::Accepted)
+                revert();
+            else if (answer == CompareDialog::Kept)
+                keepMine();
+        });
+        dialog->open();
+    });
 }
 
 void PagePane::unlock()
 {
-    const int answer = m_session.program().messages.choose(
-        {tr("This page is locked against changes:\n%1\n\nUnlock it for editing?")
-             .arg(m_session.shownPath(m_page->path)),
-         {tr("&Unlock page"), tr("Cancel")}});
-    if (answer != 0)
+    Program &program = m_session.program();
+    if (!PageQuestions::unlock(program.messages, m_session.shownPath(m_page->path)))
         return;
-    handled(m_session.program(), [this] {
+    handled(program, [this] {
         m_store.unlock(*m_page);
         m_editor->setLocked(false);
+        Q_EMIT m_session.filesChanged({m_page->relative});
     });
 }
 
-void PagePane::useRecovered()
+void PagePane::showKept()
+{
+    m_offered.clear();
+    trap(
+        [](const QvError &) {},
+        [this] {
+            if (!m_page)
+                return;
+            QStringList places =
+                KeptTexts(m_session.program().files).placesOf(m_session.folder(), m_page->relative);
+            places.removeOne(m_recovery.place());
+            m_offered = places.value(0);
+        });
+    m_keptBar->setVisible(!m_offered.isEmpty());
+}
+
+void PagePane::useKept()
 {
     handled(m_session.program(), [this] {
-        const auto kept = m_store.recovered(*m_page);
-        if (!kept || !mayReplaceText())
+        const QString kept = KeptTexts(m_session.program().files).textIn(m_offered);
+        if (m_editor->isModified() && !PageQuestions::replaceByKept(m_session.program().messages))
             return;
-        m_editor->setPage(*kept);
-        m_editor->setModified(true);
-        m_recovery->hide();
+        m_editor->replaceAll(kept);
+        m_used = m_offered;
+        m_keptBar->hide();
         updateState();
         Q_EMIT pageShown();
     });
 }
 
-void PagePane::discardRecovered()
+void PagePane::discardKept()
 {
     handled(m_session.program(), [this] {
-        m_store.forgetRecovered(*m_page);
-        m_recovery->hide();
+        KeptTexts(m_session.program().files).forget(m_offered);
+        showKept();
     });
-}
-
-bool PagePane::mayReplaceText()
-{
-    return !m_editor->isModified()
-           || m_session.program().messages.choose(
-                  {tr("The kept text takes the place of what you have typed since."),
-                   {tr("&Use the kept text"), tr("Cancel")},
-                   1})
-                  == 0;
 }
 
 // Kept text that the author has neither used nor refused stays. Where it cannot be removed it is
 // offered once more, which harms nobody.
-void PagePane::forgetRecovered()
+void PagePane::forgetKept()
 {
-    if (m_recovery->isHidden())
-        trap([](const QvError &) {}, [this] { m_store.forgetRecovered(*m_page); });
+    m_recovery.forget();
+    if (m_used.isEmpty())
+        return;
+    trap([](const QvError &) {}, [this] { KeptTexts(m_session.program().files).forget(m_used); });
+    m_used.clear();
+    showKept();
 }
 
 // Nobody is asked here, and nobody could help when even this fails.
@@ -349,5 +436,5 @@ void PagePane::keepUnsaved()
 {
     if (!m_page || !m_editor->isModified())
         return;
-    trap([](const QvError &) {}, [this] { m_store.keepForRecovery(*m_page, m_editor->text()); });
+    trap([](const QvError &) {}, [this] { m_recovery.keepNow(m_editor->text()); });
 }

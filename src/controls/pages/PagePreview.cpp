@@ -5,6 +5,7 @@
 #include "tools/HtmlScan.h"
 
 #include <QCursor>
+#include <QKeyEvent>
 #include <QToolTip>
 #include <QUrl>
 
@@ -57,6 +58,14 @@ void PagePreview::showPage(const QString &html, const QString &projectFolder,
 void PagePreview::showNothing()
 {
     m_page->startPage({}, {});
+}
+
+void PagePreview::keyPressEvent(QKeyEvent *event)
+{
+    if (event->key() == Qt::Key_F5)
+        Q_EMIT rereadRequested();
+    else
+        QTextBrowser::keyPressEvent(event);
 }
 
 // Nothing makes the preview read a page by itself.

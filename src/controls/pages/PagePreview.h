@@ -27,8 +27,10 @@ Q_SIGNALS:
     /// The address of a link that leads out of the project and was pointed at or followed; "" when
     /// the pointer left it. Nothing is opened.
     void addressShown(const QString &address);
+    void rereadRequested(); ///< F5
 
 protected:
+    void keyPressEvent(QKeyEvent *event) override;
     void doSetSource(const QUrl &url, QTextDocument::ResourceType type) override;
 
 private:

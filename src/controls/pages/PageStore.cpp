@@ -3,7 +3,6 @@
 #include "platform/FileSystem.h"
 #include "platform/Paths.h"
 #include "platform/QvError.h"
-#include "startup/FileHelpers.h"
 #include "startup/Session.h"
 
 #include <QRegularExpression>
@@ -11,8 +10,6 @@
 using namespace Qt::StringLiterals;
 
 namespace {
-const PageEncoding utf8{"UTF-8", false};
-
 QString encodingName(const PageEncoding &encoding)
 {
     return QString::fromLatin1(encoding.name);
@@ -50,6 +47,25 @@ bool declareUtf8(QString &text)
 }
 } // namespace
 
+std::optional<PageRef> currentPageOf(ProjectSession &session)
+{
+    const auto &book = session.currentBook();
+    if (!book || session.currentPage().isEmpty())
+        return {};
+    for (const BookPage &page : flattened(session.book(*book).pages)) {
+        if (page.id == session.currentPage())
+            return PageRef{*book, page};
+    }
+    throw QvError(FileNotFound, {}, u"The book has no such page any more."_s);
+}
+
+PageText inUtf8(const QString &text)
+{
+    PageText page{text, {"UTF-8", false}};
+    page.encoding.mark = !declareUtf8(page.text);
+    return page;
+}
+
 PageStore::PageStore(ProjectSession &session)
     : m_session(session)
     , m_values(session.program().session)
@@ -57,15 +73,29 @@ PageStore::PageStore(ProjectSession &session)
 {
 }
 
-OpenPage PageStore::read(const TocBook &book, const BookPage &page)
+OpenPage PageStore::read(const PageRef &ref)
 {
-    OpenPage open{m_session.projectName(), book, page, {}, {}, {}, false, false, {}};
-    open.path = BookFile(m_values, m_files).pagePath(m_session.projectName(), book, page.file);
+    OpenPage open;
+    place(open, ref);
     open.locked = isLocked(open);
     open.bytes = m_files.readFile(open.path);
     open.content = decodePage(open.bytes, m_values.projectLanguage);
     open.uneditable = reasonAgainstEditing(open.content, open.bytes);
     return open;
+}
+
+void PageStore::place(OpenPage &page, const PageRef &ref)
+{
+    page.project = m_session.projectName();
+    page.ref = ref;
+    page.path = BookFile(m_values, m_files).pagePath(page.project, ref.book, ref.page.file);
+    page.relative = page.path.sliced(m_session.folder().size());
+}
+
+void PageStore::follow(OpenPage &page, const PageRef &ref)
+{
+    place(page, ref);
+    page.locked = isLocked(page);
 }
 
 bool PageStore::changedOnDisk(const OpenPage &page)
@@ -78,6 +108,13 @@ void PageStore::acceptDisk(OpenPage &page)
 {
     page.gone = !m_files.fileExists(page.path);
     page.bytes = page.gone ? QByteArray() : m_files.readFile(page.path);
+}
+
+QString PageStore::textOnDisk(const OpenPage &page)
+{
+    if (!m_files.fileExists(page.path))
+        return {};
+    return decodePage(m_files.readFile(page.path), m_values.projectLanguage).text;
 }
 
 QString PageStore::reasonAgainstEncoding(const OpenPage &page, const QString &text) const
@@ -101,12 +138,10 @@ void PageStore::write(OpenPage &page, const QString &text)
 
 QString PageStore::writeAsUtf8(OpenPage &page, const QString &text)
 {
-    QString declared = text;
-    PageEncoding encoding = utf8;
-    encoding.mark = !declareUtf8(declared);
-    replace(page, encodePage(declared, encoding));
-    page.content = {declared, encoding, false};
-    return declared;
+    const PageText converted = inUtf8(text);
+    replace(page, encodePage(converted.text, converted.encoding));
+    page.content = converted;
+    return converted.text;
 }
 
 void PageStore::replace(OpenPage &page, const QByteArray &bytes)
@@ -125,32 +160,4 @@ void PageStore::unlock(OpenPage &page)
 {
     m_files.setAttributes(page.path, m_files.attributes(page.path) & ~ReadOnlyFile);
     page.locked = false;
-}
-
-void PageStore::keepForRecovery(const OpenPage &page, const QString &text)
-{
-    const QString path = recoveryPath(page);
-    FileHelpers(m_values, m_files).mbCreateFilePath(withoutBackslash(parentFolder(path)));
-    m_files.replaceFile(path, encodePage(text, utf8));
-}
-
-std::optional<QString> PageStore::recovered(const OpenPage &page)
-{
-    const QString path = recoveryPath(page);
-    if (!m_files.fileExists(path))
-        return {};
-    return QString::fromUtf8(m_files.readFile(path));
-}
-
-void PageStore::forgetRecovered(const OpenPage &page)
-{
-    if (const QString path = recoveryPath(page); m_files.fileExists(path))
-        m_files.removeFile(path);
-}
-
-QString PageStore::recoveryPath(const OpenPage &page) const
-{
-    const QString project = projectFolder(m_values.serverPath, page.project);
-    return project + ProjectFile::backupFolder + u"\\Recovered\\"_s
-           + page.path.sliced(project.size());
 }

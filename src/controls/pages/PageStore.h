@@ -3,13 +3,24 @@
 #include "controls/session/ProjectSession.h"
 #include "startup/PageText.h"
 
+/// A page of a book, or of the global pages: their book has the folder "_Global Information".
+struct PageRef
+{
+    TocBook book;
+    BookPage page;
+};
+
+/// The session's current page; nothing when none is current. Raises 53 when the book no longer has
+/// it, and as ProjectSession::book.
+std::optional<PageRef> currentPageOf(ProjectSession &session);
+
 /// A page as it was read: its bytes, its text, and what speaks against editing it.
 struct OpenPage
 {
     QString project;
-    TocBook book;
-    BookPage page;
+    PageRef ref;
     QString path;
+    QString relative; ///< path from the project folder on
     QByteArray bytes; ///< as on disk when it was read
     PageText content;
     bool gone = false;   ///< somebody removed the file, and the author's text shall replace it
@@ -25,11 +36,15 @@ public:
     explicit PageStore(ProjectSession &session);
 
     /// Raises 53 or 75 naming the file.
-    OpenPage read(const TocBook &book, const BookPage &page);
+    OpenPage read(const PageRef &ref);
+    /// The page lies elsewhere now; its text stays what it was.
+    void follow(OpenPage &page, const PageRef &ref);
     /// Whether somebody else wrote the file since it was read; a file that has gone counts.
     bool changedOnDisk(const OpenPage &page);
     /// Takes what is on disk now as what was read: the author's own text shall replace it.
     void acceptDisk(OpenPage &page);
+    /// What the page says on disk now, for a comparison; "" when it has gone.
+    [[nodiscard]] QString textOnDisk(const OpenPage &page);
     /// Why the text cannot be saved in the page's encoding: the first character that it lacks, or
     /// a declared charset under which the page would read differently. "" when it can.
     [[nodiscard]] QString reasonAgainstEncoding(const OpenPage &page, const QString &text) const;
@@ -43,16 +58,15 @@ public:
     /// Clears the read-only bit.
     void unlock(OpenPage &page);
 
-    /// Unsaved text, kept under "_Backup\Recovered\" until it is used or refused.
-    void keepForRecovery(const OpenPage &page, const QString &text);
-    std::optional<QString> recovered(const OpenPage &page);
-    void forgetRecovered(const OpenPage &page);
-
 private:
-    [[nodiscard]] QString recoveryPath(const OpenPage &page) const;
+    void place(OpenPage &page, const PageRef &ref);
     void replace(OpenPage &page, const QByteArray &bytes);
 
     ProjectSession &m_session;
     Session &m_values;
     FileSystem &m_files;
 };
+
+/// `text` as a page in UTF-8: a charset that it declares is changed to UTF-8, and one that declares
+/// none gets a mark.
+PageText inUtf8(const QString &text);

@@ -1,8 +1,13 @@
 #include "controls/pages/PageTextView.h"
 
 #include <QFontDatabase>
+#include <QMimeData>
 #include <QPainter>
+#include <QScrollBar>
 #include <QTextBlock>
+
+#include <algorithm>
+#include <array>
 
 using namespace Qt::StringLiterals;
 
@@ -11,6 +16,7 @@ namespace {
 constexpr int marginSpace = 6; // pixels on each side of a line number
 constexpr qreal smallest = 5;
 constexpr qreal largest = 60;
+constexpr qsizetype mostMarks = 1000; // of hits, at a time
 
 QColor mixed(const QColor &a, const QColor &b, qreal share)
 {
@@ -45,9 +51,11 @@ PageTextView::PageTextView(QWidget *parent)
     setTabStopDistance(fontMetrics().horizontalAdvance(u' ') * 4);
     connect(this, &QPlainTextEdit::blockCountChanged, this, &PageTextView::fitMargin);
     connect(this, &QPlainTextEdit::updateRequest, this, &PageTextView::scrollMargin);
-    connect(this, &QPlainTextEdit::cursorPositionChanged, this, &PageTextView::showCurrentLine);
+    connect(this, &QPlainTextEdit::cursorPositionChanged, this, &PageTextView::showMarks);
+    connect(verticalScrollBar(), &QScrollBar::valueChanged, this, &PageTextView::showMarks);
+    connect(document(), &QTextDocument::contentsChange, this, &PageTextView::moveHits);
     fitMargin();
-    showCurrentLine();
+    showMarks();
 }
 
 // QPlainTextEdit::toPlainText() would turn no-break spaces into blanks.
@@ -68,13 +76,36 @@ void PageTextView::resetZoom()
     zoomBy(qRound(m_usualSize - font().pointSizeF()));
 }
 
+bool PageTextView::canInsertFromMimeData(const QMimeData *source) const
+{
+    return source->hasFormat(projectMimeType) || QPlainTextEdit::canInsertFromMimeData(source);
+}
+
+void PageTextView::insertFromMimeData(const QMimeData *source)
+{
+    if (source->hasFormat(projectMimeType))
+        Q_EMIT nodesDropped(nodesIn(source));
+    else
+        QPlainTextEdit::insertFromMimeData(source);
+}
+
 void PageTextView::keyPressEvent(QKeyEvent *event)
 {
     const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
-    if (enter && !isReadOnly() && !(event->modifiers() & ~Qt::KeypadModifier))
+    if (isForPopup(event))
+        event->ignore();
+    else if (enter && !isReadOnly() && !(event->modifiers() & ~Qt::KeypadModifier))
         breakLine();
     else
         QPlainTextEdit::keyPressEvent(event);
+}
+
+bool PageTextView::isForPopup(const QKeyEvent *event) const
+{
+    if (m_popup == nullptr || !m_popup->isVisible())
+        return false;
+    constexpr std::array choosing{Qt::Key_Return, Qt::Key_Enter, Qt::Key_Tab, Qt::Key_Escape};
+    return std::find(choosing.begin(), choosing.end(), event->key()) != choosing.end();
 }
 
 void PageTextView::breakLine()
@@ -106,6 +137,8 @@ void PageTextView::resizeEvent(QResizeEvent *event)
 {
     QPlainTextEdit::resizeEvent(event);
     fitMargin();
+    if (!m_hits.isEmpty())
+        showMarks();
 }
 
 void PageTextView::changeEvent(QEvent *event)
@@ -115,7 +148,7 @@ void PageTextView::changeEvent(QEvent *event)
         setTabStopDistance(fontMetrics().horizontalAdvance(u' ') * 4);
         fitMargin();
     } else if (event->type() == QEvent::PaletteChange) {
-        showCurrentLine();
+        showMarks();
     }
 }
 
@@ -158,7 +191,33 @@ void PageTextView::paintMargin(const QPaintEvent *event)
     }
 }
 
-void PageTextView::showCurrentLine()
+void PageTextView::markHits(const QList<TextHit> &hits)
+{
+    m_hits = hits;
+    showMarks();
+}
+
+void PageTextView::moveHits(int at, int removed, int added)
+{
+    if (m_hits.isEmpty() || removed == added)
+        return;
+    const auto first = std::partition_point(m_hits.begin(), m_hits.end(), [at](const TextHit &hit) {
+        return hit.start + hit.length <= at;
+    });
+    const auto last = std::partition_point(
+        first, m_hits.end(), [end = at + removed](const TextHit &hit) { return hit.start < end; });
+    for (auto hit = last; hit != m_hits.end(); ++hit)
+        hit->start += added - removed;
+    m_hits.erase(first, last);
+}
+
+void PageTextView::showMarks()
+{
+    setExtraSelections(QList{currentLine()} + visibleHits());
+    m_margin->update();
+}
+
+QTextEdit::ExtraSelection PageTextView::currentLine() const
 {
     QTextEdit::ExtraSelection line;
     line.format.setBackground(
@@ -166,6 +225,30 @@ void PageTextView::showCurrentLine()
     line.format.setProperty(QTextFormat::FullWidthSelection, true);
     line.cursor = textCursor();
     line.cursor.clearSelection();
-    setExtraSelections({line});
-    m_margin->update();
+    return line;
+}
+
+// Only those that can be seen: thousands of marks would make every key slow.
+QList<QTextEdit::ExtraSelection> PageTextView::visibleHits() const
+{
+    QList<QTextEdit::ExtraSelection> marks;
+    if (m_hits.isEmpty())
+        return marks;
+    const int top = firstVisibleBlock().position();
+    const QTextBlock lowest = cursorForPosition(viewport()->rect().bottomLeft()).block();
+    const int bottom = lowest.position() + lowest.length();
+    auto hit = std::partition_point(m_hits.cbegin(), m_hits.cend(), [top](const TextHit &earlier) {
+        return earlier.start + earlier.length <= top;
+    });
+    for (; hit != m_hits.cend() && hit->start < bottom && marks.size() < mostMarks; ++hit) {
+        QTextEdit::ExtraSelection mark;
+        mark.format.setBackground(
+            mixed(palette().color(QPalette::Base), palette().color(QPalette::Link), 0.35));
+        mark.cursor = QTextCursor(document());
+        mark.cursor.setPosition(static_cast<int>(hit->start));
+        mark.cursor.setPosition(static_cast<int>(hit->start + hit->length),
+                                QTextCursor::KeepAnchor);
+        marks.append(mark);
+    }
+    return marks;
 }

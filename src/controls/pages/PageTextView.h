@@ -1,5 +1,8 @@
 #pragma once
 
+#include "controls/tree/ProjectMime.h"
+#include "tools/TextFinder.h"
+
 #include <QPlainTextEdit>
 
 /// A plain text editor for page sources: line numbers in a margin, the current line shown, Enter
@@ -14,10 +17,21 @@ public:
     /// The text with "\n" between its lines; no-break spaces and all else as they are.
     [[nodiscard]] QString plainLines() const;
 
+    /// Marks these places of `plainLines()`; they move along when the text before them changes.
+    void markHits(const QList<TextHit> &hits);
+
+    /// While this list is open the keys that choose in it are left to it.
+    void setPopup(const QWidget *popup) { m_popup = popup; }
+
     void zoomBy(int steps);
     void resetZoom();
 
+Q_SIGNALS:
+    void nodesDropped(const DraggedNodes &nodes); ///< from the project tree, at the cursor
+
 protected:
+    bool canInsertFromMimeData(const QMimeData *source) const override;
+    void insertFromMimeData(const QMimeData *source) override;
     void keyPressEvent(QKeyEvent *event) override;
     void wheelEvent(QWheelEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
@@ -28,9 +42,15 @@ private:
     void paintMargin(const QPaintEvent *event);
     void fitMargin();
     void scrollMargin(const QRect &area, int dy);
-    void showCurrentLine();
+    void showMarks();
+    void moveHits(int at, int removed, int added);
+    [[nodiscard]] QTextEdit::ExtraSelection currentLine() const;
+    [[nodiscard]] QList<QTextEdit::ExtraSelection> visibleHits() const;
     void breakLine();
+    [[nodiscard]] bool isForPopup(const QKeyEvent *event) const;
 
     QWidget *m_margin;
+    const QWidget *m_popup = nullptr;
+    QList<TextHit> m_hits;
     qreal m_usualSize;
 };

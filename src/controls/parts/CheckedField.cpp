@@ -1,10 +1,22 @@
 #include "controls/parts/CheckedField.h"
 
+#include "platform/QvError.h"
+
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMetaMethod>
 #include <QVBoxLayout>
+
+namespace {
+
+// A window makes room for lines that are too many for it only when they cannot be less.
+void makeRoom(QLabel *says, int width)
+{
+    says->setMinimumHeight(says->text().isEmpty() ? 0 : says->heightForWidth(width));
+}
+
+} // namespace
 
 CheckedField::CheckedField(const QString &objectName, const QString &accessibleName, Rule problem,
                            Rule advice, QWidget *parent)
@@ -48,9 +60,13 @@ void CheckedField::setText(const QString &text)
     judge();
 }
 
+// What cannot be looked up on the disk is a problem, too.
 QString CheckedField::problem() const
 {
-    return m_problem(text());
+    QString problem;
+    trap([&](const QvError &error) { problem = error.description(); },
+         [&] { problem = m_problem(text()); });
+    return problem;
 }
 
 void CheckedField::judge()
@@ -63,11 +79,14 @@ void CheckedField::judge()
         says = m_advice(text());
     m_says->setText(says);
     m_says->setVisible(!says.isEmpty());
+    makeRoom(m_says, width());
     m_edit->setAccessibleDescription(says);
 }
 
 bool CheckedField::eventFilter(QObject *watched, QEvent *event)
 {
+    if (event->type() == QEvent::Resize)
+        makeRoom(m_says, width());
     // Only somebody who listens takes the key: in a dialog Escape closes the dialog.
     const bool listens = isSignalConnected(QMetaMethod::fromSignal(&CheckedField::escaped));
     if (listens && event->type() == QEvent::KeyPress

@@ -5,7 +5,7 @@
 #include "components/Categories.h"
 #include "components/Components.h"
 #include "components/LinkIDMerger.h"
-#include "dialogs/NameClaim.h"
+#include "catalogue/NameClaim.h"
 #include "dialogs/NewProjectFolder.h"
 #include "dialogs/merge/MergeSources.h"
 #include "dialogs/merge/MergedBooks.h"

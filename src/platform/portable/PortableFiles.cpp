@@ -111,7 +111,8 @@ QByteArray PortableFiles::place(const QString &path, NameCheck check) const
     };
     if (lstat(folder.constData(), &info) == 0)
         return native;
-    return findAnyCase(folder, path).value_or(folder) + native.sliced(folder.size());
+    const auto found = findAnyCase(folder.chopped(1), path);
+    return found ? *found + native.sliced(folder.size() - 1) : native;
 }
 
 /// What "not there" means for a file: 53, or 76 when its folder is missing too.

@@ -1,0 +1,103 @@
+#include "controls/pages/CompareDialog.h"
+
+#include "controls/pages/CompareModel.h"
+
+#include <QDialogButtonBox>
+#include <QFontDatabase>
+#include <QHeaderView>
+#include <QLabel>
+#include <QPushButton>
+#include <QShortcut>
+#include <QTableView>
+#include <QVBoxLayout>
+
+using namespace Qt::StringLiterals;
+
+CompareDialog::CompareDialog(const QString &title, const QString &theirs, const QString &mine,
+                             QWidget *parent)
+    : QDialog(parent)
+    , m_model(new CompareModel(theirs, mine, palette(), this))
+    , m_table(new QTableView(this))
+    , m_count(new QLabel(this))
+{
+    setObjectName(u"dlgCompare"_s);
+    setWindowTitle(tr("Compare: %1").arg(title));
+    makeTable();
+    layOut();
+    const int differences = m_model->differences();
+    m_count->setObjectName(u"lblDifferences"_s);
+    m_count->setText(differences == 0   ? tr("The texts do not differ.")
+                     : differences == 1 ? tr("1 difference")
+                                        : tr("%1 differences").arg(differences));
+    connect(new QShortcut(Qt::Key_F8, this), &QShortcut::activated, this, [this] { go(1); });
+    connect(new QShortcut(Qt::SHIFT | Qt::Key_F8, this), &QShortcut::activated, this,
+            [this] { go(-1); });
+    go(1);
+    const int letter = fontMetrics().averageCharWidth();
+    resize(150 * letter, 40 * fontMetrics().height());
+}
+
+void CompareDialog::makeTable()
+{
+    m_table->setObjectName(u"lstDifferences"_s);
+    m_table->setAccessibleName(tr("Lines of both versions"));
+    m_table->setModel(m_model);
+    m_table->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+    m_table->setSelectionBehavior(QAbstractItemView::SelectRows);
+    m_table->setSelectionMode(QAbstractItemView::SingleSelection);
+    m_table->setTabKeyNavigation(false);
+    m_table->setShowGrid(false);
+    m_table->setWordWrap(false);
+    m_table->verticalHeader()->hide();
+    m_table->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    m_table->verticalHeader()->setDefaultSectionSize(m_table->fontMetrics().height() + 2);
+    QHeaderView *header = m_table->horizontalHeader();
+    header->setSectionsClickable(false);
+    header->setMinimumSectionSize(1);
+    header->setSectionResizeMode(QHeaderView::Stretch);
+    const int digit = m_table->fontMetrics().horizontalAdvance(u'0');
+    const auto digits = QString::number(m_model->rowCount()).size();
+    for (const int column : {CompareModel::LeftLine, CompareModel::Sign, CompareModel::RightLine}) {
+        header->setSectionResizeMode(column, QHeaderView::Fixed);
+        header->resizeSection(column, digit * static_cast<int>(digits + 2));
+    }
+}
+
+void CompareDialog::layOut()
+{
+    auto *buttons = new QDialogButtonBox(this);
+    const auto add = [&](const char *name, const QString &text, QDialogButtonBox::ButtonRole role) {
+        QPushButton *button = buttons->addButton(text, role);
+        button->setObjectName(QLatin1StringView(name));
+        button->setAutoDefault(false);
+        return button;
+    };
+    QPushButton *next = add("cmdNextDifference", tr("&Next"), QDialogButtonBox::ActionRole);
+    QPushButton *previous =
+        add("cmdPreviousDifference", tr("&Previous"), QDialogButtonBox::ActionRole);
+    next->setToolTip(tr("Next difference (F8)"));
+    previous->setToolTip(tr("Previous difference (Shift+F8)"));
+    connect(next, &QPushButton::clicked, this, [this] { go(1); });
+    connect(previous, &QPushButton::clicked, this, [this] { go(-1); });
+    connect(add("cmdTakeTheirs", tr("Take &theirs"), QDialogButtonBox::AcceptRole),
+            &QPushButton::clicked, this, &QDialog::accept);
+    connect(add("cmdKeepMine", tr("Keep &mine"), QDialogButtonBox::AcceptRole),
+            &QPushButton::clicked, this, [this] { done(Kept); });
+    connect(add("cmdLater", tr("Decide &later"), QDialogButtonBox::RejectRole),
+            &QPushButton::clicked, this, &QDialog::reject);
+
+    auto *layout = new QVBoxLayout(this);
+    layout->addWidget(m_count);
+    layout->addWidget(m_table, 1);
+    layout->addWidget(buttons);
+}
+
+void CompareDialog::go(int direction)
+{
+    const int row = m_model->difference(
+        m_table->currentIndex().isValid() ? m_table->currentIndex().row() : -1, direction);
+    if (row < 0)
+        return;
+    m_table->selectRow(row);
+    m_table->scrollTo(m_model->index(row, 0), QAbstractItemView::PositionAtCenter);
+}

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QList>
+#include <QString>
+#include <QStringList>
+
+/// A page the author looked at.
+struct RecentPage
+{
+    QString book; ///< acronym
+    QString page; ///< id in the book
+    QString title;
+};
+
+/// The projects and pages that this author worked on last, newest first, in the user's settings.
+/// Each server folder has its own.
+class RecentPlaces final
+{
+public:
+    explicit RecentPlaces(const QString &serverPath);
+
+    [[nodiscard]] QStringList projects() const; ///< at most nine
+    void opened(const QString &project);
+    /// It is no longer there, or bears another name.
+    void forget(const QString &project);
+
+    [[nodiscard]] QList<RecentPage> pages(const QString &project) const; ///< at most fifteen
+    void shown(const QString &project, const RecentPage &page);
+
+private:
+    [[nodiscard]] QString pagesKey(const QString &project) const;
+
+    QString m_group; ///< of this server folder
+};

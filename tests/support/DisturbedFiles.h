@@ -1,0 +1,91 @@
+#pragma once
+
+#include "platform/FileSystem.h"
+
+#include <functional>
+
+/// Passes everything on to other files, and asks `disturb` before whatever changes them: an error
+/// that this raises is what the caller meets.
+class DisturbedFiles final : public FileSystem
+{
+public:
+    explicit DisturbedFiles(FileSystem &files)
+        : m_files(files)
+    {
+    }
+
+    std::function<void()> disturb = [] {};
+    std::function<void()> look = [] {}; ///< asked before whatever only reads
+    bool syncs = true; ///< false: nothing is flushed to the disk, which takes most of the time
+
+    FileStatus status(const QString &path) override
+    {
+        look();
+        return m_files.status(path);
+    }
+    QByteArray readFile(const QString &path, qint64 limit) override
+    {
+        look();
+        return m_files.readFile(path, limit);
+    }
+    void replaceFile(const QString &path, const QByteArray &content,
+                     ReplaceOptions options) override
+    {
+        disturb();
+        options.sync = options.sync && syncs;
+        m_files.replaceFile(path, content, options);
+    }
+    void copyFile(const QString &from, const QString &to, NameCheck check) override
+    {
+        disturb();
+        m_files.copyFile(from, to, check);
+    }
+    void makeFolder(const QString &path, NameCheck check) override
+    {
+        disturb();
+        m_files.makeFolder(path, check);
+    }
+    void move(const QString &from, const QString &to, NameCheck check) override
+    {
+        disturb();
+        m_files.move(from, to, check);
+    }
+    void removeFile(const QString &path, bool evenReadOnly) override
+    {
+        disturb();
+        m_files.removeFile(path, evenReadOnly);
+    }
+    void removeFolder(const QString &path) override
+    {
+        disturb();
+        m_files.removeFolder(path);
+    }
+    QList<FolderEntry> entries(const QString &folder) override
+    {
+        look();
+        return m_files.entries(folder);
+    }
+    int attributes(const QString &path) override { return m_files.attributes(path); }
+    void setAttributes(const QString &path, int attributes) override
+    {
+        disturb();
+        m_files.setAttributes(path, attributes);
+    }
+    void syncFolder(const QString &folder) override
+    {
+        disturb();
+        if (syncs)
+            m_files.syncFolder(folder);
+    }
+    void syncTree(const QString &folder) override { m_files.syncTree(folder); }
+    std::unique_ptr<FileLock> lock(const QString &path, const QString &like,
+                                   std::chrono::milliseconds patience) override
+    {
+        return m_files.lock(path, like, patience);
+    }
+    QString nativePath(const QString &path) override { return m_files.nativePath(path); }
+    QString productPath(const QString &native) override { return m_files.productPath(native); }
+
+private:
+    FileSystem &m_files;
+};
