@@ -16,6 +16,10 @@
 //   bench append SERVER NAME             lists one more project
 //   bench rank SERVER                    gives every project a rank
 //   bench delete SERVER PROJECT          deletes a project with its files
+//   bench find FOLDER TEXT [pattern]     counts the hits in all pages below a folder
+//   bench typing plain|ours|finding LENGTH KEYS [SIZE]   types into a page of such lines
+//   bench renaming SERVER                renames a page that 500 of 2,561 new pages link to, in turn
+//                                        with plainly rewriting the 500
 // SERVER and FOLDER are native paths.
 
 #include "PageJobs.h"

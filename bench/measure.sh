@@ -9,7 +9,7 @@ set -euo pipefail
 [ $# -ge 1 ] && [ -f "$1/installations/pair.py" ] || { say "usage: measure.sh TOOLS_FOLDER [JOB]..."; exit 64; }
 tools=$(cd "$1/installations" && pwd)
 shift
-[ $# -gt 0 ] || set -- launcher second open pages blocked copy rewrite import links rows tables catalogue delete finding typing
+[ $# -gt 0 ] || set -- launcher second open pages blocked copy rewrite import links rows tables catalogue delete finding typing renaming
 configure_and_build release bench driver qv_tour quovane-developer qvdeveloper peer_dialog peer_empty
 bin=$root/build/release/bin
 work=$(mktemp -d "${MEASURE_DIR:-/dev/shm}/measure-XXXXXX")
@@ -143,6 +143,17 @@ typing() {
     echo "== in a page that is one line of 5 MB"
     "$bin/bench" typing plain 5000000 3 5000000
     "$bin/bench" typing ours 5000000 3 5000000
+}
+
+# On a disk: what is renamed must be flushed, and there the flushing costs what it costs authors.
+renaming() {
+    local disk
+    disk=$(mktemp -d "${MEASURE_DISK:-/var/tmp}/measure-XXXXXX")
+    mkdir "$disk/Docs"
+    sync
+    echo "== renaming a page that 500 of 2,561 link to against rewriting the 500 files once"
+    "$bin/bench" renaming "$disk"
+    rm -rf "$disk"
 }
 
 link_servers() {

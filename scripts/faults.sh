@@ -88,7 +88,6 @@ sweep() {
     "${run[@]}" open Base
     one "set the indicators" -- lights Base 255
     one "create a book" -- add-book Base Beta BET Book_BET
-    one "add source files" -- import Base ALP "$work/more"
     one "save a page" -- save-page Base ALP one.htm "changed text"
     "${run[@]}" add-category Base ALP Hydraulics
     # Commands over several files: after the next open all of them are old, or all are new.
@@ -98,6 +97,10 @@ sweep() {
         one "$name" --recover "$driver --server $dir --date 2026-01-02 verify" \
             --together '*/Base/QV_*.xml' --together '*/Base/Book_ALP/*' -- "$@"
     }
+    whole "add import files" import-files Base ALP "$work/more"
+    "${run[@]}" import-files Base ALP "$work/more"
+    printf '# Four\n\nnew\n' >"$work/more/four.md"
+    whole "re-import newer files" import-newer Base ALP
     whole "change a book" rename-book Base ALP "Alpha two"
     whole "rename a page with its links" rename-page Base ALP one.htm first.htm
     whole "rename a category" rename-category Base Hydraulics Pumps
@@ -185,6 +188,7 @@ hostile() {
 
 mkdir -p "$work/more"
 printf '<html><head><title>Three</title></head><body>three</body></html>\n' >"$work/more/three.htm"
+printf '# Four\n\n[x](three.htm)\n' >"$work/more/four.md"
 for part in "$@"; do
     "$part"
 done

@@ -157,6 +157,9 @@ void tst_globals::editsGlobalPages()
         Desk::enter(dialog, "txtPageFile", wrong);
         QVERIFY2(!isEnabled(dialog, "cmdPageOk"), qPrintable(wrong));
     }
+    Desk::enter(dialog, "txtPageFile", u"x.htm"_s); // said in two lines, for which there is room
+    const auto *says = control<QLabel>(dialog, "txtPageFileSays");
+    QTRY_VERIFY(says->height() >= says->heightForWidth(says->width()));
     Desk::enter(dialog, "txtPageFile", u"Book_Welcome.htm"_s);
     click(dialog, "cmdPageOk");
     QCOMPARE(changed.last(), (QVariantList{u"ようこそ"_s, u"Welcome"_s, true}));

@@ -120,6 +120,7 @@ void tst_projectrename::renamesAllOrNothing()
     for (bool failed = true; failed; ++step) {
         NamedProject sample;
         DisturbedFiles disturbed(sample.world.files);
+        disturbed.syncs = false;
         int left = step;
         disturbed.disturb = [&] {
             if (--left == 0)
@@ -141,6 +142,7 @@ void tst_projectrename::finishesAfterADeath()
     for (int step = 1; names.isEmpty() || step < 40; ++step) {
         NamedProject sample;
         DisturbedFiles dying(sample.world.files);
+        dying.syncs = false;
         int left = step;
         dying.disturb = [&] {
             if (--left <= 0)
@@ -212,7 +214,9 @@ void tst_projectrename::renamesOnlyWhatNobodyElseHasOpen()
     Desk desk(sample);
     auto other = std::make_unique<ProjectSession>(world.program);
     other->open(oldName);
-    QDialog *dialog = desk.press("cmdRenameProject");
+    Q_EMIT desk.session.requested({.action = ProjectRequest::Action::Rename, .node = {}}); // tree
+    auto *dialog = desk.tab.findChild<QDialog *>(u"RenameProjectDialog"_s);
+    QVERIFY(dialog);
     Desk::enter(dialog, "txtNewProjectName", newName);
     click(dialog, "cmdRename");
     QCOMPARE(

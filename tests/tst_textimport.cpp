@@ -135,9 +135,9 @@ void tst_textimport::makesPagesOfTables()
     };
     row(u"a,b\r\n1,\"x, \"\"y\"\"\r\nz\"\r\n\r\n", false,
         u"<tr><th>a</th><th>b</th></tr><tr><td>1</td><td>x, &quot;y&quot;<br>z</td></tr>"_s);
-    row(u"a;b;c\n1,5;2", false,
-        u"<tr><th>a;b;c</th><th></th></tr>"
-        "<tr><td>1</td><td>5;2</td></tr>"_s);
+    row(u"a;b;c\n1,5;2;\n2,5;3;4\nshort", false,
+        u"<tr><th>a</th><th>b</th><th>c</th></tr><tr><td>1,5</td><td>2</td><td></td></tr>"
+        "<tr><td>2,5</td><td>3</td><td>4</td></tr><tr><td>short</td><td></td><td></td></tr>"_s);
     row(u"a;b\n1,5;2", false, u"<tr><th>a</th><th>b</th></tr><tr><td>1,5</td><td>2</td></tr>"_s);
     row(u"sep=|\na|b\n<|", false,
         u"<tr><th>a</th><th>b</th></tr><tr><td>&lt;</td><td></td></tr>"_s);

@@ -31,12 +31,14 @@ void settle(int milliseconds)
     } while (since.elapsed() < milliseconds);
 }
 
-QPointer<QObject> whenModal(const std::function<void(QWidget *)> &act)
+QPointer<QObject> whenModal(const std::function<void(QWidget *)> &act, bool orProgress)
 {
     auto *timer = new QTimer(qApp);
-    QObject::connect(timer, &QTimer::timeout, timer, [timer, act] {
+    QObject::connect(timer, &QTimer::timeout, timer, [timer, act, orProgress] {
         QWidget *modal = QApplication::activeModalWidget();
         if (!modal || !modal->isVisible())
+            return;
+        if (!orProgress && modal->objectName() == "frmProgBar"_L1)
             return;
         timer->stop();
         timer->deleteLater();

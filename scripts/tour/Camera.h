@@ -28,8 +28,9 @@ private:
 /// Lets the program run for a while.
 void settle(int milliseconds = 60);
 
-/// As soon as a modal window is open, runs `act` on it. Delete what it returns to stop waiting.
-QPointer<QObject> whenModal(const std::function<void(QWidget *)> &act);
+/// As soon as a modal window is open, runs `act` on it; the progress of long work is passed over
+/// unless it is what is waited for. Delete what it returns to stop waiting.
+QPointer<QObject> whenModal(const std::function<void(QWidget *)> &act, bool orProgress = false);
 
 /// Types into a field key by key, as an author does.
 void type(QWidget *field, const QString &text);

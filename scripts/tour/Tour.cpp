@@ -59,6 +59,11 @@ void Tour::play()
     createBook(u"维护者指南"_s, u"CHS"_s);
     addPages(u"maint-guide-zh-cn"_s);
     lookAround();
+    lookAtPage();
+    renamePage();
+    findInPages();
+    planQuickNav();
+    lookAtGlobals();
     deleteBook();
     leaveForLauncher();
     copyProject();
@@ -186,18 +191,19 @@ void Tour::addPages(const QString &folder)
 void Tour::editAndSave()
 {
     QWidget *main = window(Form::MainUI);
-    auto *pages = child<QTreeView>(main, "tvwPages");
+    auto *books = child<QWidget>(main, "ctlBooksTab1");
+    auto *pages = child<QTreeView>(books, "tvwPages");
     pages->setCurrentIndex(pages->model()->index(0, 0));
     settle(200);
-    auto *source = child<QPlainTextEdit>(main, "txtSource");
+    auto *source = child<QPlainTextEdit>(books, "txtSource");
     m_camera.take(main, u"page-source"_s, u"A page with its source"_s);
     QTextCursor cursor(source->document());
     cursor.movePosition(QTextCursor::End);
     cursor.insertText(u"<!-- checked -->\n"_s);
     settle();
     m_camera.take(main, u"page-edited"_s, u"The page was edited"_s);
-    click(main, "cmdSave");
-    child<QTabWidget>(main, "tabDetails")->setCurrentIndex(2);
+    click(books, "cmdSave");
+    child<QTabWidget>(books, "tabDetails")->setCurrentIndex(3);
     settle(300);
     m_camera.take(main, u"page-preview"_s, u"The page as readers see it"_s);
 }
@@ -255,18 +261,21 @@ void Tour::copyProject()
     child<QComboBox>(wizard, "cboLanguage")->setCurrentText(u"German"_s);
     child<QComboBox>(wizard, "cboSelPrjtoCopy")->setCurrentIndex(0);
     m_camera.take(wizard, u"wizard-copy"_s, u"A copy of a released project"_s);
-    const QPointer<QObject> waiting = whenModal([this](QWidget *progress) {
-        m_camera.take(progress, u"copying"_s, u"Copying shows progress and can be stopped"_s);
-    });
+    const QPointer<QObject> waiting = whenModal(
+        [this](QWidget *progress) {
+            m_camera.take(progress, u"copying"_s, u"Copying shows progress and can be stopped"_s);
+        },
+        true);
     click(wizard, "cmdContinue");
     delete waiting; // a quick copy shows no progress
     settle(500);
     QWidget *main = window(Form::MainUI);
     main->resize(1240, 800);
     child<QTabBar>(main, "SSTab1")->setCurrentIndex(1);
-    child<QListWidget>(main, "lstBooks")->setCurrentRow(1);
+    auto *books = child<QWidget>(main, "ctlBooksTab1");
+    child<QListWidget>(books, "lstBooks")->setCurrentRow(1);
     settle(300);
-    auto *pages = child<QTreeView>(main, "tvwPages");
+    auto *pages = child<QTreeView>(books, "tvwPages");
     pages->setCurrentIndex(pages->model()->index(0, 0));
     settle(300);
     m_camera.take(main, u"copied-project"_s, u"The copied project"_s);

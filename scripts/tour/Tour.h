@@ -25,6 +25,13 @@ private:
     void copyProject();
     void deleteBook();
 
+    // TourEditors.cpp: a day's work in the editors
+    void lookAtPage();
+    void renamePage();
+    void findInPages();
+    void planQuickNav();
+    void lookAtGlobals();
+
     // TourLifeCycle.cpp: whole projects
     void createSecondProject();
     void rankBookSets();

@@ -14,6 +14,7 @@
 #include "controls/pages/PagePane.h"
 #include "controls/pages/PagePreview.h"
 #include "controls/parts/Handler.h"
+#include "platform/Paths.h"
 #include "startup/Session.h"
 
 #include <QApplication>
@@ -137,6 +138,10 @@ bool ctlBooksTab::mayLeave()
 
 void ctlBooksTab::showPlace(const QString &path, qsizetype start, qsizetype length)
 {
+    if (path.startsWith(ProjectFile::globalFolder + u"\\"_s, Qt::CaseInsensitive)) {
+        Q_EMIT globalPlaceRequested(path, start, length);
+        return;
+    }
     handled(m_program, [&] {
         const PagePlace place = placeOfPage(m_session, path);
         if (!m_session.select(place.book, place.page.id))

@@ -41,6 +41,8 @@ public:
     /// Shows a place in the source of a page: path relative to the project folder, place in the
     /// text.
     void showPlace(const QString &path, qsizetype start, qsizetype length);
+    /// Opens the window that finds and replaces in all pages.
+    void findInPages();
 
 Q_SIGNALS:
     void OnAddImportFiles(bool changed);
@@ -49,6 +51,8 @@ Q_SIGNALS:
     void OnEditBookNameAcro(const QString &name, const QString &acronym);
     /// Pages, keywords or the list of books changed in another way.
     void pagesChanged(bool changed);
+    /// A place in a global page is wanted, which another editor shows.
+    void globalPlaceRequested(const QString &path, qsizetype start, qsizetype length);
 
 private:
     bool event(QEvent *event) override;
@@ -74,7 +78,6 @@ private:
     void askDeleteBook(const TocBook &book);
     void renameBook();
     void openPage(const QString &path, const QString &anchor);
-    void findInPages(const QString &text);
 
     Program &m_program;
     ProjectSession &m_session;

@@ -63,7 +63,6 @@ void ctlBooksTab::connectEditors()
     connect(m_pane, &PagePane::saved, &m_session,
             [this](const QString &file) { Q_EMIT m_session.done(tr("%1 was saved.").arg(file)); });
     connect(m_pane, &PagePane::pageShown, this, &ctlBooksTab::showPreview);
-    connect(m_pane, &PagePane::findInPagesRequested, this, &ctlBooksTab::findInPages);
     connect(tabDetails, &QTabWidget::currentChanged, this, &ctlBooksTab::showPreview);
     connect(m_preview, &PagePreview::pageRequested, this, &ctlBooksTab::openPage);
     connect(m_preview, &PagePreview::rereadRequested, this, [this] {
@@ -151,11 +150,11 @@ void ctlBooksTab::openPage(const QString &path, const QString &anchor)
     });
 }
 
-void ctlBooksTab::findInPages(const QString &text)
+void ctlBooksTab::findInPages()
 {
     if (m_find == nullptr) {
         m_find = new FindInPages(m_session, this);
         connect(m_find, &FindInPages::placeRequested, this, &ctlBooksTab::showPlace);
     }
-    m_find->open(text);
+    m_find->open(m_pane->selectedLine());
 }

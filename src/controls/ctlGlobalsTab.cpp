@@ -92,6 +92,12 @@ void ctlGlobalsTab::setGlobalPageName(const QString &page)
         tabGlobals->setCurrentWidget(m_projectPage);
 }
 
+void ctlGlobalsTab::showPlace(const QString &path, qsizetype start, qsizetype length)
+{
+    tabGlobals->setCurrentWidget(m_globalPages);
+    m_globalPages->showPlace(path, start, length);
+}
+
 bool ctlGlobalsTab::mayLeave()
 {
     return m_globalPages->mayLeave();

@@ -22,6 +22,9 @@ public:
     void setProjectName(const QString &name);
     void setGlobalPageName(const QString &page); ///< shows that page; "" shows the project
 
+    /// Shows a place in the source of a global page: path relative to the project folder.
+    void showPlace(const QString &path, qsizetype start, qsizetype length);
+
     /// Asks what to do with the unsaved text of a global page before the window closes. False when
     /// the author wants to stay.
     [[nodiscard]] bool mayLeave();

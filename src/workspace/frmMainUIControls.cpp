@@ -93,6 +93,11 @@ void frmMainUI::connectBooks()
     connect(ctlBooksTab1, &Books::OnAddSourceFiles, this, &Self::ctlBooksTab1_OnAddSourceFiles);
     connect(ctlBooksTab1, &Books::OnDeleteBook, this, &Self::ctlBooksTab1_OnDeleteBook);
     connect(ctlBooksTab1, &Books::pagesChanged, this, &Self::ctlBooksTab1_pagesChanged);
+    connect(ctlBooksTab1, &Books::globalPlaceRequested, this,
+            [this](const QString &path, qsizetype start, qsizetype length) {
+                selectTab(GlobalsTab);
+                ctlGlobalsTab1->showPlace(path, start, length);
+            });
 }
 
 void frmMainUI::connectQuickNav()

@@ -37,6 +37,7 @@ void frmMainUI::connectEdit()
     ui->mnuRedo->setShortcut(Qt::CTRL | Qt::SHIFT | Qt::Key_Z);
     connect(ui->mnuUndo, &QAction::triggered, this, &Self::mnuUndo_Click);
     connect(ui->mnuRedo, &QAction::triggered, this, &Self::mnuRedo_Click);
+    connect(ui->mnuFindInPages, &QAction::triggered, ctlBooksTab1, &ctlBooksTab::findInPages);
     connect(ui->mnuShortcuts, &QAction::triggered, this, &Self::mnuShortcuts_Click);
     connect(&m_project.history(), &ChangeHistory::changed, this, &Self::showHistory);
     connect(&m_project, &ProjectSession::historyMoved, this, &Self::noteHistory);

@@ -3,22 +3,19 @@
 #include "controls/import/AddImportFiles.h"
 #include "controls/import/AddSourceFiles.h"
 #include "platform/Messages.h"
+#include "tools/import/PageConversion.h"
 
 #include <QWidget>
 
 #include <algorithm>
-#include <array>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 bool mustBecomeAPage(const QString &path)
 {
-    constexpr std::array endings{".txt"_L1, ".md"_L1,  ".markdown"_L1,
-                                 ".csv"_L1, ".tsv"_L1, ".zip"_L1};
-    return std::any_of(endings.begin(), endings.end(), [&](QLatin1StringView ending) {
-        return path.endsWith(ending, Qt::CaseInsensitive);
-    });
+    const ImportFormat format = importFormat(path);
+    return isConverted(format) || format == ImportFormat::Archive;
 }
 } // namespace
 
@@ -44,7 +41,7 @@ void AddFiles::askSourceFolder()
 void AddFiles::askSourceFiles()
 {
     const QStringList files = m_session.program().fileDialogs.openFiles(
-        tr("Add source files"), {}, u"HTML files(*.htm;*.html)|*.htm;*.html"_s);
+        tr("Add source files"), {}, u"HTML files(*.htm;*.html;*.xhtml)|*.htm;*.html;*.xhtml"_s);
     if (!files.isEmpty())
         m_sources->begin(files);
 }

@@ -65,7 +65,7 @@ void PageDetails::layOut()
     cmdRename->setObjectName(u"cmdRenameFile"_s);
     cmdLock->setObjectName(u"cmdLock"_s);
     auto *form = new QFormLayout(this);
-    form->addRow(tr("T&itle:"), m_title);
+    form->addRow(tr("Title:"), m_title);
     form->addRow(tr("File:"), besideEachOther(m_file, cmdRename));
     form->addRow(tr("Encoding:"), m_encoding);
     form->addRow(tr("Lock:"), besideEachOther(m_lock, cmdLock));

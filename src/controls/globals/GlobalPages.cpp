@@ -142,6 +142,22 @@ bool GlobalPages::choose(const QString &title)
     return chooseRow(tvwGlobalPages, title);
 }
 
+void GlobalPages::showPlace(const QString &path, qsizetype start, qsizetype length)
+{
+    handled(m_session.program(), [&] {
+        for (const GlobalPage &page : m_session.globalPages()) {
+            const QString place = ProjectFile::globalFolder + u"\\"_s + page.file;
+            if (place.compare(path, Qt::CaseInsensitive) != 0)
+                continue;
+            chooseId(page.id);
+            tabPage->setCurrentWidget(m_pane);
+            m_pane->showPlace(start, length);
+            return;
+        }
+        throw QvError(FileNotFound, {}, tr("No global page has the file %1.").arg(path));
+    });
+}
+
 bool GlobalPages::mayLeave()
 {
     return m_pane->mayLeave();

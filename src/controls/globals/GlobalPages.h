@@ -26,6 +26,8 @@ public:
 
     /// Chooses the page of that title; false when there is none.
     bool choose(const QString &title);
+    /// Shows a place in the source of the page at `path`, relative to the project folder.
+    void showPlace(const QString &path, qsizetype start, qsizetype length);
     /// Asks what to do with unsaved text. False when the author wants to stay.
     bool mayLeave();
     /// The page that is shown may have been changed by another program.

@@ -32,7 +32,6 @@ ReplaceCategoryDialog::ReplaceCategoryDialog(const Task &task, Run run, QWidget 
     books->setObjectName(u"lstCategoryBooks"_s);
     books->setAccessibleName(tr("Books with this category"));
     books->addItems(task.books);
-    setTabOrder(books, cboInto);
 
     auto *buttons = new QDialogButtonBox(this);
     QPushButton *ok = buttons->addButton(task.button, QDialogButtonBox::AcceptRole);
@@ -50,6 +49,8 @@ ReplaceCategoryDialog::ReplaceCategoryDialog(const Task &task, Run run, QWidget 
     layout->addLayout(form);
     layout->addWidget(buttons);
     setMinimumWidth(fontMetrics().averageCharWidth() * 60);
+    setTabOrder(books, cboInto);
+    setTabOrder(cboInto, ok);
     cboInto->setFocus();
 }
 

@@ -15,7 +15,7 @@ namespace {
 /// What the dialog says for a command.
 struct Wording
 {
-    QString title, intro, button, nothing;
+    QString title, intro, button, conflicts, nothing;
 };
 
 Wording wordingOf(ImportCommand command)
@@ -27,16 +27,19 @@ Wording wordingOf(ImportCommand command)
     case ImportCommand::ImportFiles:
         return {Dialog::tr("Add import files"),
                 Dialog::tr("&These files will become pages of the book; HTML stays as it is:"),
-                Dialog::tr("&Add"), Dialog::tr("No page is chosen that could be added.")};
+                Dialog::tr("&Add"), Dialog::tr("&Files whose name is taken:"),
+                Dialog::tr("No page is chosen that could be added.")};
     case ImportCommand::NewerFiles:
         return {Dialog::tr("Re-import newer files"),
                 Dialog::tr("&The sources of these pages changed since they were added. Replace "
                            "takes the newer source, Skip keeps the page:"),
-                Dialog::tr("&Re-import"), Dialog::tr("No page is chosen to be replaced.")};
+                Dialog::tr("&Re-import"), Dialog::tr("A&ll pages:"),
+                Dialog::tr("No page is chosen to be replaced.")};
     }
     return {Dialog::tr("Add source files"),
             Dialog::tr("&These files will be copied into the book as they are:"),
-            Dialog::tr("&Add"), Dialog::tr("No page is chosen that could be added.")};
+            Dialog::tr("&Add"), Dialog::tr("&Files whose name is taken:"),
+            Dialog::tr("No page is chosen that could be added.")};
 }
 
 } // namespace
@@ -60,6 +63,7 @@ AddSourceFilesDialog::AddSourceFilesDialog(FileSystem &files, ImportPlan plan, Q
     setWindowTitle(wording.title);
     ui->lblIntro->setText(wording.intro);
     ui->cmdAdd->setText(wording.button);
+    ui->lblConflicts->setText(wording.conflicts);
     m_nothing = wording.nothing;
     fitColumns();
     addRowCommands();
@@ -84,7 +88,7 @@ void AddSourceFilesDialog::fitColumns()
 {
     QHeaderView *header = ui->lstFiles->horizontalHeader();
     const int letter = fontMetrics().averageCharWidth();
-    const QList<int> letters{34, 30, 12, 18, 10};
+    const QList<int> letters{30, 26, 21, 13, 12};
     for (int column = 0; column < letters.size(); ++column)
         header->resizeSection(column, letters[column] * letter);
     ui->lstFiles->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 8);
@@ -121,11 +125,15 @@ void AddSourceFilesDialog::fillConflictChoice()
         {tr("Rename"), ImportAction::Rename},
     };
     ui->cboConflicts->addItem(tr("As listed"));
-    for (const auto &[name, action] : choices)
-        ui->cboConflicts->addItem(name, static_cast<int>(action));
     const QList<ImportItem> &items = plan().items;
-    const bool any = std::any_of(items.begin(), items.end(),
-                                 [](const ImportItem &item) { return item.actions.size() > 1; });
+    for (const auto &[name, choice] : choices) {
+        const bool offered = std::any_of(items.begin(), items.end(), [&](const ImportItem &item) {
+            return item.actions.size() > 1 && item.actions.contains(choice);
+        });
+        if (offered)
+            ui->cboConflicts->addItem(name, static_cast<int>(choice));
+    }
+    const bool any = ui->cboConflicts->count() > 1;
     ui->cboConflicts->setEnabled(any);
     ui->lblConflicts->setEnabled(any);
     ui->cboConflicts->setToolTip(any ? tr("A renamed file is copied under the name shown. Links of "
@@ -145,11 +153,11 @@ void AddSourceFilesDialog::updateTotals()
     const ImportTotals totals = totalsOf(plan());
     const QString size =
         QLocale().formattedDataSize(totals.bytes, 1, QLocale::DataSizeTraditionalFormat);
-    ui->lblTotals->setText(tr("Pages: %1   Other files: %2   Names taken: %3   To copy: %4")
-                               .arg(totals.pages)
-                               .arg(totals.files)
-                               .arg(totals.conflicts)
-                               .arg(size));
+    QStringList numbers{tr("Pages: %1").arg(totals.pages), tr("Other files: %1").arg(totals.files)};
+    if (plan().command != ImportCommand::NewerFiles)
+        numbers.append(tr("Names taken: %1").arg(totals.conflicts));
+    numbers.append(tr("To copy: %1").arg(size));
+    ui->lblTotals->setText(numbers.join(u"   "_s));
     const bool any = totals.pages > 0;
     ui->cmdAdd->setEnabled(any);
     ui->lblReason->setText(any ? QString() : m_nothing);

@@ -2,6 +2,7 @@
 
 #include "controls/import/AddSourceFilesDialog.h"
 #include "controls/parts/Handler.h"
+#include "platform/QvError.h"
 #include "tools/import/SourceImport.h"
 
 using namespace Qt::StringLiterals;
@@ -56,6 +57,10 @@ void ImportList::run(const ImportPlan &plan)
         // A page that is being edited may be one that is replaced.
         if (!m_session.mayLeave())
             return;
+        if (m_session.projectName() != plan.project)
+            throw QvError(
+                InvalidCall, {},
+                tr("The project %1 is no longer open. Nothing was added.").arg(plan.project));
         Program &program = m_session.program();
         const QString fresh = m_session.binPlace(u"Added"_s);
         ImportResult result;

@@ -239,3 +239,10 @@ void ImportActionDelegate::setModelData(QWidget *editor, QAbstractItemModel *mod
 {
     model->setData(index, static_cast<QComboBox *>(editor)->currentIndex());
 }
+
+void ImportActionDelegate::initStyleOption(QStyleOptionViewItem *option,
+                                           const QModelIndex &index) const
+{
+    QStyledItemDelegate::initStyleOption(option, index);
+    option->textElideMode = Qt::ElideRight;
+}

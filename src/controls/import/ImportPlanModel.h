@@ -46,7 +46,8 @@ private:
     ImportPlan m_plan;
 };
 
-/// Edits the InBook column with a box of the actions offered.
+/// Edits the InBook column with a box of the actions offered. Names are cut in their middle, what
+/// this column says at its end.
 class ImportActionDelegate final : public QStyledItemDelegate
 {
 public:
@@ -56,4 +57,7 @@ public:
     void setEditorData(QWidget *editor, const QModelIndex &index) const override;
     void setModelData(QWidget *editor, QAbstractItemModel *model,
                       const QModelIndex &index) const override;
+
+protected:
+    void initStyleOption(QStyleOptionViewItem *option, const QModelIndex &index) const override;
 };

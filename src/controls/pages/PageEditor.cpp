@@ -105,8 +105,6 @@ void PageEditor::makeActions()
     addAction(tr("&Replace..."), Qt::CTRL | Qt::Key_H, &PageEditor::openReplace);
     addAction(tr("Find &next"), Qt::Key_F3, &PageEditor::findNext);
     addAction(tr("Find &previous"), Qt::SHIFT | Qt::Key_F3, &PageEditor::findPrevious);
-    addAction(tr("Find in &all pages..."), Qt::CTRL | Qt::SHIFT | Qt::Key_F,
-              &PageEditor::findInPages);
     addAction(tr("&Go to line..."), Qt::CTRL | Qt::Key_G, &PageEditor::goToLine);
     addAction(tr("&Insert link..."), Qt::CTRL | Qt::Key_K, &PageEditor::insertLinkRequested);
     addAction(tr("&Larger letters"), QKeySequence::ZoomIn, &PageEditor::zoomIn);
@@ -296,10 +294,10 @@ void PageEditor::openReplace()
     m_find->open(true);
 }
 
-void PageEditor::findInPages()
+QString PageEditor::selectedLine() const
 {
     const QString chosen = m_view->textCursor().selectedText();
-    Q_EMIT findInPagesRequested(chosen.contains(QChar::ParagraphSeparator) ? QString() : chosen);
+    return chosen.contains(QChar::ParagraphSeparator) ? QString() : chosen;
 }
 
 void PageEditor::goToLine()

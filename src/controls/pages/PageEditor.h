@@ -64,12 +64,14 @@ public:
     /// Why the text cannot be edited whoever holds the file (damaged bytes); "" allows it again.
     void setReadOnlyReason(const QString &reason);
 
+    /// The selected text where it lies in one line, else "".
+    [[nodiscard]] QString selectedLine() const;
+
 Q_SIGNALS:
     void modificationChanged(bool modified);
     void textChanged();
     void insertLinkRequested();                     ///< Ctrl+K
     void nodesDropped(const DraggedNodes &nodes);   ///< from the project tree
-    void findInPagesRequested(const QString &text); ///< Ctrl+Shift+F; with the selected text
     void unlockRequested();                         ///< *Unlock page* was pressed
 
 private:
@@ -81,7 +83,6 @@ private:
     void openReplace();
     void findNext();
     void findPrevious();
-    void findInPages();
     void goToLine();
     void zoomIn();
     void zoomOut();

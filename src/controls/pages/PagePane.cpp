@@ -140,6 +140,11 @@ void PagePane::showProblem(const QString &problem)
     Q_EMIT pageShown();
 }
 
+QString PagePane::selectedLine() const
+{
+    return m_editor->selectedLine();
+}
+
 QString PagePane::text() const
 {
     return m_page ? m_editor->text() : QString();

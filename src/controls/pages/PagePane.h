@@ -32,6 +32,8 @@ public:
     [[nodiscard]] QString text() const; ///< as edited so far
     /// Marks a place of the text and brings it into view.
     void showPlace(qsizetype start, qsizetype length);
+    /// The selected text where it lies in one line, else "".
+    [[nodiscard]] QString selectedLine() const;
 
     /// Writes unsaved text. False when it is still unsaved.
     bool save();
@@ -44,8 +46,6 @@ public:
 Q_SIGNALS:
     void pageShown(); ///< another page, or the same one read again
     void saved(const QString &file);
-    /// *Find in all pages* was asked for; with the selected text.
-    void findInPagesRequested(const QString &text);
 
 private:
     void layOut();

@@ -81,7 +81,6 @@ void PagePane::connectParts()
     connect(m_editor, &PageEditor::modificationChanged, this, &PagePane::updateState);
     connect(m_editor, &PageEditor::textChanged, &m_recovery, &RecoveryKeeper::textChanged);
     connect(m_editor, &PageEditor::unlockRequested, this, &PagePane::unlock);
-    connect(m_editor, &PageEditor::findInPagesRequested, this, &PagePane::findInPagesRequested);
     connect(m_editor, &PageEditor::insertLinkRequested, this, &PagePane::insertLink);
     connect(m_editor, &PageEditor::nodesDropped, this, &PagePane::insertLinksTo);
     m_editor->offerLinks([this]() -> const PageIndex * {

@@ -2,6 +2,7 @@
 
 #include "platform/QvError.h"
 
+#include <QDialog>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
@@ -10,10 +11,17 @@
 
 namespace {
 
-// A window makes room for lines that are too many for it only when they cannot be less.
-void makeRoom(QLabel *says, int width)
+// A dialog grows by itself for one line, and not for text that wraps.
+void makeRoom(QWidget *field)
 {
-    says->setMinimumHeight(says->text().isEmpty() ? 0 : says->heightForWidth(width));
+    field->layout()->activate();
+    auto *const dialog = qobject_cast<QDialog *>(field->window());
+    if (dialog == nullptr || !dialog->isVisible() || dialog->layout() == nullptr)
+        return;
+    dialog->layout()->activate();
+    const int needed = dialog->layout()->totalHeightForWidth(dialog->width());
+    if (needed > dialog->height())
+        dialog->resize(dialog->width(), needed);
 }
 
 } // namespace
@@ -79,14 +87,12 @@ void CheckedField::judge()
         says = m_advice(text());
     m_says->setText(says);
     m_says->setVisible(!says.isEmpty());
-    makeRoom(m_says, width());
     m_edit->setAccessibleDescription(says);
+    makeRoom(this);
 }
 
 bool CheckedField::eventFilter(QObject *watched, QEvent *event)
 {
-    if (event->type() == QEvent::Resize)
-        makeRoom(m_says, width());
     // Only somebody who listens takes the key: in a dialog Escape closes the dialog.
     const bool listens = isSignalConnected(QMetaMethod::fromSignal(&CheckedField::escaped));
     if (listens && event->type() == QEvent::KeyPress

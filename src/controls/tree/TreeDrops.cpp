@@ -3,6 +3,7 @@
 #include "controls/tree/ProjectTreeModel.h"
 #include "platform/FileSystem.h"
 #include "platform/QvError.h"
+#include "tools/import/PageConversion.h"
 
 #include <QMimeData>
 #include <QUrl>
@@ -132,23 +133,6 @@ std::optional<ProjectRequest> nodesOn(const ProjectTreeModel &model, ProjectSess
     return allowed ? std::optional(request) : std::nullopt;
 }
 
-bool endsWithAny(const QString &path, std::initializer_list<QLatin1StringView> endings)
-{
-    return std::any_of(endings.begin(), endings.end(), [&](QLatin1StringView ending) {
-        return path.endsWith(ending, Qt::CaseInsensitive);
-    });
-}
-
-bool isWelcome(FileSystem &files, const QString &path, Node::Kind target)
-{
-    if (endsWithAny(path, {".htm"_L1, ".html"_L1}))
-        return true;
-    return target == Node::Kind::Book
-           && (endsWithAny(path, {".xhtml"_L1, ".txt"_L1, ".md"_L1, ".markdown"_L1, ".csv"_L1,
-                                  ".tsv"_L1, ".zip"_L1})
-               || files.folderExists(path));
-}
-
 /// Where files go that are dropped on a row.
 std::optional<Node> takerOf(const ProjectTreeModel &model, const QModelIndex &parent)
 {
@@ -158,6 +142,14 @@ std::optional<Node> takerOf(const ProjectTreeModel &model, const QModelIndex &pa
     return kind == TreeKind::Globals || kind == TreeKind::GlobalPage
                ? std::optional(Node{.kind = Node::Kind::Globals})
                : std::nullopt;
+}
+
+bool isWelcome(FileSystem &files, const QString &path, Node::Kind taker)
+{
+    if (taker == Node::Kind::Globals)
+        return path.endsWith(".htm"_L1, Qt::CaseInsensitive)
+               || path.endsWith(".html"_L1, Qt::CaseInsensitive);
+    return importFormat(path) != ImportFormat::Other || files.folderExists(path);
 }
 
 /// Files and folders of the desktop, into a book; pages, among the global ones.

@@ -2,14 +2,20 @@
 
 #include "platform/Paths.h"
 #include "platform/QvError.h"
+#include "tools/OrderedWork.h"
 #include "tools/import/BaseFolder.h"
 
 #include <QCryptographicHash>
+
+#include <utility>
+#include <vector>
 
 using namespace Qt::StringLiterals;
 using Kind = ImportItem::Kind;
 
 namespace {
+
+constexpr int readers = 2;
 
 QString titleOf(const HtmlFacts &facts, const QString &name)
 {
@@ -42,7 +48,7 @@ void ImportPlanner::work(ImportPlan &plan, const QStringList &picked,
         for (const BookSource &source : sources)
             takeNewer(source);
     }
-    readPages();
+    readFiles();
     uncheckExcluded();
     findConflicts();
 }
@@ -57,36 +63,71 @@ void ImportPlanner::omit(const QString &reference, const QString &page, const QS
 
 // ---- what the pages say
 
-/// Style sheets join the list while it is gone through.
-void ImportPlanner::readPages()
+/// What a page says.
+struct ImportPlanner::ReadPage
 {
+    PageText page;
+    QByteArray sum;
+    QString title;
+    HtmlFacts facts;
+};
+
+/// Style sheets join the list while it is gone through.
+void ImportPlanner::readFiles()
+{
+    readPages();
     for (int i = 0; i < m_plan->items.size(); ++i) {
+        if (m_plan->items[i].kind != Kind::Style)
+            continue;
         m_progress.step(i, static_cast<int>(m_plan->items.size()), m_plan->items[i].target);
-        if (m_plan->items[i].isPage())
-            readPage(i);
-        else if (m_plan->items[i].kind == Kind::Style)
-            readStyle(i);
+        readStyle(i);
     }
 }
 
-void ImportPlanner::readPage(int index)
+/// Only pages are in the list yet. They are read side by side and followed one after the other.
+void ImportPlanner::readPages()
+{
+    const QList<ImportItem> pages = m_plan->items; // the list itself grows meanwhile
+    const QList<Origin> origins = m_origins;
+    const int count = static_cast<int>(pages.size());
+    std::vector<ReadPage> found(static_cast<size_t>(count));
+    const auto readOne = [&](int index) {
+        if (!isTooLarge(pages.at(index))) // refused later
+            found[static_cast<size_t>(index)] = read(pages.at(index), origins.at(index).relative);
+    };
+    const auto takeOne = [&](int index) {
+        m_progress.step(index, count, pages.at(index).target);
+        if (!isTooLarge(pages.at(index)))
+            takePage(index, std::exchange(found[static_cast<size_t>(index)], {}));
+    };
+    inOrder(count, readers, m_progress.stop, readOne, takeOne);
+}
+
+ImportPlanner::ReadPage ImportPlanner::read(const ImportItem &item, const QString &relative) const
+{
+    const QByteArray bytes = m_files.readFile(item.source);
+    ReadPage read{.page = decodePage(bytes, m_language),
+                  .sum = QCryptographicHash::hash(bytes, QCryptographicHash::Md5).toHex(),
+                  .title = {},
+                  .facts = {}};
+    const QString name = lastComponent(relative);
+    if (item.isMade())
+        read.page.text = wholePage(convertedPage(item.format, read.page.text, name), m_language);
+    read.facts = scanHtml(read.page.text);
+    read.title = titleOf(read.facts, name);
+    return read;
+}
+
+void ImportPlanner::takePage(int index, const ReadPage &read)
 {
     ImportItem &item = m_plan->items[index];
-    if (isTooLarge(item))
-        return; // refused later
-    const QByteArray bytes = m_files.readFile(item.source);
-    PageText page = decodePage(bytes, m_language);
-    item.encoding = page.encoding;
-    item.damaged = page.damaged;
-    item.sum = QCryptographicHash::hash(bytes, QCryptographicHash::Md5).toHex();
-    const QString name = lastComponent(m_origins[index].relative);
-    if (item.isMade())
-        page.text = wholePage(convertedPage(item.format, page.text, name), m_language);
-    const HtmlFacts facts = scanHtml(page.text);
-    item.title = titleOf(facts, name);
-    if (const auto base = baseFolder(m_origins[index].relative, page.text, facts)) {
+    item.encoding = read.page.encoding;
+    item.damaged = read.page.damaged;
+    item.sum = read.sum;
+    item.title = read.title;
+    if (const auto base = baseFolder(m_origins[index].relative, read.page.text, read.facts)) {
         m_base = *base;
-        follow(index, page.text, facts.references);
+        follow(index, read.page.text, read.facts.references);
     } else {
         omit(item.source, item.target,
              u"Its <base> moves its links away; the files it uses are not looked for."_s);

@@ -56,8 +56,11 @@ private:
     void omit(const QString &reference, const QString &page, const QString &reason);
     FolderIndex &topFolder(const QString &path);
 
+    struct ReadPage;
+    void readFiles();
     void readPages();
-    void readPage(int index);
+    [[nodiscard]] ReadPage read(const ImportItem &item, const QString &relative) const;
+    void takePage(int index, const ReadPage &page);
     void readStyle(int index);
     void follow(int index, QStringView text, const QList<PageReference> &references);
     void followOne(int index, PageReference::Kind kind, QStringView reference);

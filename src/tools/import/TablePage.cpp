@@ -7,6 +7,7 @@
 #include <QStringList>
 
 #include <algorithm>
+#include <compare>
 
 using namespace Qt::StringLiterals;
 
@@ -87,28 +88,41 @@ bool isEmptyRow(const QStringList &row)
                        [](const QString &value) { return value.isEmpty(); });
 }
 
-/// The separator that cuts the first rows into most columns, all into the same number of them; the
-/// first of the list when none does.
-QChar likelySeparator(QStringView text)
+/// How a separator cuts the first rows of a text.
+struct Cut
+{
+    qsizetype rows = 0;    ///< that have as many columns as each other, and more than one
+    qsizetype columns = 0; ///< of these
+    auto operator<=>(const Cut &) const = default;
+};
+
+Cut cutAt(QStringView text, QChar separator)
 {
     constexpr qsizetype rowsLookedAt = 20;
-    QChar best = u',';
-    qsizetype most = 1;
-    for (const QChar separator : u",;\t|"_s) {
-        Rows rows = ValueReader(text, separator).rows(rowsLookedAt);
-        rows.removeIf(isEmptyRow);
-        if (rows.isEmpty())
-            continue;
-        const qsizetype columns = rows.first().size();
-        const bool even = std::all_of(rows.begin(), rows.end(), [&](const QStringList &row) {
-            return row.size() == columns;
-        });
-        if (even && columns > most) {
-            best = separator;
-            most = columns;
+    QHash<qsizetype, qsizetype> rowsWith; // so many columns
+    for (const QStringList &row : ValueReader(text, separator).rows(rowsLookedAt)) {
+        if (!isEmptyRow(row) && row.size() > 1)
+            ++rowsWith[row.size()];
+    }
+    Cut best;
+    for (auto count = rowsWith.cbegin(); count != rowsWith.cend(); ++count)
+        best = std::max(best, Cut{*count, count.key()});
+    return best;
+}
+
+/// The separator that cuts most rows alike: single rows may be shorter, and text or amounts may
+/// hold the other ones. Commas come last, because they stand in both.
+QChar likelySeparator(QStringView text)
+{
+    QChar likely = u',';
+    Cut best;
+    for (const QChar separator : u"\t;|,"_s) {
+        if (const Cut cut = cutAt(text, separator); cut > best) {
+            best = cut;
+            likely = separator;
         }
     }
-    return best;
+    return likely;
 }
 
 QString rowHtml(const QStringList &values, qsizetype columns, const QString &cell)
