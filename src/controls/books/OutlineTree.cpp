@@ -42,9 +42,9 @@ OutlineTree::OutlineTree(QWidget *parent)
         Qt::QueuedConnection);
     setExpandsOnDoubleClick(false);
     const int letter = fontMetrics().averageCharWidth();
-    header()->resizeSection(TitleColumn, 30 * letter);
+    header()->resizeSection(TitleColumn, 34 * letter);
     header()->resizeSection(FileColumn, 17 * letter);
-    header()->resizeSection(ContextColumn, 14 * letter);
+    header()->resizeSection(ContextColumn, 12 * letter);
 }
 
 void OutlineTree::setBook(const QString &projectFolder, const TocBook &book)

@@ -67,6 +67,8 @@ void CategoriesPage::layOut()
     both->addWidget(defaultSide());
     both->setStretchFactor(0, 3);
     both->setStretchFactor(1, 2);
+    const int letter = fontMetrics().averageCharWidth();
+    both->setSizes({90 * letter, 60 * letter});
     both->setChildrenCollapsible(false);
     auto *layout = new QVBoxLayout(this);
     layout->addWidget(m_problem);
