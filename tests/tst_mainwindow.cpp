@@ -1,12 +1,14 @@
+#include "catalogue/ProjectCatalogue.h"
 #include "catalogue/StatusIndicators.h"
-#include "controls/parts/StatusLight.h"
 #include "controls/ctlBooksTab.h"
 #include "controls/ctlBuildTab.h"
 #include "controls/ctlGlobalsTab.h"
 #include "controls/ctlQuickNav.h"
+#include "controls/parts/StatusLight.h"
 #include "dialogs/frmSelPrjType.h"
 #include "startup/frmOrvantisVRXSplashScreen.h"
 #include "support/WorkspaceWorld.h"
+#include "workspace/ShortcutList.h"
 #include "workspace/frmBuild.h"
 
 using namespace Qt::StringLiterals;
@@ -61,6 +63,9 @@ private Q_SLOTS:
     void startsOtherPrograms();
     void keepsItsLayout();
     void keepsTheBuildWindowInStep();
+    void undoesByName();
+    void goesOnWithARecentProject();
+    void helpsAboutThePlace();
 };
 
 void tst_mainwindow::opensOnTheGlobals()
@@ -353,6 +358,87 @@ void tst_mainwindow::keepsTheBuildWindowInStep()
     Q_EMIT control1.evtZippingComplete();
     QTRY_VERIFY(!window);
     QVERIFY(world.messages.shown.isEmpty());
+}
+
+void tst_mainwindow::undoesByName()
+{
+    WorkspaceWorld world(u"Plant"_s);
+    world.addBook(u"Repair & care"_s, u"REP"_s);
+    frmMainUI *const form = world.openMainWindow();
+    const QString toc = world.projectPath() + ProjectFile::toc;
+    const QByteArray before = world.files.readFile(toc);
+    chooseInTree(form, {u"Books"_s, u"Repair & care"_s});
+    auto *const undo = form->findChild<QAction *>(u"mnuUndo"_s);
+    auto *const redo = form->findChild<QAction *>(u"mnuRedo"_s);
+    QVERIFY(!undo->isEnabled() && !redo->isEnabled());
+
+    auto *const name = control<QLineEdit>(control<QWidget>(form, "ctlBooksTab1"), "txtName");
+    name->selectAll();
+    QTest::keyClicks(name, u"Care"_s);
+    QTest::keyClick(name, Qt::Key_Return);
+    QVERIFY(world.files.readFile(toc) != before);
+    QVERIFY2(undo->isEnabled() && undo->text().startsWith("&Undo: "_L1), qPrintable(undo->text()));
+    QVERIFY2(!undo->text().sliced(1).remove("&&"_L1).contains(u'&'), "no second mnemonic");
+    world.session.booksChanged = false;
+
+    undo->trigger();
+    QCOMPARE(world.files.readFile(toc), before);
+    QCOMPARE(name->text(), u"Repair & care"_s);
+    QVERIFY(control<QStatusBar>(form, "stbState")->currentMessage().startsWith("Undone: "_L1));
+    QVERIFY2(world.session.booksChanged, "no build has taken the undoing in");
+    redo->trigger();
+    QCOMPARE(name->text(), u"Care"_s);
+    QVERIFY(!redo->isEnabled());
+}
+
+void tst_mainwindow::goesOnWithARecentProject()
+{
+    WorkspaceWorld world;
+    ProjectCatalogue(world.session, world.files)
+        .CreateSelectionFile(cataloguePath(world.session.serverPath));
+    world.makeProject(u"Valves"_s);
+    world.openMainWindow();
+    world.makeProject(u"Plant"_s);
+    world.messages.answers = {Answer::No, Answer::Yes};
+    const auto recent = [&] {
+        auto *const menu = control<QMenu>(world.mainWindow(), "mnuRecentProjects");
+        Q_EMIT menu->aboutToShow();
+        return menu->actions();
+    };
+    QVERIFY2(!recent().constFirst()->isEnabled(), "only the open one so far");
+    world.real.openProject(u"Plant"_s);
+    QCOMPARE(world.session.projectName, u"Plant"_s); // made current by the test itself
+    QCOMPARE(control<QTreeView>(world.mainWindow(), "tvwProject")->model()->index(0, 0).data(),
+             u"Valves"_s);
+    world.real.openProject(u"Plant"_s);
+    QCOMPARE(control<QTreeView>(world.mainWindow(), "tvwProject")->model()->index(0, 0).data(),
+             u"Plant"_s);
+    QCOMPARE(recent().constFirst()->text(), u"Valves"_s);
+
+    ProjectCatalogue(world.session, world.files).remove(u"Valves"_s);
+    recent().constFirst()->trigger();
+    QVERIFY(world.messages.shown.constLast().contains(u"no longer among those to continue"_s));
+    QVERIFY2(world.mainWindow()->isVisible(), "nothing was closed for it");
+    QVERIFY(!recent().constFirst()->isEnabled());
+}
+
+void tst_mainwindow::helpsAboutThePlace()
+{
+    WorkspaceWorld world(u"Plant"_s);
+    world.addBook(u"Repair"_s, u"REP"_s);
+    frmMainUI *const form = world.openMainWindow();
+    QVERIFY(QTest::qWaitForWindowActive(form));
+    for (const auto &[name, topic] :
+         {std::pair{"tvwProject", u"The project tree"_s}, {"lstBooks", u"Books and pages"_s}}) {
+        control<QTabBar>(form, "SSTab1")->setCurrentIndex(1);
+        control<QWidget>(form, name)->setFocus();
+        QTest::keyClick(form, Qt::Key_F1);
+        QVERIFY(!world.processes.started.isEmpty());
+        QVERIFY2(world.processes.started.constLast().contains(u"QVT@qv@qvdev_ug@qv@"_s + topic),
+                 qPrintable(world.processes.started.constLast()));
+    }
+    QTest::keyClick(form, Qt::Key_Question, Qt::ControlModifier);
+    QVERIFY(openWindow<ShortcutList>());
 }
 
 QV_FORM_TEST_MAIN(tst_mainwindow)

@@ -18,9 +18,14 @@ ImportFiles::ImportFiles(FileSystem &files, QString projectFolder, QString bookF
     m_files.makeFolder(withoutBackslash(m_fresh));
 }
 
+// A new file is looked for in its folder in other capitals: few in each keep that short.
 QString ImportFiles::nextStaged()
 {
-    return m_fresh + QString::number(++m_count);
+    constexpr int filesInAFolder = 100;
+    const QString folder = m_fresh + QString::number(m_count / filesInAFolder);
+    if (m_count++ % filesInAFolder == 0)
+        m_files.makeFolder(folder);
+    return folder + u'\\' + QString::number(m_count);
 }
 
 void ImportFiles::stageCopy(const ImportItem &item)
@@ -41,8 +46,9 @@ void ImportFiles::stageContent(const ImportItem &item, const QByteArray &content
 
 void ImportFiles::note(const QString &staged, const ImportItem &item)
 {
+    const bool replaces = item.action == ImportAction::Replace;
     m_staged.append(
-        {staged, m_bookFolder + item.destination(), item.action == ImportAction::Replace});
+        {staged, m_bookFolder + item.destination(), replaces, replaces ? nextStaged() : QString()});
 }
 
 QList<FileStep> ImportFiles::steps()
@@ -57,7 +63,7 @@ QList<FileStep> ImportFiles::steps()
     for (const Staged &staged : std::as_const(m_staged)) {
         makeFolders(staged.to, steps);
         if (staged.replaces && m_files.exists(staged.to)) {
-            move(staged.to, nextStaged());
+            move(staged.to, staged.aside);
             ++m_replaced;
         }
         move(staged.from, staged.to);

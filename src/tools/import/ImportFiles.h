@@ -37,6 +37,7 @@ private:
     {
         QString from, to; ///< full paths
         bool replaces = false;
+        QString aside; ///< where the file goes that is replaced
     };
     QString nextStaged();
     void note(const QString &staged, const ImportItem &item);

@@ -111,7 +111,10 @@ private:
         m_total += content.size();
         makeFolders(relative);
         m_taken.insert(relative.toCaseFolded());
-        m_files.replaceFile(m_folder + relative, content, {.sync = false});
+        // The name is known to be free; written there, it would be looked for in all its folder.
+        const QString part = withoutBackslash(m_folder) + u".part"_s;
+        m_files.replaceFile(part, content, {.sync = false});
+        m_files.move(part, m_folder + relative, NameCheck::Exact);
         return {};
     }
 
