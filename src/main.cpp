@@ -12,6 +12,7 @@
 #include "platform/portable/SocketWindows.h"
 #include "platform/portable/SystemClock.h"
 #include "platform/portable/WindowAnnouncer.h"
+#include "platform/widgets/MarksStyle.h"
 #include "platform/widgets/MessageBoxes.h"
 #include "platform/widgets/NativeFileDialogs.h"
 #include "resources/Icons.h"
@@ -62,6 +63,7 @@ void setUpApplication()
     QApplication::setApplicationName(u"developer"_s);
     QApplication::setQuitOnLastWindowClosed(false);
     QApplication::setWindowIcon(icon("app"_L1));
+    QApplication::setStyle(new MarksStyle);
     QSettings::setDefaultFormat(QSettings::IniFormat);
     QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, settingsFolders().user);
 }

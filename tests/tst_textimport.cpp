@@ -3,6 +3,7 @@
 
 #include "platform/Xml.h"
 #include "support/ImportWorld.h"
+#include "tools/PageNames.h"
 #include "tools/import/PageConversion.h"
 
 #include <QFile>
@@ -157,6 +158,13 @@ void tst_textimport::namesPages()
         {u"v1.2"_s, u"v1.2.htm"_s}};
     for (const auto &[title, name] : names)
         QCOMPARE(pageFileName(title), name);
+    const QList<QPair<QString, QString>> plain{{u"\u00dcber <uns>"_s, u"ueber-uns"_s},
+                                               {u"v1.2_b"_s, u"v1-2-b"_s},
+                                               {u"\uff21\uff22\u00e9"_s, u"abe"_s},
+                                               {u"\u65e5\u672c"_s, u"page"_s},
+                                               {u"CON"_s, u"pagecon"_s}};
+    for (const auto &[title, name] : plain)
+        QCOMPARE(plainName(title), name);
     const QString longest = pageFileName(QString(300, QChar(u'語')));
     QVERIFY(longest.toUtf8().size() < 90 && longest.endsWith(u"語.htm"_s));
 }

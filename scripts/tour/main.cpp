@@ -11,6 +11,7 @@
 #include "dialogs/SampleInstallation.h"
 #include "platform/QvError.h"
 #include "platform/portable/DrivesFolder.h"
+#include "platform/widgets/MarksStyle.h"
 
 #include <QApplication>
 #include <QPalette>
@@ -44,7 +45,7 @@ int play(const QStringList &arguments)
     files.mkpath(u"drives/c"_s);
     QSettings::setDefaultFormat(QSettings::IniFormat);
     QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, files.filePath(u"layout"_s));
-    QApplication::setStyle(QStyleFactory::create(u"Fusion"_s));
+    QApplication::setStyle(new MarksStyle(QStyleFactory::create(u"Fusion"_s)));
     if (arguments.value(3) == "dark"_L1)
         goDark();
 

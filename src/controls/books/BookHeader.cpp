@@ -240,10 +240,8 @@ void BookHeader::askCategory()
         },
         this);
     connect(dialog, &NameDialog::entered, this, [this](const QString &name) {
-        const bool isDone = handled(m_session.program(), [&] {
-            CategoryCommands(m_session).add(name);
-            return true;
-        });
+        const bool isDone =
+            wasDone(m_session.program(), [&] { CategoryCommands(m_session).add(name); });
         TocBook now = m_book;
         now.categories.append(name);
         if (isDone && change(now))

@@ -1,8 +1,8 @@
 #include "controls/books/ContextIdTable.h"
 
 #include "controls/books/CheckedDelegate.h"
-#include "controls/books/NewPage.h"
 #include "controls/books/PageRules.h"
+#include "tools/PageNames.h"
 
 #include <QAction>
 #include <QGridLayout>
@@ -106,11 +106,7 @@ void ContextIdTable::add()
 
 QString ContextIdTable::freeName(const QList<ContextId> &taken) const
 {
-    const QString wanted = u"IDH_"_s
-                           + newPageFile(m_title, [](const QString &) { return false; })
-                                 .chopped(4)
-                                 .replace(u'-', u'_')
-                                 .toUpper();
+    const QString wanted = u"IDH_"_s + plainName(m_title).replace(u'-', u'_').toUpper();
     QString name = wanted;
     for (int number = 2; !PageRules::contextNameProblem(name, taken).isEmpty(); ++number)
         name = u"%1_%2"_s.arg(wanted).arg(number);

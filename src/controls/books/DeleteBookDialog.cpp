@@ -67,10 +67,9 @@ void DeleteBookDialog::addPages(QVBoxLayout *layout)
 
 void DeleteBookDialog::accept()
 {
-    const bool deleted = handled(m_session.program(), [this] {
+    const auto remove = [this] {
         BookCommands(m_session).remove(m_book, m_alsoFiles->isChecked());
-        return true;
-    });
-    if (deleted)
+    };
+    if (wasDone(m_session.program(), remove))
         QDialog::accept();
 }

@@ -109,10 +109,6 @@ void NewBookDialog::judge()
 void NewBookDialog::accept()
 {
     const TocBook entered = book();
-    const bool made = handled(m_session.program(), [&] {
-        BookCommands(m_session).create(entered);
-        return true;
-    });
-    if (made)
+    if (wasDone(m_session.program(), [&] { BookCommands(m_session).create(entered); }))
         QDialog::accept();
 }

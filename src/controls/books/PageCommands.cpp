@@ -1,13 +1,14 @@
 #include "controls/books/PageCommands.h"
 
 #include "controls/books/KeyWordCommands.h"
-#include "controls/books/NewPage.h"
 #include "controls/books/PageRules.h"
 #include "platform/Clock.h"
 #include "platform/Paths.h"
 #include "platform/QvError.h"
 #include "startup/FileHelpers.h"
 #include "startup/Session.h"
+#include "tools/PageNames.h"
+#include "tools/PageSkeleton.h"
 
 #include <algorithm>
 #include <utility>

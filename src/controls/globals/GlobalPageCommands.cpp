@@ -6,6 +6,7 @@
 #include "platform/QvError.h"
 #include "startup/PageText.h"
 #include "tools/HtmlScan.h"
+#include "tools/PageSkeleton.h"
 
 #include <algorithm>
 
@@ -122,8 +123,7 @@ void GlobalPageCommands::create(const GlobalPage &page)
     require(page);
     m_session.perform(tr("Add global page %1").arg(page.title), [&](StagedFiles &files) {
         edit(files, [&](Pages &pages) { pages.append(page); });
-        files.replaceFile(folder() + page.file,
-                          GlobalPageTypes::newPage(page.title, m_values.projectLanguage));
+        files.replaceFile(folder() + page.file, newPage(page.title, m_values.projectLanguage));
     });
 }
 

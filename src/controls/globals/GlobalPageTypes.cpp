@@ -17,7 +17,6 @@ struct Type
 };
 
 constexpr std::array<const char *, 6> languages{"ENU", "DEU", "CHS", "CHT", "JPN", "KOR"};
-constexpr std::array<const char *, 6> htmlLanguages{"en", "de", "zh-Hans", "zh-Hant", "ja", "ko"};
 
 const std::array<Type, 6> types{{
     {"Welcome",
@@ -92,21 +91,4 @@ QString GlobalPageTypes::titleFor(const QString &type, const QString &language)
     const Type *known = typeOf(type);
     return known == nullptr ? QString()
                             : QString::fromUtf16(known->titles.at(languageIndex(language)));
-}
-
-QByteArray GlobalPageTypes::newPage(const QString &title, const QString &language)
-{
-    const QString shown = title.toHtmlEscaped();
-    const QString page = u"<!DOCTYPE html>\r\n"
-                         "<html lang=\"%1\">\r\n"
-                         "<head>\r\n"
-                         "<meta charset=\"utf-8\">\r\n"
-                         "<title>%2</title>\r\n"
-                         "</head>\r\n"
-                         "<body>\r\n"
-                         "<h1>%2</h1>\r\n"
-                         "<p></p>\r\n"
-                         "</body>\r\n"
-                         "</html>\r\n"_s;
-    return page.arg(QLatin1StringView(htmlLanguages.at(languageIndex(language))), shown).toUtf8();
 }

@@ -2,7 +2,6 @@
 
 #include "projectfiles/GlobalBook.h"
 
-#include <QByteArray>
 #include <QString>
 #include <QStringList>
 
@@ -19,8 +18,5 @@ QString wordFor(const QString &type);
 QString problemOf(const QString &type, const QList<GlobalPage> &pages, const QString &id = {});
 /// "Welcome" in the language of a project (ENU, DEU, CHS, CHT, JPN, KOR); "" for Free.
 QString titleFor(const QString &type, const QString &language);
-
-/// A new page with a title and a heading, in UTF-8, marked as being in that language.
-QByteArray newPage(const QString &title, const QString &language);
 
 } // namespace GlobalPageTypes

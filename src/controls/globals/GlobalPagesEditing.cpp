@@ -210,11 +210,7 @@ void GlobalPages::obeyForChosen(const ProjectRequest &request)
 bool GlobalPages::perform(const GlobalPage &page, const QString &done,
                           const std::function<void()> &body)
 {
-    const bool isDone = handled(m_session.program(), [&] {
-        body();
-        return true;
-    });
-    if (!isDone)
+    if (!wasDone(m_session.program(), body))
         return false;
     if (page.id.isEmpty()) // a new one, which stands behind the others
         chooseId(m_session.globalPages().last().id);

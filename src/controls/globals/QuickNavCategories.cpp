@@ -151,11 +151,7 @@ void QuickNavCategories::askDelete()
 bool QuickNavCategories::perform(const QString &choose, const QString &done,
                                  const std::function<void()> &body)
 {
-    const bool isDone = handled(m_session.program(), [&] {
-        body();
-        return true;
-    });
-    if (!isDone)
+    if (!wasDone(m_session.program(), body))
         return false;
     chooseRow(tvwCategories, choose);
     Q_EMIT changed();

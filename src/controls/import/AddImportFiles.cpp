@@ -66,7 +66,7 @@ bool AddImportFiles::look(const QString &title, ImportPlan &plan, const Look &wo
 {
     if (!m_session.currentBook())
         return false;
-    const bool done = handled(m_session.program(), [&] {
+    const bool done = wasDone(m_session.program(), [&] {
         tidy();
         m_scratch = m_session.binPlace(u"Unpacked"_s);
         Program &program = m_session.program();
@@ -74,7 +74,6 @@ bool AddImportFiles::look(const QString &title, ImportPlan &plan, const Look &wo
             SourceImport import(program.session, program.files);
             plan = work(import, m_scratch, progress);
         });
-        return true;
     });
     if (!done)
         tidy();

@@ -74,15 +74,6 @@ bool PageHitsModel::isChecked(const QString &path, qsizetype hit) const
     return m_rows.at(m_firstRows.value(path) + hit).checked;
 }
 
-void PageHitsModel::checkAll(bool checked)
-{
-    for (Row &row : m_rows)
-        row.checked = checked && canReplace(row);
-    if (!m_rows.isEmpty())
-        Q_EMIT dataChanged(index(0, Page), index(rowCount() - 1, Page), {Qt::CheckStateRole});
-    Q_EMIT checksChanged();
-}
-
 bool PageHitsModel::canReplace(const Row &row) const
 {
     return m_replacing && row.hit >= 0 && m_pages.at(row.page).refusal.isEmpty();

@@ -30,7 +30,6 @@ public:
     /// Pages with checked hits, and whether one is checked.
     [[nodiscard]] QList<FoundPage> checkedPages() const;
     [[nodiscard]] bool isChecked(const QString &path, qsizetype hit) const;
-    void checkAll(bool checked);
 
     [[nodiscard]] int rowCount(const QModelIndex &parent = {}) const override;
     [[nodiscard]] int columnCount(const QModelIndex &parent = {}) const override;

@@ -94,11 +94,7 @@ bool PagePane::leaveUnsaved()
 {
     if (!m_page || !m_editor->isModified())
         return true;
-    const bool kept = handled(m_session.program(), [this] {
-        m_recovery.keepNow(m_editor->text());
-        return true;
-    });
-    if (!kept)
+    if (!wasDone(m_session.program(), [this] { m_recovery.keepNow(m_editor->text()); }))
         return m_page->project != m_session.projectName();
     m_session.program().messages.show(
         {tr("The page you were editing is no longer open:\n%1\n\nYour unsaved text has been "

@@ -19,3 +19,13 @@ auto handled(Program &program, Body &&body)
         return std::invoke_result_t<Body>();
     }
 }
+
+/// The same for a body without a result: whether it was done.
+template <typename Body>
+bool wasDone(Program &program, Body &&body)
+{
+    return handled(program, [&] {
+        body();
+        return true;
+    });
+}

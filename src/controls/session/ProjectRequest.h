@@ -42,7 +42,7 @@ struct ProjectRequest
             QuickNav
         } kind = Kind::Project;
         std::optional<TocBook> book = {}; ///< of Book and Page
-        QString page = {};                ///< id of a page or global page
+        QString page = {};                ///< id of a page, global page or QuickNav node
         QStringList path = {}; ///< of QuickNav: view, group, topic, category names; "" top
     };
     Node node;

@@ -253,15 +253,6 @@ void ProjectSession::forgetBook(const TocBook &entry)
     Q_EMIT bookChanged(entry);
 }
 
-void ProjectSession::bookWasRenamed(const TocBook &old, const TocBook &now)
-{
-    m_read.remove(identityOf(old));
-    if (m_book && sameBook(*m_book, old))
-        m_book = now;
-    rereadBooks();
-    Q_EMIT bookChanged(now);
-}
-
 void ProjectSession::forgetQuickNav()
 {
     m_quickNav.reset();

@@ -122,8 +122,6 @@ public:
     void forgetQuickNav();
     /// Reads the table of contents again, after a change of ours.
     void rereadBooks();
-    /// The same after a change of name, acronym or categories; the selection stays on the book.
-    void bookWasRenamed(const TocBook &old, const TocBook &now);
     /// Whether the book file changed on disk since it was read here.
     [[nodiscard]] bool changedOnDisk(const TocBook &entry) const;
 

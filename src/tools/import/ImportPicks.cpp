@@ -5,6 +5,7 @@
 #include "platform/QvError.h"
 #include "platform/TreeWalker.h"
 #include "tools/NaturalOrder.h"
+#include "tools/PageNames.h"
 #include "tools/import/ImportPlanner.h"
 #include "tools/import/ZipArchive.h"
 

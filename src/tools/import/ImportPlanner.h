@@ -54,7 +54,6 @@ private:
     void uncheckExcluded();
 
     void omit(const QString &reference, const QString &page, const QString &reason);
-    FolderIndex &topFolder(const QString &path);
 
     struct ReadPage;
     void readFiles();

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QByteArray>
 #include <QString>
 #include <QStringView>
 
@@ -37,10 +36,5 @@ ConvertedPage pageFromTable(QStringView text, bool onlyTabs);
 /// One of these, by the format. A page without a title is called like the file, in a heading too.
 ConvertedPage convertedPage(ImportFormat format, QStringView text, const QString &fileName);
 
-/// A whole page in HTML: UTF-8 declared, with the language attribute of the project's language.
+/// All of it, in the project's language.
 QString wholePage(const ConvertedPage &page, const QString &projectLanguage);
-
-/// A name for the page of a title or file: ASCII where the letters have a form in it, no blanks,
-/// nothing that a link would have to escape but letters of other scripts. The same for the same
-/// title at every time. "name.htm".
-QString pageFileName(const QString &title);
