@@ -66,6 +66,7 @@ private Q_SLOTS:
     void undoesByName();
     void goesOnWithARecentProject();
     void helpsAboutThePlace();
+    void showsAnotherAuthorsEdit();
 };
 
 void tst_mainwindow::opensOnTheGlobals()
@@ -439,6 +440,19 @@ void tst_mainwindow::helpsAboutThePlace()
     }
     QTest::keyClick(form, Qt::Key_Question, Qt::ControlModifier);
     QVERIFY(openWindow<ShortcutList>());
+}
+
+void tst_mainwindow::showsAnotherAuthorsEdit()
+{
+    WorkspaceWorld world(u"Plant"_s);
+    world.addBook(u"Repair"_s, u"REP"_s);
+    frmMainUI *const form = world.openMainWindow();
+    chooseInTree(form, {u"Books"_s, u"Repair"_s, u"start"_s});
+    const auto *const source =
+        control<QPlainTextEdit>(control<QWidget>(form, "ctlBooksTab1"), "txtSource");
+    QTRY_VERIFY(source->toPlainText().contains(u"Old text"_s));
+    world.put(world.projectPath() + u"Book_REP\\start.htm"_s, "<html><p>Their text</p></html>");
+    QTRY_VERIFY_WITH_TIMEOUT(source->toPlainText().contains(u"Their text"_s), 20000);
 }
 
 QV_FORM_TEST_MAIN(tst_mainwindow)

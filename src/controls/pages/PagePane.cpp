@@ -54,6 +54,21 @@ PagePane::PagePane(ProjectSession &session, QWidget *parent)
 PagePane::~PagePane()
 {
     m_session.program().ending.forget(m_atEnd);
+    if (!m_watched.isEmpty())
+        m_session.unwatch(m_watched);
+}
+
+// Another author's edit is noticed while this one reads or types.
+void PagePane::watchPage()
+{
+    const QString path = m_page ? m_page->path : QString();
+    if (path == m_watched)
+        return;
+    if (!m_watched.isEmpty())
+        m_session.unwatch(m_watched);
+    m_watched = path;
+    if (!path.isEmpty())
+        m_session.watch(path, m_page->stamp);
 }
 
 void PagePane::showPage(const std::optional<PageRef> &ref, const QString &whyNone)
@@ -153,6 +168,7 @@ void PagePane::showPlace(qsizetype start, qsizetype length)
 
 void PagePane::updateState()
 {
+    watchPage();
     const bool unsaved = m_page && m_editor->isModified();
     if (m_page)
         m_session.setPageState(m_page->path, {unsaved, m_conflictBar->isVisibleTo(this)});

@@ -55,6 +55,7 @@ private:
 
     void load(const PageRef &ref);
     void showText();
+    void watchPage();
     bool leaveUnsaved();
     bool followsTo(const std::optional<PageRef> &ref);
     void showProblem(const QString &problem);
@@ -86,6 +87,7 @@ private:
     ProjectSession &m_session;
     PageStore m_store;
     std::optional<OpenPage> m_page;
+    QString m_watched; ///< path of the page that the session looks after
     QString m_whyNone;
     QString m_offered; ///< where the kept text is that is offered; "" for none
     QString m_used;    ///< where the kept text lies that was used; it goes when that is saved

@@ -78,6 +78,7 @@ OpenPage PageStore::read(const PageRef &ref)
     OpenPage open;
     place(open, ref);
     open.locked = isLocked(open);
+    open.stamp = stampOf(m_files, open.path);
     open.bytes = m_files.readFile(open.path);
     open.content = decodePage(open.bytes, m_values.projectLanguage);
     open.uneditable = reasonAgainstEditing(open.content, open.bytes);

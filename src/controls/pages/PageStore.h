@@ -21,6 +21,7 @@ struct OpenPage
     PageRef ref;
     QString path;
     QString relative; ///< path from the project folder on
+    FileStamp stamp;  ///< of the file just before it was read
     QByteArray bytes; ///< as on disk when it was read
     PageText content;
     bool gone = false;   ///< somebody removed the file, and the author's text shall replace it
