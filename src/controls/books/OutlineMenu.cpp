@@ -83,19 +83,17 @@ void OutlineMenu::addPageCommands()
 void OutlineMenu::addMoves()
 {
     const auto move = [&](const char *name, const QString &text, const QKeySequence &keys,
-                          QLatin1StringView picture,
-                          void (PageActions::*command)(const TocBook &, const QStringList &)) {
-        add(name, text, keys, Needs::SomePages,
-            [this, command](const TocBook &book, const Pages &pages) {
-                (m_pages->*command)(book, pages);
-            })
-            ->setIcon(icon(picture));
+                          QLatin1StringView picture, const auto &command) {
+        add(name, text, keys, Needs::SomePages, command)->setIcon(icon(picture));
     };
-    move("mnuMoveUp", tr("Move u&p"), Qt::ALT | Qt::Key_Up, "up"_L1, &PageActions::moveUp);
+    move("mnuMoveUp", tr("Move u&p"), Qt::ALT | Qt::Key_Up, "up"_L1,
+         [this](const TocBook &book, const Pages &pages) { m_pages->moveUp(book, pages); });
     move("mnuMoveDown", tr("Move d&own"), Qt::ALT | Qt::Key_Down, "down"_L1,
-         &PageActions::moveDown);
-    move("mnuPromote", tr("Pro&mote"), Qt::ALT | Qt::Key_Left, "left"_L1, &PageActions::promote);
-    move("mnuDemote", tr("D&emote"), Qt::ALT | Qt::Key_Right, "right"_L1, &PageActions::demote);
+         [this](const TocBook &book, const Pages &pages) { m_pages->moveDown(book, pages); });
+    move("mnuPromote", tr("Pro&mote"), Qt::ALT | Qt::Key_Left, "left"_L1,
+         [this](const TocBook &book, const Pages &pages) { m_pages->promote(book, pages); });
+    move("mnuDemote", tr("D&emote"), Qt::ALT | Qt::Key_Right, "right"_L1,
+         [this](const TocBook &book, const Pages &pages) { m_pages->demote(book, pages); });
     add("mnuMoveToBook", tr("Move to another &book..."), {}, Needs::SomePages,
         [this](const TocBook &book, const Pages &pages) { m_pages->askMove(book, pages); });
     add("mnuSortBelow", tr("&Sort the pages below by title"), {}, Needs::OnePage,
