@@ -116,7 +116,8 @@ void frmMainUI::openRecent(const QString &project)
     inHandler("mnuRecentProjects_Click"_L1, [&] {
         const QScopedValueRollback switching(m_switchingProject, true);
         const auto forget = [&](const QvError &error) {
-            RecentPlaces(m_program.session.serverPath).forget(project);
+            if (error.number() == InvalidCall) // it is gone; any other trouble may pass
+                RecentPlaces(m_program.session.serverPath).forget(project);
             throw error;
         };
         trap(forget, [&] { m_program.navigator.openProject(project); });

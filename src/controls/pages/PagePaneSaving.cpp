@@ -81,6 +81,7 @@ void PagePane::convertToUtf8()
         Q_EMIT m_session.done(tr("%1 is kept in UTF-8 now.").arg(m_page->ref.page.file));
     });
 }
+
 // The page as this author began with it must still be the one on disk, or the author decides.
 bool PagePane::settleConflict()
 {
