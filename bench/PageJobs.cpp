@@ -6,6 +6,7 @@
 #include "controls/pages/PageEditor.h"
 #include "controls/session/ProjectPages.h"
 #include "projectfiles/TableOfContents.h"
+#include "tools/PageIndex.h"
 #include "tools/PageSearch.h"
 
 #include <QAction>
@@ -17,13 +18,111 @@
 
 #include <algorithm>
 #include <ctime>
+#include <filesystem>
+#include <functional>
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
 namespace {
+
+struct Spent
+{
+    double wall = 0, cpu = 0; ///< milliseconds
+};
+
+Spent spentBy(const std::function<void()> &work)
+{
+    QElapsedTimer time;
+    time.start();
+    const std::clock_t before = std::clock();
+    work();
+    const double cpu = static_cast<double>(std::clock() - before) * 1000 / CLOCKS_PER_SEC;
+    return {static_cast<double>(time.nsecsElapsed()) / 1e6, cpu};
+}
+
+void printMedian(const char *name, QList<double> numbers, const char *unit)
+{
+    std::sort(numbers.begin(), numbers.end());
+    number(name, numbers.at(numbers.size() / 2), unit);
+}
+
+/// Does one and the other in turn, `before` each pair what does not count; prints the medians, and
+/// those of the ratios pair by pair.
+void inTurn(const std::function<void()> &before, const std::function<void()> &ours,
+            const std::function<void()> &plain)
+{
+    constexpr int rounds = 11;
+    QList<std::pair<Spent, Spent>> pairs;
+    for (int round = 0; round <= rounds; ++round) {
+        before();
+        const Spent own = spentBy(ours);
+        pairs.append({own, spentBy(plain)});
+    }
+    pairs.removeFirst(); // warmed up
+    for (const auto &[name, part] : {std::pair("ms", &Spent::wall), {"ms CPU", &Spent::cpu}}) {
+        QList<double> own, other, ratios;
+        for (const auto &[one, two] : std::as_const(pairs)) {
+            own.append(one.*part);
+            other.append(two.*part);
+            ratios.append(own.last() / other.last());
+        }
+        printMedian("ours", own, name);
+        printMedian("plain", other, name);
+        printMedian("ratio", ratios, part == &Spent::wall ? "" : "of CPU");
+    }
+}
+
+/// Finds the pages below a folder and reads each as a whole, as plainly as can be.
+void readPlainly(const QByteArray &folder)
+{
+    QByteArray bytes;
+    for (const auto &entry : std::filesystem::recursive_directory_iterator(folder.toStdString())) {
+        if (!isPageName(QString::fromStdString(entry.path().filename().string())))
+            continue;
+        const int file = ::open(entry.path().c_str(), O_RDONLY | O_CLOEXEC);
+        struct stat info;
+        if (file < 0 || ::fstat(file, &info) != 0)
+            qFatal("The yardstick cannot read %s", entry.path().c_str());
+        bytes.resize(info.st_size);
+        if (::read(file, bytes.data(), static_cast<size_t>(bytes.size())) != bytes.size())
+            qFatal("The yardstick cannot read %s", entry.path().c_str());
+        ::close(file);
+    }
+}
+
+QStringList namesIn(FileSystem &files, const QString &folder)
+{
+    QStringList names;
+    for (const FolderEntry &entry : files.kinds(withoutBackslash(folder)))
+        names.append(entry.name);
+    return names;
+}
+
+/// Reads all pages below a folder of the machine for their titles, places and links.
+int indexing(const QStringList &arguments)
+{
+    Windows windows(u"/"_s);
+    FileSystem &files = windows.console.files;
+    const QString folder = withBackslash(files.productPath(arguments.at(0)));
+    qsizetype pages = 0, links = 0;
+    const auto ours = [&] {
+        PageIndex index;
+        index.update(files, folder, namesIn(files, folder), u"ENU"_s);
+        const QStringList paths = index.sources();
+        pages = paths.size();
+        links = 0;
+        for (const QString &path : paths)
+            links += index.page(path)->links.size();
+    };
+    inTurn([] {}, ours, [&] { readPlainly(arguments.at(0).toUtf8()); });
+    number("pages", static_cast<double>(pages), "");
+    number("links", static_cast<double>(links), "");
+    return 0;
+}
 
 /// Counts the hits of a text in all pages below a folder of the machine.
 int find(const QStringList &arguments)
@@ -31,14 +130,17 @@ int find(const QStringList &arguments)
     Windows windows(u"/"_s);
     FileSystem &files = windows.console.files;
     SearchedPages pages{withBackslash(files.productPath(arguments.at(0))), u"ENU"_s, {}};
-    QStringList folders;
-    for (const FolderEntry &entry : files.kinds(withoutBackslash(pages.projectFolder)))
-        folders.append(entry.name);
-    pages.paths = pagesBelow(files, pages.projectFolder, folders);
+    const QStringList folders = namesIn(files, pages.projectFolder);
     const PageQuery query{
         {.text = arguments.at(1), .isPattern = arguments.value(2) == "pattern"_L1}, {}};
     qsizetype hits = 0;
-    searchPages(files, pages, query, {}, [&](const FoundPage &page) { hits += page.hits.size(); });
+    const auto ours = [&] {
+        hits = 0;
+        pages.paths = pagesBelow(files, pages.projectFolder, folders);
+        const auto count = [&](const FoundPage &page) { hits += page.hits.size(); };
+        searchPages(files, pages, query, {}, count);
+    };
+    inTurn([] {}, ours, [&] { readPlainly(arguments.at(0).toUtf8()); });
     number("pages", static_cast<double>(pages.paths.size()), "");
     number("hits", static_cast<double>(hits), "");
     return 0;
@@ -163,27 +265,16 @@ int renaming(const QStringList &arguments)
     MoveCommands commands(session);
     const QByteArray folder =
         windows.console.files.nativePath(below(windows, u"Plant\\Book_GD"_s)).toUtf8() + '/';
-    QList<double> ratios, own, plain;
-    QByteArray name = "target.htm";
-    for (int round = 0; round < 9; ++round) {
-        static_cast<void>(session.pages().current());
-        const QByteArray other = name == "target.htm" ? "purpose.htm" : "target.htm";
-        QElapsedTimer time;
-        time.start();
+    QByteArray name = "target.htm", other = "purpose.htm";
+    const auto ours = [&] {
         commands.carryOut(commands.planFile(book, u"P0"_s, QString::fromUtf8(other)), true);
-        own.append(static_cast<double>(time.nsecsElapsed()) / 1e6);
-        time.restart();
+        std::swap(name, other);
+    };
+    const auto plain = [&] {
         for (int i = 1; i <= linking; ++i)
-            rewriteOnce(folder, "page" + QByteArray::number(i) + ".htm", other, other);
-        plain.append(static_cast<double>(time.nsecsElapsed()) / 1e6);
-        ratios.append(own.last() / plain.last());
-        name = other;
-    }
-    for (QList<double> *numbers : {&ratios, &own, &plain})
-        std::sort(numbers->begin(), numbers->end());
-    number("renaming", own.at(own.size() / 2), "ms");
-    number("plain rewriting", plain.at(plain.size() / 2), "ms");
-    number("ratio", ratios.at(ratios.size() / 2), "");
+            rewriteOnce(folder, "page" + QByteArray::number(i) + ".htm", name, name);
+    };
+    inTurn([&] { static_cast<void>(session.pages().current()); }, ours, plain);
     return 0;
 }
 
@@ -191,7 +282,8 @@ int renaming(const QStringList &arguments)
 
 QList<Job> pageJobs()
 {
-    return {{"find"_L1, 2, false, find},
+    return {{"index"_L1, 1, false, indexing},
+            {"find"_L1, 2, false, find},
             {"typing"_L1, 3, true, typing},
             {"renaming"_L1, 1, false, renaming}};
 }

@@ -16,15 +16,33 @@
 //   bench append SERVER NAME             lists one more project
 //   bench rank SERVER                    gives every project a rank
 //   bench delete SERVER PROJECT          deletes a project with its files
-//   bench find FOLDER TEXT [pattern]     counts the hits in all pages below a folder
+//   bench index FOLDER                   reads all pages below a folder for their links, in turn
+//                                        with plainly reading them
+//   bench find FOLDER TEXT [pattern]     counts the hits in them, in turn with the same
 //   bench typing plain|ours|finding LENGTH KEYS [SIZE]   types into a page of such lines
-//   bench renaming SERVER                renames a page that 500 of 2,561 new pages link to, in turn
-//                                        with plainly rewriting the 500
+//   bench scan FOLDER [THREADS]          reads all pages below a folder as a build does; a second
+//                                        time only what changed
+//   bench links FOLDER [THREADS [write]]   checks all references of all pages below a folder; the
+//                                        peers are linklint and check-html-links
+//   bench tokens FOLDER                  CPU seconds to cut all pages below a folder into tags
+//   bench words FOLDER [THREADS]         lists, reads and scans all pages below a folder and writes
+//                                        their search words; a second time only what changed
+//   bench query FOLDER QUESTION          searches them
+//   bench renaming SERVER                renames a page that 500 of 2,561 new pages link to, in
+//                                        turn with plainly rewriting the 500
+//   bench check FOLDER [THREADS]         reads all pages below a folder and checks their quality
+//   bench pack SERVER PROJECT [THREADS]  makes the packed copy
+//   bench packplan SERVER PROJECT        compares the project with its packed copy
 // SERVER and FOLDER are native paths.
 
+#include "CheckJobs.h"
+#include "LinkJobs.h"
+#include "PackJobs.h"
 #include "PageJobs.h"
 #include "ProjectJobs.h"
+#include "ScanJobs.h"
 #include "Windows.h"
+#include "WordJobs.h"
 
 #include "controls/session/ProjectSession.h"
 #include "platform/TreeWalker.h"
@@ -173,6 +191,11 @@ int main(int argc, char *argv[])
     QList<Job> jobs(std::begin(own), std::end(own));
     jobs += projectJobs();
     jobs += pageJobs();
+    jobs += linkJobs();
+    jobs += packJobs();
+    jobs += scanJobs();
+    jobs += wordJobs();
+    jobs += checkJobs();
     for (const Job &job : jobs) {
         if (argc < 2 || QLatin1StringView(argv[1]) != job.name || argc < 2 + job.arguments)
             continue;

@@ -9,7 +9,7 @@ set -euo pipefail
 [ $# -ge 1 ] && [ -f "$1/installations/pair.py" ] || { say "usage: measure.sh TOOLS_FOLDER [JOB]..."; exit 64; }
 tools=$(cd "$1/installations" && pwd)
 shift
-[ $# -gt 0 ] || set -- launcher second open pages blocked copy rewrite import links rows tables catalogue delete finding typing renaming
+[ $# -gt 0 ] || set -- launcher second open pages blocked copy rewrite import links rows tables catalogue delete index finding scanning packing words linkcheck typing renaming
 configure_and_build release bench driver qv_tour quovane-developer qvdeveloper peer_dialog peer_empty
 bin=$root/build/release/bin
 work=$(mktemp -d "${MEASURE_DIR:-/dev/shm}/measure-XXXXXX")
@@ -118,19 +118,103 @@ import() {
 }
 
 # The pages to look through: PAGES (a folder of real pages), else made ones.
-finding() {
-    yardstick
-    local pages=${PAGES:-}
-    if [ -z "$pages" ]; then
-        page_server
-        pages=$work/pages/Docs/$(name_of "$work/pages")
+page_folder() {
+    if [ -n "${PAGES:-}" ]; then
+        echo "$PAGES"
+    else
+        page_server >&2
+        echo "$work/pages/Docs/$(name_of "$work/pages")"
     fi
-    for text in "the" "qqq not there" "K\u00e4fer"; do
+}
+index() {
+    echo "== the index of all pages against reading them once"
+    "$bin/bench" index "$(page_folder)"
+}
+finding() {
+    local pages text
+    pages=$(page_folder)
+    for text in "the" "qqq not there" $'K\u00e4fer'; do
         echo "== finding \"$text\" in all pages against reading them once"
-        pair "$bin/bench find $pages '$(printf '%b' "$text")'" "$work/yardstick read $pages"
+        "$bin/bench" find "$pages" "$text"
     done
     echo "== a regular expression"
-    pair "$bin/bench find $pages '<h[1-3][^>]*>' pattern" "$work/yardstick read $pages"
+    "$bin/bench" find "$pages" '<h[1-3][^>]*>' pattern
+}
+packing() {
+    local dir=$work/packing name pack
+    make_server "$dir" --projects 1 --books 1 --pages 0 --ibd 0 --ibs 0 --plain-names
+    name=$(name_of "$dir")
+    pack=$dir/Docs/$name/QV${name}_Server.Zip
+    (cd "$(page_folder)" && find . -type f -print0 | tar c --null -T -) | tar x -C "$dir/Docs/$name"
+    if command -v zip >/dev/null; then
+        echo "== packing $(find "$dir/Docs/$name" -type f | wc -l) files against zip"
+        pair "rm -f '$pack'; $bin/bench pack $dir '$name'" \
+            "rm -f $work/peer.zip; cd $dir/Docs && zip -q -r -6 $work/peer.zip '$name' -x '$name/QV*.Zip'"
+        stat -c '%s bytes %n' "$pack" "$work/peer.zip"
+        unzip -tq "$pack"
+    else
+        echo "zip is not installed: nothing to compare with"
+    fi
+    "$bin/bench" pack "$dir" "$name" >/dev/null
+    cp "$pack" "$work/last.zip"
+    find "$dir/Docs/$name" -type f ! -name '*.Zip' | sort | awk 'NR % 100 == 0' |
+        while read -r file; do echo "<!-- changed -->" >>"$file"; done
+    echo "== packing again after 1 % of the files changed against packing anew"
+    pair "cp $work/last.zip '$pack'; $bin/bench pack $dir '$name'" \
+        "cp $work/last.zip '$pack'; rm '$pack'; $bin/bench pack $dir '$name'"
+}
+# Against two indexers of web pages; PAGEFIND is the program when it is not in the path.
+scanning() {
+    yardstick
+    local pages
+    pages=$(page_folder)
+    echo "== cutting pages into tags, and taking all from them, in CPU seconds, against a parser that makes a tree"
+    "$bin/bench" tokens "$pages"
+    "$work/yardstick" html "$pages" libxml2
+}
+words() {
+    local dir=$work/words some=$work/some peer=${PAGEFIND:-pagefind} threads
+    mkdir "$dir"
+    (cd "$(page_folder)" && find . \( -name '*.html' -o -name '*.htm' \) -type f -print0 | tar c --null -T -) | tar x -C "$dir"
+    local anew="rm -rf $dir/QV_*.bin $dir/Search_Words"
+    if command -v "$peer" >/dev/null; then
+        echo "== search words of $(find "$dir" -type f | wc -l) pages with 2 threads against pagefind"
+        RUNS=${RUNS:-3} pair "$anew; $bin/bench words $dir 2" \
+            "RAYON_NUM_THREADS=2 '$peer' --site $dir --output-path $work/pagefind"
+    else
+        echo "pagefind is not installed: nothing to compare with"
+    fi
+    if command -v swish-e >/dev/null; then
+        printf 'IndexDir %s\nIndexOnly .html .htm\nDefaultContents HTML*\n' "$dir" >"$work/swish.conf"
+        echo "== with 1 thread against swish-e"
+        RUNS=${RUNS:-3} pair "$anew; $bin/bench words $dir 1" "swish-e -v 0 -c $work/swish.conf -f $work/swish.index"
+    else
+        echo "swish-e is not installed: nothing to compare with"
+    fi
+    find "$dir" -name '*.htm*' | sort | awk 'NR % 100 == 0' >"$some"
+    for threads in 1 2; do
+        echo "== again after 1 % of the pages changed against anew, $threads thread(s)"
+        pair "while read -r page; do echo '<!-- changed -->' >>\"\$page\"; done <$some; $bin/bench words $dir $threads" \
+            "$anew; $bin/bench words $dir $threads"
+    done
+}
+linkcheck() {
+    local pages peer=${CHECK_HTML_LINKS:-check-html-links}
+    pages=$(page_folder)
+    "$bin/bench" links "$pages"
+    if command -v linklint >/dev/null; then
+        echo "== links and anchors of all pages, 1 thread, against linklint"
+        RUNS=${RUNS:-3} pair "$bin/bench links $pages 1" \
+            "linklint -root $pages -error -warn -limit 100000 -no_query_string /@"
+    else
+        echo "linklint is not installed: nothing to compare with"
+    fi
+    if command -v "$peer" >/dev/null; then
+        echo "== the same with 2 threads against check-html-links"
+        RUNS=${RUNS:-3} pair "$bin/bench links $pages 2" "'$peer' $pages"
+    else
+        echo "check-html-links is not installed: nothing to compare with"
+    fi
 }
 typing() {
     local length

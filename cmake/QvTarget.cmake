@@ -38,3 +38,13 @@ function(qv_test name)
     add_test(NAME ${name} COMMAND ${name})
     set_tests_properties(${name} PROPERTIES TIMEOUT 120)
 endfunction()
+
+# qv_imported(TARGET HEADER LIBRARY)
+# A library of the system as a target, found by a header and its name.
+function(qv_imported target header library)
+    find_path(${library}_INCLUDE_DIR ${header} REQUIRED)
+    find_library(${library}_LIBRARY ${library} REQUIRED)
+    add_library(${target} UNKNOWN IMPORTED GLOBAL)
+    set_target_properties(${target} PROPERTIES IMPORTED_LOCATION ${${library}_LIBRARY}
+        INTERFACE_INCLUDE_DIRECTORIES ${${library}_INCLUDE_DIR})
+endfunction()

@@ -1,18 +1,18 @@
 #!/usr/bin/env bash
 # Breaks things on purpose and looks at what is left: bad files, every failing file operation,
 # sudden death, power cuts, several writers. Takes some minutes; not part of the quick tests.
-#   ./scripts/faults.sh TOOLS_FOLDER [badset|sweep|race|fence|hostile]...
+#   ./scripts/faults.sh TOOLS_FOLDER [badset|sweep|derived|race|fence|hostile]...
 # TOOLS_FOLDER/faults holds crash_sweep.py, fence_run.py, race_run.py, xml_badset.py and badset_run.py.
 set -euo pipefail
 . "$(dirname "$0")/lib.sh"
 
 [ $# -ge 1 ] && [ -f "$1/faults/crash_sweep.py" ] || {
-    say "usage: faults.sh TOOLS_FOLDER [badset|sweep|race|fence|hostile]..."
+    say "usage: faults.sh TOOLS_FOLDER [badset|sweep|derived|race|fence|hostile]..."
     exit 64
 }
 tools=$(cd "$1/faults" && pwd)
 shift
-[ $# -gt 0 ] || set -- badset sweep race fence hostile
+[ $# -gt 0 ] || set -- badset sweep derived race fence hostile
 configure_and_build release driver
 driver=$root/build/release/bin/driver
 work=$(mktemp -d "${TMPDIR:-/tmp}/faults-XXXXXX")
@@ -104,6 +104,10 @@ sweep() {
     whole "change a book" rename-book Base ALP "Alpha two"
     whole "rename a page with its links" rename-page Base ALP one.htm first.htm
     whole "rename a category" rename-category Base Hydraulics Pumps
+    one "pack a project" -- pack Base
+    "${run[@]}" pack Base
+    "${run[@]}" save-page Base ALP one.htm "changed since it was packed"
+    one "pack it again" -- pack Base
     whole "delete a book" delete-book Base ALP
     installation "$dir" >/dev/null
     # After the next start everything but the numbered backups has one of the two names.
@@ -118,6 +122,50 @@ sweep() {
     common[-2]="$driver --server $dir list" # a project that is on its way out cannot be opened
     one "take a project out of the list" -- unmerge Base
     one "delete a project" -- delete Base yes
+}
+
+# The tools of a build: after the first step of the next one the files of each are all old, or all
+# new, and nothing else is left.
+derived() {
+    local dir=$work/derived
+    local run=("$driver" --server "$dir" --date 2026-01-02)
+    sweep_tool() { # NAME TOOL FOLDER
+        check "build: $1" python3 "$tools/crash_sweep.py" --watch "$dir" --leftover '*.qvtmp*' \
+            --leftover '*.lock' --together "*/Base/$3/*" --leftover '*.bin' --again \
+            --recover "$driver --server $dir finish-build Base" \
+            --check "$driver --server $dir --date 2026-01-02 verify" --quiet -- \
+            "${run[@]}" build Base "$2"
+    }
+    sweep_tools() { # NAME
+        sweep_tool "links, $1" links DocToDoc
+        sweep_tool "context settings, $1" context DynamicHelp
+        sweep_tool "quick navigation, $1" quicknav QuickNav/none
+        sweep_tool "search words, $1" words Search_Words
+    }
+    # quick_navigation PAGE TITLE: one entry.
+    quick_navigation() {
+        iconv -f utf-8 -t utf-16 >"$dir/Docs/Base/QuickNav/Book_QuickNav.xml" <<X
+<?xml version="1.0" encoding="utf-16"?>
+<QV_QuickNav><View ID="V1"><View_Name>View</View_Name><Group ID="G1"><Group_Name>Group</Group_Name>
+<Topic ID="T1"><Topic_Name>Topic</Topic_Name><Category ID="C1"><Category_Name>Category</Category_Name>
+<Link ID="L1" Book="ALP" Page="$1"><Link_Title>$2</Link_Title></Link></Category></Topic></Group></View>
+</QV_QuickNav>
+X
+    }
+    installation "$dir" >/dev/null
+    rm "$dir/Docs/Base/QV_LinkID.xml" # else the first log tells what went out of it
+    mkdir -p "$dir/Docs/Base/QuickNav"
+    quick_navigation P0001 First
+    "${run[@]}" number-pages Base ALP 100
+    sweep_tools "the first time"
+    local tool
+    for tool in links context quicknav words; do
+        "${run[@]}" build Base "$tool" >/dev/null
+    done
+    quick_navigation P0002 Second
+    "${run[@]}" number-pages Base ALP 200
+    "${run[@]}" save-page Base ALP one.htm '<a href="two.htm">two</a> <a href="qvlink:Base-ONE">other words</a>'
+    sweep_tools "once more"
 }
 
 race() {

@@ -88,6 +88,22 @@ bool StatusIndicators::CreateStatusIndicatorXmlFile(const QString &path)
 
 void StatusIndicators::UpdateStatusXml(qint32 colour)
 {
+    change([&](pugi::xml_node root) {
+        for (const char *indicator : indicators)
+            setIndicator(root, indicator, QString::number(colour));
+    });
+}
+
+void StatusIndicators::setLight(QLatin1StringView indicator, qint32 colour)
+{
+    makeUsable();
+    change([&](pugi::xml_node root) {
+        setIndicator(root, indicator.data(), QString::number(colour));
+    });
+}
+
+void StatusIndicators::change(const std::function<void(pugi::xml_node root)> &edit)
+{
     const auto raiseAgain = [&](const QvError &error) {
         m_session.errorText = u"Error(%1): "_s.arg(error.number()) + error.description();
         throw QvError(error.number(), u"QV_Developer::UpdateStatusXml"_s, m_session.errorText);
@@ -96,9 +112,7 @@ void StatusIndicators::UpdateStatusXml(qint32 colour)
         const auto document = loadIfUsable(m_files, path());
         if (!document)
             return;
-
-        for (const char *indicator : indicators)
-            setIndicator(document->document_element(), indicator, QString::number(colour));
+        edit(document->document_element());
         saveXml(m_files, path(), *document);
     });
 }

@@ -6,6 +6,7 @@
 
 #include <QString>
 
+#include <functional>
 #include <optional>
 
 #include <pugixml.hpp>
@@ -28,6 +29,9 @@ public:
     bool CreateStatusIndicatorXmlFile(const QString &path);
     /// Sets all four indicators; a missing or unreadable file is left alone.
     void UpdateStatusXml(qint32 colour);
+    /// Sets one indicator ("QuickNav"); what else the file holds stays. The file is made usable
+    /// first, as below. Raises as UpdateStatusXml.
+    void setLight(QLatin1StringView indicator, qint32 colour);
     /// Makes the file when it is missing (an unreadable one is first moved to _Backup\, a missing
     /// indicator is added), then hands project and language to the hosted controls.
     void AddProjectName();
@@ -36,6 +40,7 @@ public:
     std::optional<StatusLights> lights();
 
 private:
+    void change(const std::function<void(pugi::xml_node root)> &edit);
     void makeUsable();
     void addMissing(const pugi::xml_document &document);
     QString path() const;

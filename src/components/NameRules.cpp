@@ -119,6 +119,11 @@ QString NameRules::problemOf(const QString &text, What what)
 
 QString NameRules::mstrReplaceSpecialCharecters(const QString &text) const
 {
+    return withoutControls(text);
+}
+
+QString NameRules::withoutControls(const QString &text)
+{
     const auto isSpecial = [](QChar character) {
         return character.category() == QChar::Other_Control;
     };

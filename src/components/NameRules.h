@@ -13,6 +13,8 @@ public:
     /// Why a text, not empty, may not become a name or ID, in the words that the author is told;
     /// "" when it may.
     static QString problemOf(const QString &text, What what);
+    /// With a blank for each tab, line break and other control character.
+    static QString withoutControls(const QString &text);
 
     QString CheckXMLCharacters(const QString &text, What what) override;
     QString mstrReplaceSpecialCharecters(const QString &text) const override;

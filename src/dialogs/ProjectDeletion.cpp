@@ -1,12 +1,13 @@
 #include "dialogs/ProjectDeletion.h"
 
+#include "catalogue/NameClaim.h"
 #include "catalogue/ProjectCatalogue.h"
 #include "components/Components.h"
 #include "components/LinkIDMerger.h"
-#include "catalogue/NameClaim.h"
 #include "platform/Paths.h"
 #include "platform/QvError.h"
 #include "platform/TreeWalker.h"
+#include "projectfiles/OpenMark.h"
 
 #include <optional>
 
@@ -41,6 +42,16 @@ bool standsFor(const CatalogueEntry &entry, const QString &folder, const QString
 ProjectDeletion::ProjectDeletion(Program &program)
     : m_program(program)
 {
+}
+
+bool ProjectDeletion::isInUse(const QString &name) const
+{
+    return trap([](const QvError &) {}, // what stands in the way is said when it is deleted
+                [&] {
+                    return isSafeName(name)
+                           && isOpenAnywhere(m_program.files,
+                                             projectFolder(m_program.session.serverPath, name));
+                });
 }
 
 ProjectDeletion::Result ProjectDeletion::remove(const QString &name, bool alsoFiles,

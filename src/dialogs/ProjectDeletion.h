@@ -23,6 +23,9 @@ public:
 
     explicit ProjectDeletion(Program &program);
 
+    /// Whether a QV Developer, of this author or another, has the project open. False as well when
+    /// that cannot be found out.
+    [[nodiscard]] bool isInUse(const QString &name) const;
     /// Takes a project out of the list, and out of the installation's links; before that, when
     /// `alsoFiles`, deletes its folder with read-only files and all. The progress counts files.
     /// Raises 75, and changes nothing, when the folder may not or cannot be deleted: the name names

@@ -184,8 +184,11 @@ void frmContinueDeleteProject::cmdContinueDelPrj_Click()
         if (ask(Text::SureToDelete, Buttons::OkCancel, which) != Answer::Ok)
             return;
         const QString whatNoMeans = tr("No keeps them and takes the project out of the list.");
-        deleteProject(name, ask(Text::DeleteFilesToo, Buttons::YesNo, which + u'\n' + whatNoMeans)
-                                == Answer::Yes);
+        const bool alsoFiles =
+            ask(Text::DeleteFilesToo, Buttons::YesNo, which + u'\n' + whatNoMeans) == Answer::Yes;
+        if (alsoFiles && !mayTakeFilesOf(name))
+            return;
+        deleteProject(name, alsoFiles);
         takeOutOfLists(name);
     });
 }
@@ -197,6 +200,23 @@ Answer frmContinueDeleteProject::ask(Text question, Buttons buttons, const QStri
                                     .buttons = buttons,
                                     .details = details,
                                     .enterRefuses = question == Text::DeleteFilesToo});
+}
+
+/// Nobody loses the files that he is working on without being asked for.
+bool frmContinueDeleteProject::mayTakeFilesOf(const QString &name)
+{
+    if (!ProjectDeletion(m_program).isInUse(name))
+        return true;
+    const QString question =
+        tr("The project \"%1\" is open in another QV Developer. What its author has not saved is "
+           "lost when its files go. Delete them all the same?")
+            .arg(name);
+    const QString whatNoMeans = tr("No deletes nothing, and the project stays in the list.");
+    return m_program.messages.show({.text = question,
+                                    .buttons = Buttons::YesNo,
+                                    .details = whatNoMeans,
+                                    .enterRefuses = true})
+           == Answer::Yes;
 }
 
 void frmContinueDeleteProject::deleteProject(const QString &name, bool alsoFiles)

@@ -48,6 +48,7 @@ private:
     QString chosenIn(const QComboBox *list);
     Answer ask(Text question, Buttons buttons, const QString &details);
     void deleteProject(const QString &name, bool alsoFiles);
+    [[nodiscard]] bool mayTakeFilesOf(const QString &name);
     void takeOutOfLists(const QString &name);
     void showReopen();
     void closeQuietly();

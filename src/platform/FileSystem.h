@@ -10,6 +10,9 @@
 #include <functional>
 #include <memory>
 
+class FileReader;
+class FileWriter;
+
 /// What stands at a path. Links and junctions are never followed: they are `Link`.
 enum class FileKind { Missing, File, Folder, Link, Other };
 
@@ -89,6 +92,11 @@ public:
     /// On failure the target is as it was and the temporary file is gone.
     virtual void replaceFile(const QString &path, const QByteArray &content,
                              ReplaceOptions options = {}) = 0;
+
+    /// The same two piece by piece, for what is too large to be held in memory (FileStreams.h).
+    [[nodiscard]] virtual std::unique_ptr<FileReader> openFile(const QString &path);
+    [[nodiscard]] virtual std::unique_ptr<FileWriter> startFile(const QString &path,
+                                                                ReplaceOptions options = {});
 
     /// Copies one regular file with its times and permissions to a name that is not taken.
     virtual void copyFile(const QString &from, const QString &to,

@@ -24,9 +24,8 @@ pugi::xml_document loadOrMake(FileSystem &files, const QString &path)
     return document;
 }
 
-void writeCategory(pugi::xml_node element, const QString &id, const Category &category)
+void writeCategory(pugi::xml_node element, const Category &category)
 {
-    setAttribute(element, "ID", id);
     setChild(element, "Category_Name", category.name);
     setChild(element, "Category_Description", category.description);
 }
@@ -44,7 +43,7 @@ QList<Category> CategoryFile::read(const QString &path)
     giveIds(document.document_element(), "Category", u'C');
     QList<Category> categories;
     for (const pugi::xml_node &element : document.document_element().children("Category"))
-        categories.append({.id = valueOf(element.attribute("ID")),
+        categories.append({.id = idOf(element),
                            .name = textOf(element.child("Category_Name")),
                            .description = textOf(element.child("Category_Description"))});
     return categories;
@@ -53,20 +52,6 @@ QList<Category> CategoryFile::read(const QString &path)
 void CategoryFile::write(const QString &path, const QList<Category> &categories)
 {
     const pugi::xml_document document = loadOrMake(m_files, path);
-    const pugi::xml_node root = document.document_element();
-    const auto idOf = [](const pugi::xml_node &old) { return valueOf(old.attribute("ID")); };
-    giveIds(root, "Category", u'C');
-    Ids ids(u'C', root);
-    for (const pugi::xml_node &old : root.children("Category"))
-        ids.reserve(idOf(old));
-    for (const Category &category : categories)
-        ids.reserve(category.id);
-    RewrittenList rewritten(root, "Category", idOf);
-    for (const Category &category : categories) {
-        const QString id = ids.take(category.id);
-        writeCategory(rewritten.place(id), id, category);
-    }
-    rewritten.removeRest();
-    ids.store(root);
+    rewriteList(document.document_element(), "Category", u'C', categories, writeCategory);
     saveXml(m_files, path, document);
 }

@@ -98,7 +98,12 @@ void giveIds(const pugi::xml_node &list, const char *name, QChar letter)
 {
     Ids ids(letter, list);
     for (const pugi::xml_node &child : list.children(name))
-        ids.reserve(valueOf(child.attribute("ID")));
+        ids.reserve(idOf(child));
     for (const pugi::xml_node &child : list.children(name))
-        setAttribute(child, "ID", ids.take(valueOf(child.attribute("ID"))));
+        setAttribute(child, "ID", ids.take(idOf(child)));
+}
+
+QString idOf(const pugi::xml_node &element)
+{
+    return valueOf(element.attribute("ID"));
 }

@@ -65,3 +65,29 @@ private:
 /// Children that have no id, or one that stands before them already, get one: the same whenever the
 /// file is read. Files made by hand need it.
 void giveIds(const pugi::xml_node &list, const char *name, QChar letter);
+
+/// The attribute ID of an element.
+QString idOf(const pugi::xml_node &element);
+
+/// Rewrites a list of elements that have ids: `write(element, item)` fills the element of each
+/// item, found again by the item's `id`; a new item gets an id.
+template <typename Item, typename Write>
+void rewriteList(const pugi::xml_node &list, const char *name, QChar letter,
+                 const QList<Item> &items, const Write &write)
+{
+    giveIds(list, name, letter);
+    Ids ids(letter, list);
+    for (const pugi::xml_node &old : list.children(name))
+        ids.reserve(idOf(old));
+    for (const Item &item : items)
+        ids.reserve(item.id);
+    RewrittenList rewritten(list, name, idOf);
+    for (const Item &item : items) {
+        const QString id = ids.take(item.id);
+        const pugi::xml_node element = rewritten.place(id);
+        setAttribute(element, "ID", id);
+        write(element, item);
+    }
+    rewritten.removeRest();
+    ids.store(list);
+}

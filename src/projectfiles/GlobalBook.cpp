@@ -39,34 +39,11 @@ pugi::xml_node pageList(const pugi::xml_document &document)
     return list ? list : root.append_child("Global_Pages");
 }
 
-QString idOf(const pugi::xml_node &page)
+void writePage(pugi::xml_node element, const GlobalPage &page)
 {
-    return valueOf(page.attribute("ID"));
-}
-
-void writePage(pugi::xml_node element, const QString &id, const GlobalPage &page)
-{
-    setAttribute(element, "ID", id);
     setAttribute(element, "Type", page.type);
     setChild(element, "Page_Title", page.title);
     setChild(element, "Page_File", page.file);
-}
-
-void rewriteList(pugi::xml_node list, const QList<GlobalPage> &pages)
-{
-    giveIds(list, "Page", u'G');
-    Ids ids(u'G', list);
-    for (const pugi::xml_node &old : list.children("Page"))
-        ids.reserve(idOf(old));
-    for (const GlobalPage &page : pages)
-        ids.reserve(page.id);
-    RewrittenList rewritten(list, "Page", idOf);
-    for (const GlobalPage &page : pages) {
-        const QString id = ids.take(page.id);
-        writePage(rewritten.place(id), id, page);
-    }
-    rewritten.removeRest();
-    ids.store(list);
 }
 
 class GlobalBookInFile final : public GlobalInformation
@@ -101,7 +78,7 @@ QList<GlobalPage> readGlobalPages(Session &session, FileSystem &files, const QSt
     const pugi::xml_document document = loadXml(files, path, rootName);
     giveIds(document.document_element().child("Global_Pages"), "Page", u'G');
     for (const pugi::xpath_node &page : document.select_nodes("Book_Master/Global_Pages/Page"))
-        pages.append({.id = valueOf(page.node().attribute("ID")),
+        pages.append({.id = idOf(page.node()),
                       .type = valueOf(page.node().attribute("Type")),
                       .title = textOf(page.node().child("Page_Title")),
                       .file = textOf(page.node().child("Page_File"))});
@@ -116,7 +93,7 @@ void writeGlobalPages(Session &session, FileSystem &files, const QString &projec
     const bool isThere = files.exists(path);
     const pugi::xml_document document =
         isThere ? loadXml(files, path, rootName) : newGlobalBook(project);
-    rewriteList(pageList(document), pages);
+    rewriteList(pageList(document), "Page", u'G', pages, writePage);
     if (isThere)
         backUp(files, projectFolder(session.serverPath, project),
                ProjectFile::globalFolder + u"\\"_s + ProjectFile::globalBook);

@@ -43,20 +43,25 @@ OpenMark::~OpenMark()
         trap([](const QvError &) {}, [this] { m_files.removeFile(m_path, true); }); // harmless
 }
 
-bool isOpenAnywhere(FileSystem &files, const QString &projectFolder)
+int countOpen(FileSystem &files, const QString &projectFolder)
 {
     static const QRegularExpression mark(u"^Open-[0-9]+\\.lock$"_s);
     const QString backups = backupsOf(projectFolder);
     if (!files.folderExists(backups))
-        return false;
-    bool isOpen = false;
+        return 0;
+    int open = 0;
     for (const FolderEntry &entry : files.kinds(backups)) {
         if (!mark.match(entry.name).hasMatch())
             continue;
         const auto lock = lockMark(files, backups + entry.name, projectFolder);
-        isOpen |= lock == nullptr;
+        open += lock == nullptr;
         if (lock)
             files.removeFile(backups + entry.name, true);
     }
-    return isOpen;
+    return open;
+}
+
+bool isOpenAnywhere(FileSystem &files, const QString &projectFolder)
+{
+    return countOpen(files, projectFolder) > 0;
 }

@@ -24,5 +24,7 @@ private:
     std::unique_ptr<FileLock> m_lock;
 };
 
+/// How many who are alive have the project open, this program included; what dead ones left goes.
+int countOpen(FileSystem &files, const QString &projectFolder);
 /// Whether anybody who is alive has the project open, be it this program. What dead ones left goes.
 bool isOpenAnywhere(FileSystem &files, const QString &projectFolder);

@@ -1,8 +1,7 @@
 #pragma once
 
+#include "tools/AsciiNeedle.h"
 #include "tools/TextFinder.h"
-
-#include <array>
 
 /// Tells from the bytes of a page, much faster than they can be decoded, that a text is not in it.
 class ByteSieve final
@@ -14,12 +13,7 @@ public:
     [[nodiscard]] bool mayHold(QByteArrayView page) const;
 
 private:
-    [[nodiscard]] bool holdsNeedle(QByteArrayView page) const;
-
-    bool m_any = false;           ///< nothing can be told from bytes
-    QByteArray m_needle;          ///< when it is ASCII; letters are small unless their case matters
-    bool m_folds = false;         ///< letters match in either case
+    bool m_any = false; ///< nothing can be told from bytes
+    AsciiNeedle m_needle;
     bool m_hasOddLetters = false; ///< k or s, which other characters match in either case
-    std::array<uchar, 256> m_small{};
-    std::array<qsizetype, 256> m_skip{};
 };

@@ -26,7 +26,7 @@ QList<PathMove> fileMoves(Session &session, FileSystem &files, const QString &pr
                           const OutlineMove &move);
 
 /// Moves them in the outlines; quick navigation and keywords follow. `moves` says where the files
-/// go. Returns the id of the first page in its new book. Raises 5 when they would be too deep or
-/// the parent is one of them.
-QString moveInOutlines(Session &session, FileSystem &files, const QString &project,
-                       const OutlineMove &move, const QList<PathMove> &moves);
+/// go. Returns the ids that the pages have now, by the ones they had. Raises 5 when they would be
+/// too deep or the parent is one of them.
+QHash<QString, QString> moveInOutlines(Session &session, FileSystem &files, const QString &project,
+                                       const OutlineMove &move, const QList<PathMove> &moves);

@@ -123,9 +123,10 @@ void PageIndex::readStale(FileSystem &files, const QString &projectFolder, const
     });
     const int total = static_cast<int>(stale.size());
     std::vector<Entry> read(stale.size());
+    LinkPlaces places(m_project);
     const auto readOne = [&](int number) {
         Entry &entry = read[static_cast<size_t>(number)];
-        entry.page = readIndexedPage(files, projectFolder, stale.at(number).path, language);
+        entry.page = readIndexedPage(files, projectFolder, stale.at(number).path, language, places);
         entry.anchors = {entry.page.anchors.cbegin(), entry.page.anchors.cend()};
     };
     const auto takeOne = [&](int number) {
@@ -169,11 +170,18 @@ void PageIndex::removeUses(const IndexedPage &page)
     }
 }
 
+// Links spell most targets alike, so that each spelling is folded once.
 void PageIndex::countUsesAgain()
 {
+    QHash<QString, QList<PageUse>> bySpelling;
+    for (const Entry &entry : std::as_const(m_pages)) {
+        const IndexedPage &page = entry.page;
+        for (qsizetype i = 0; i < page.links.size(); ++i)
+            bySpelling[page.links.at(i).target].append({page.path, i});
+    }
     m_uses.clear();
-    for (const Entry &entry : std::as_const(m_pages))
-        addUses(entry.page);
+    for (auto uses = bySpelling.cbegin(); uses != bySpelling.cend(); ++uses)
+        m_uses[uses.key().toCaseFolded()] += *uses;
 }
 
 /// Links may also mean files of the project that lie in no book.

@@ -2,7 +2,8 @@
 
 #include "platform/Paths.h"
 #include "platform/QvError.h"
-#include "tools/HtmlScan.h"
+#include "tools/TextLines.h"
+#include "tools/html/HtmlScan.h"
 
 #include <algorithm>
 
@@ -21,8 +22,8 @@ QString titleOf(const HtmlFacts &facts, const QString &path)
 class LinkReader final
 {
 public:
-    LinkReader(const QString &project, const QString &text, IndexedPage &page)
-        : m_project(project)
+    LinkReader(LinkPlaces &places, const QString &text, IndexedPage &page)
+        : m_places(places)
         , m_text(text)
         , m_page(page)
     {
@@ -31,20 +32,13 @@ public:
 
     void takeBase(const PageReference &base)
     {
-        IndexedLink link = linkAt(base, {});
-        const PageTarget target = targetOf(link.written);
-        const auto to = target.place == PageTarget::Place::Relative
-                            ? targetInProject(m_project, m_page.linkFolder, target.path)
-                            : std::nullopt;
-        if (to) {
-            const bool isFolder =
-                target.path.endsWith(u'/') || to->isEmpty() || target.path.endsWith(".."_L1);
-            link.target = *to;
-            m_page.linkFolder = isFolder && !to->isEmpty() ? *to + u'\\'
-                                : isFolder                 ? QString()
-                                                           : parentFolder(*to);
-            m_page.base = link;
-        } else if (target.place != PageTarget::Place::SamePage) {
+        const LinkPlaces::Place &place = placeOf(base);
+        const QString path = place.target.path;
+        if (place.path) {
+            m_page.base = linkAt(base, place, {});
+            m_page.base->target = *place.path;
+            m_page.linkFolder = baseFolder(path, *place.path);
+        } else if (place.target.place != PageTarget::Place::SamePage) {
             m_leadsOut = true;
         }
     }
@@ -52,64 +46,67 @@ public:
     void take(const QList<PageReference> &references, const QStringList &texts)
     {
         for (qsizetype i = 0; i < references.size(); ++i)
-            take(linkAt(references[i], texts.value(i)));
-        const auto byPlace = [](const IndexedLink &a, const IndexedLink &b) {
-            return a.start < b.start;
-        };
-        std::stable_sort(m_page.links.begin(), m_page.links.end(), byPlace);
-        countLines(m_page.links);
-        countLines(m_page.outside);
+            take(references[i], texts.value(i));
+        putInOrder(m_page.links);
+        putInOrder(m_page.outside);
     }
 
 private:
-    IndexedLink linkAt(const PageReference &reference, const QString &text) const
+    const LinkPlaces::Place &placeOf(const PageReference &reference)
+    {
+        return m_places.of(m_page.linkFolder,
+                           QStringView(m_text).sliced(reference.start, reference.length));
+    }
+
+    static IndexedLink linkAt(const PageReference &reference, const LinkPlaces::Place &place,
+                              const QString &text)
     {
         return {.kind = reference.kind,
                 .target = {},
-                .anchor = {},
+                .anchor = place.target.anchor,
                 .start = reference.start,
                 .length = reference.length,
-                .written = m_text.sliced(reference.start, reference.length),
+                .written = place.written,
                 .text = text};
     }
 
-    void take(IndexedLink link)
+    void take(const PageReference &reference, const QString &text)
     {
-        const PageTarget target = targetOf(link.written);
-        link.anchor = target.anchor;
-        if (target.place == PageTarget::Place::SamePage) {
-            if (!target.anchor.isEmpty())
-                takeOwn(link);
+        const LinkPlaces::Place &place = placeOf(reference);
+        IndexedLink link = linkAt(reference, place, text);
+        if (place.target.place == PageTarget::Place::SamePage) {
+            if (!link.anchor.isEmpty())
+                takeOwn(std::move(link));
             return;
         }
-        const auto to = target.place == PageTarget::Place::Relative && !m_leadsOut
-                            ? targetInProject(m_project, m_page.linkFolder, target.path)
-                            : std::nullopt;
-        link.target = to.value_or(QString());
-        (to ? m_page.links : m_page.outside).append(link);
+        const bool inProject = place.path && !m_leadsOut;
+        if (inProject)
+            link.target = *place.path;
+        (inProject ? m_page.links : m_page.outside).append(std::move(link));
     }
 
     /// As browsers do, an anchor alone belongs to what <base> means.
     void takeOwn(IndexedLink link)
     {
         link.target = m_page.base ? m_page.base->target : m_page.path;
-        (m_leadsOut ? m_page.outside : m_page.links).append(link);
+        (m_leadsOut ? m_page.outside : m_page.links).append(std::move(link));
     }
 
-    void countLines(QList<IndexedLink> &links) const
+    void putInOrder(QList<IndexedLink> &links) const
     {
-        int line = 1;
-        qsizetype at = 0;
+        const auto byPlace = [](const IndexedLink &a, const IndexedLink &b) {
+            return a.start < b.start;
+        };
+        if (!std::is_sorted(links.cbegin(), links.cend(), byPlace))
+            std::stable_sort(links.begin(), links.end(), byPlace);
+        TextLines lines(m_text);
         for (IndexedLink &link : links) {
-            if (link.start > at)
-                line +=
-                    static_cast<int>(QStringView(m_text).sliced(at, link.start - at).count(u'\n'));
-            at = std::max(at, link.start);
-            link.line = line;
+            lines.goTo(link.start);
+            link.line = lines.number();
         }
     }
 
-    const QString &m_project;
+    LinkPlaces &m_places;
     const QString &m_text;
     IndexedPage &m_page;
     bool m_leadsOut = false; ///< <base> means another place than the project
@@ -131,13 +128,21 @@ std::optional<QString> targetInProject(const QString &project, const QString &fo
     return whole->size() > top.size() ? whole->sliced(top.size() + 1) : u""_s; // not a null one
 }
 
+QString baseFolder(const QString &path, const QString &to)
+{
+    const bool isFolder = path.endsWith(u'/') || to.isEmpty() || path.endsWith(".."_L1);
+    return isFolder && !to.isEmpty() ? to + u'\\' : parentFolder(to);
+}
+
 bool isStyleSheetName(QStringView fileName)
 {
     return fileName.endsWith(u".css", Qt::CaseInsensitive);
 }
 
-IndexedPage indexedPage(const QString &project, const QString &path, const QByteArray &bytes,
-                        const QString &language)
+namespace {
+
+IndexedPage indexedPage(const QString &path, const QByteArray &bytes, const QString &language,
+                        LinkPlaces &places)
 {
     IndexedPage page;
     page.path = path;
@@ -145,7 +150,7 @@ IndexedPage indexedPage(const QString &project, const QString &path, const QByte
     const PageText text = decodePage(bytes, language);
     page.encoding = text.encoding;
     page.damaged = text.damaged;
-    LinkReader reader(project, text.text, page);
+    LinkReader reader(places, text.text, page);
     if (page.isStyleSheet) {
         page.title = lastComponent(path);
         reader.take(scanCss(text.text), {});
@@ -162,8 +167,10 @@ IndexedPage indexedPage(const QString &project, const QString &path, const QByte
     return page;
 }
 
+} // namespace
+
 IndexedPage readIndexedPage(FileSystem &files, const QString &projectFolder, const QString &path,
-                            const QString &language)
+                            const QString &language, LinkPlaces &places)
 {
     IndexedPage page;
     const auto unreadable = [&](const QvError &error) {
@@ -171,9 +178,7 @@ IndexedPage readIndexedPage(FileSystem &files, const QString &projectFolder, con
         page.title = lastComponent(path);
         page.problem = error.description();
     };
-    trap(unreadable, [&] {
-        const QString project = lastComponent(withoutBackslash(projectFolder));
-        page = indexedPage(project, path, files.readFile(projectFolder + path), language);
-    });
+    trap(unreadable,
+         [&] { page = indexedPage(path, files.readFile(projectFolder + path), language, places); });
     return page;
 }

@@ -162,6 +162,15 @@ int PageMove::changeCount() const
                       [](const LinkChange &change) { return change.problem.isEmpty(); }));
 }
 
+PageMove PageMove::withOwnLinksOnly() const
+{
+    PageMove own{moves, changes};
+    const MovedPaths paths(moves);
+    own.changes.removeIf(
+        [&](const LinkChange &change) { return paths.newPath(change.page) == change.page; });
+    return own;
+}
+
 PageMove planPageMove(const PageIndex &index, const QList<PathMove> &moves)
 {
     return Planner(index, moves).plan();

@@ -46,6 +46,8 @@ struct PageMove
 
     [[nodiscard]] QStringList lockedPages() const; ///< in which links would change
     [[nodiscard]] int changeCount() const;         ///< without those that have a problem
+    /// The same moves with the changes in what moves itself; who stays keeps its links.
+    [[nodiscard]] PageMove withOwnLinksOnly() const;
 };
 
 /// Works out every link that must change when these files move: in all pages and style sheets that

@@ -1,6 +1,6 @@
 #include "tools/PageReference.h"
 
-#include "tools/HtmlEntities.h"
+#include "tools/html/HtmlEntities.h"
 
 #include <QStringList>
 #include <QUrl>
@@ -29,9 +29,9 @@ QString decoded(const QString &text)
 }
 
 /// As browsers do: blanks around it and line ends inside it do not count.
-QString tidy(QStringView reference)
+QString tidy(const QString &address)
 {
-    QString url = withoutEntities(reference).trimmed();
+    QString url = address.trimmed();
     url.removeIf([](QChar c) { return c == u'\n' || c == u'\r' || c == u'\t'; });
     return url;
 }
@@ -40,8 +40,13 @@ QString tidy(QStringView reference)
 
 PageTarget targetOf(QStringView reference)
 {
+    return targetOfAddress(withoutEntities(reference));
+}
+
+PageTarget targetOfAddress(const QString &address)
+{
     PageTarget target;
-    QString url = tidy(reference);
+    QString url = tidy(address);
     if (hasScheme(url) || url.startsWith("//"_L1) || url.startsWith(u"\\\\")) {
         target.place = PageTarget::Place::Elsewhere;
         return target;

@@ -32,6 +32,8 @@ struct PageTarget
 /// Reads an attribute value as a browser does: entities and %-codes decoded, "\" taken as "/", the
 /// query cut off.
 PageTarget targetOf(QStringView reference);
+/// The same for one whose entities are decoded already.
+PageTarget targetOfAddress(const QString &address);
 
 /// `path` of a Relative target as seen from `folder` ("" or "sub\"): a relative path with
 /// backslashes, its "." and ".." worked out. Nothing when it climbs out of the top folder.

@@ -5,6 +5,7 @@
 #include "tools/ByteSieve.h"
 #include "tools/OrderedWork.h"
 #include "tools/PageReference.h"
+#include "tools/TextLines.h"
 
 #include <algorithm>
 #include <thread>
@@ -30,35 +31,19 @@ void collect(FileSystem &files, const QString &projectFolder, const QString &fol
     }
 }
 
-/// Counts lines from hit to hit.
-class Lines final
+/// The hit with what stands around it in its line, to which `lines` goes on.
+PageHit shownHit(const QString &text, TextLines &lines, const TextHit &hit)
 {
-public:
-    explicit Lines(const QString &text)
-        : m_text(text)
-    {
-    }
-    PageHit at(const TextHit &hit)
-    {
-        m_line +=
-            static_cast<int>(QStringView(m_text).sliced(m_seen, hit.start - m_seen).count(u'\n'));
-        m_seen = hit.start;
-        const qsizetype before = hit.start > 0 ? m_text.lastIndexOf(u'\n', hit.start - 1) : -1;
-        const qsizetype from = qMax(before + 1, hit.start - around);
-        const qsizetype newline = m_text.indexOf(u'\n', hit.start);
-        const qsizetype end = newline < 0 ? m_text.size() : newline;
-        const qsizetype to = qMin(end, qMin(hit.start + hit.length, end) + around);
-        PageHit shown{hit, m_line, m_text.sliced(from, to - from), hit.start - from, 0, {}};
-        shown.length = qMin(hit.length, shown.text.size() - shown.begin);
-        shown.text.replace(u'\t', u' ').replace(u'\r', u' ');
-        return shown;
-    }
-
-private:
-    const QString &m_text;
-    qsizetype m_seen = 0;
-    int m_line = 1;
-};
+    lines.goTo(hit.start);
+    const qsizetype from = qMax(lines.begin(), hit.start - around);
+    const qsizetype end = qMin(hit.start + hit.length, lines.end());
+    const qsizetype to = qMin(lines.end(), end + around);
+    PageHit shown{hit, lines.number(), text.sliced(from, to - from), hit.start - from, 0, {}};
+    shown.length = qMin(hit.length, shown.text.size() - shown.begin);
+    for (QChar &c : shown.text)
+        c = c == u'\t' || c == u'\r' ? QChar(u' ') : c;
+    return shown;
+}
 
 // What could not be written back letter by letter is not touched.
 void judgeReplacing(FoundPage &page, const PageText &content, const QByteArray &bytes,
@@ -118,9 +103,10 @@ private:
         const PageText content = decodePage(bytes, m_pages.language);
         const TextFinder::Found found = m_finder.in(content.text, mostHits);
         page.complete = found.complete;
-        Lines lines(content.text);
+        TextLines lines(content.text);
+        page.hits.reserve(found.hits.size());
         for (const TextHit &hit : found.hits)
-            page.hits.append(lines.at(hit));
+            page.hits.append(shownHit(content.text, lines, hit));
         if (found.hits.isEmpty() || !m_query.replacement)
             return;
         page.sum = qHash(bytes);

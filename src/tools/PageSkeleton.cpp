@@ -13,14 +13,20 @@ constexpr LanguageTag tags[]{{"ENU"_L1, "en"_L1},    {"DEU"_L1, "de"_L1},    {"J
 
 QString languageAttribute(const QString &projectLanguage)
 {
-    for (const LanguageTag &known : tags) {
-        if (projectLanguage.compare(known.project, Qt::CaseInsensitive) == 0)
-            return u" lang=\"%1\""_s.arg(known.tag);
-    }
-    return {};
+    const QLatin1StringView tag = languageTag(projectLanguage);
+    return tag.isEmpty() ? QString() : u" lang=\"%1\""_s.arg(tag);
 }
 
 } // namespace
+
+QLatin1StringView languageTag(const QString &projectLanguage)
+{
+    for (const LanguageTag &known : tags) {
+        if (projectLanguage.compare(known.project, Qt::CaseInsensitive) == 0)
+            return known.tag;
+    }
+    return {};
+}
 
 QString wholePage(const QString &title, const QString &projectLanguage, const QString &body)
 {

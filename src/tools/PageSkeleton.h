@@ -10,3 +10,7 @@ QString wholePage(const QString &title, const QString &projectLanguage, const QS
 /// What a new page begins as: title, heading and an empty paragraph, in UTF-8, lines ending in
 /// "\r\n".
 QByteArray newPage(const QString &title, const QString &projectLanguage);
+
+/// What pages in the project's language (ENU, DEU, ...) declare: "en", "zh-CN"; "" for an unknown
+/// one.
+QLatin1StringView languageTag(const QString &projectLanguage);

@@ -145,8 +145,8 @@ QList<PathMove> fileMoves(Session &session, FileSystem &files, const QString &pr
     return moves;
 }
 
-QString moveInOutlines(Session &session, FileSystem &files, const QString &project,
-                       const OutlineMove &move, const QList<PathMove> &moves)
+QHash<QString, QString> moveInOutlines(Session &session, FileSystem &files, const QString &project,
+                                       const OutlineMove &move, const QList<PathMove> &moves)
 {
     BookFile bookFile(session, files);
     const bool sameBook = identityOf(move.from) == identityOf(move.to);
@@ -167,16 +167,22 @@ QString moveInOutlines(Session &session, FileSystem &files, const QString &proje
     for (qsizetype i = 0; i < pages.size(); ++i)
         children->insert(place + i, pages[i]);
     bookFile.write(project, move.from, source);
-    if (sameBook)
-        return before.first().id;
+    QHash<QString, QString> ids;
+    if (sameBook) {
+        for (const BookPage &page : before)
+            ids.insert(page.id, page.id);
+        return ids;
+    }
 
     bookFile.write(project, move.to, other);
     other = bookFile.read(project, move.to); // with the ids they got
     const QList<BookPage> now =
         flattened(childrenOf(other.pages, move.parent)->mid(place, pages.size()));
     QList<std::pair<QuickNavTarget, QuickNavTarget>> moved;
-    for (qsizetype i = 0; i < before.size(); ++i)
+    for (qsizetype i = 0; i < before.size(); ++i) {
         moved.append({{move.from.acronym, before[i].id}, {move.to.acronym, now[i].id}});
+        ids.insert(before[i].id, now[i].id);
+    }
     redirect(session, files, project, moved);
-    return now.first().id;
+    return ids;
 }

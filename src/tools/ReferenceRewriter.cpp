@@ -1,6 +1,6 @@
 #include "tools/ReferenceRewriter.h"
 
-#include "tools/HtmlEntities.h"
+#include "tools/html/HtmlEntities.h"
 
 #include <QUrl>
 

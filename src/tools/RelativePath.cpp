@@ -1,7 +1,7 @@
 #include "tools/RelativePath.h"
 
 #include "platform/Paths.h"
-#include "tools/HtmlEntities.h"
+#include "tools/html/HtmlEntities.h"
 
 #include <QStringList>
 #include <QUrl>

@@ -60,6 +60,7 @@ QString expanded(const QString &replacement, const QRegularExpressionMatch &matc
 
 TextFinder::TextFinder(FindOptions options)
     : m_options(std::move(options))
+    , m_needle(m_options.matchCase ? AsciiNeedle() : AsciiNeedle(m_options.text, false))
     , m_matcher(m_options.text, m_options.matchCase ? Qt::CaseSensitive : Qt::CaseInsensitive)
     , m_pattern(patternOf(m_options))
 {
@@ -80,16 +81,22 @@ TextFinder::Found TextFinder::in(const QString &text, qsizetype most) const
     return m_options.isPattern ? patternHits(text, most) : plainHits(text, most);
 }
 
+qsizetype TextFinder::nextPlain(const QString &text, qsizetype from) const
+{
+    return m_needle.isValid() ? m_needle.indexIn(QStringView(text), from)
+                              : m_matcher.indexIn(text, from);
+}
+
 TextFinder::Found TextFinder::plainHits(const QString &text, qsizetype most) const
 {
     Found found;
     const qsizetype length = m_options.text.size();
-    qsizetype at = m_matcher.indexIn(text);
+    qsizetype at = nextPlain(text, 0);
     for (; at >= 0 && found.hits.size() < most;) {
         const bool counts = !m_options.wholeWord || isWholeWord(text, at, length);
         if (counts)
             found.hits.append({at, length});
-        at = m_matcher.indexIn(text, at + (counts ? length : 1));
+        at = nextPlain(text, at + (counts ? length : 1));
     }
     found.complete = at < 0;
     return found;

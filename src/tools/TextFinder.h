@@ -1,5 +1,7 @@
 #pragma once
 
+#include "tools/AsciiNeedle.h"
+
 #include <QList>
 #include <QRegularExpression>
 #include <QString>
@@ -56,10 +58,12 @@ public:
                                    const std::function<bool(qsizetype)> &isWanted = {}) const;
 
 private:
+    [[nodiscard]] qsizetype nextPlain(const QString &text, qsizetype from) const;
     [[nodiscard]] Found plainHits(const QString &text, qsizetype most) const;
     [[nodiscard]] Found patternHits(const QString &text, qsizetype most) const;
 
     FindOptions m_options;
+    AsciiNeedle m_needle; ///< valid where it is faster than the matcher
     QStringMatcher m_matcher;
     QRegularExpression m_pattern;
 };

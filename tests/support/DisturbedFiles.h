@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/FileSystem.h"
+#include "platform/FileStreams.h"
 
 #include <functional>
 
@@ -34,6 +34,17 @@ public:
         disturb();
         options.sync = options.sync && syncs;
         m_files.replaceFile(path, content, options);
+    }
+    std::unique_ptr<FileReader> openFile(const QString &path) override
+    {
+        look();
+        return m_files.openFile(path);
+    }
+    std::unique_ptr<FileWriter> startFile(const QString &path, ReplaceOptions options) override
+    {
+        disturb();
+        options.sync = options.sync && syncs;
+        return std::make_unique<Writer>(*this, m_files.startFile(path, options));
     }
     void copyFile(const QString &from, const QString &to, NameCheck check) override
     {
@@ -87,5 +98,29 @@ public:
     QString productPath(const QString &native) override { return m_files.productPath(native); }
 
 private:
+    class Writer final : public FileWriter
+    {
+    public:
+        Writer(DisturbedFiles &files, std::unique_ptr<FileWriter> file)
+            : m_disturbed(files)
+            , m_file(std::move(file))
+        {
+        }
+        void write(qint64 offset, const char *bytes, qint64 count) override
+        {
+            m_disturbed.disturb();
+            m_file->write(offset, bytes, count);
+        }
+        void putInPlace() override
+        {
+            m_disturbed.disturb();
+            m_file->putInPlace();
+        }
+
+    private:
+        DisturbedFiles &m_disturbed;
+        std::unique_ptr<FileWriter> m_file;
+    };
+
     FileSystem &m_files;
 };

@@ -4,8 +4,8 @@
 #include "controls/ctlGlobalsTab.h"
 #include "controls/session/ProjectSession.h"
 #include "projectfiles/GlobalBook.h"
-#include "support/FormDriver.h"
 #include "support/LinkFile.h"
+#include "support/NextDialog.h"
 #include "support/SampleProject.h"
 
 inline QByteArray latinPage()
@@ -49,12 +49,6 @@ public:
     TocBook pump;
 };
 
-/// Presses a button of the dialog that opens next.
-inline void answerDialog(const char *button)
-{
-    QTimer::singleShot(0, qApp, [button] { click(QApplication::activeModalWidget(), button); });
-}
-
 /// The editor on a project, in an active window; boxes are found by their class.
 class Desk
 {
@@ -69,6 +63,8 @@ public:
         tab.show();
         tab.activateWindow();
         static_cast<void>(QTest::qWaitForWindowActive(&tab));
+        for (int page = tabs()->count(); page > 0;) // each is made when it is first shown
+            tabs()->setCurrentIndex(--page);
     }
 
     QTreeWidget *table(const char *name) const { return control<QTreeWidget>(&tab, name); }

@@ -279,13 +279,13 @@ public:
                     dialogs, locale, ending,   navigator, currentProject, components};
 };
 
-struct FreshFolder
+struct TestFolder
 {
     QTemporaryDir folder;
 };
 
 /// One per test function. `world.server` is "S:\"; `world.native("Docs")` is where it really lies.
-class TestProgram : public FreshFolder, public ScriptedProgram
+class TestProgram : public TestFolder, public ScriptedProgram
 {
 public:
     const QString server = QStringLiteral("S:\\");

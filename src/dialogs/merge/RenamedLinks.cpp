@@ -3,8 +3,8 @@
 #include "platform/Paths.h"
 #include "platform/TreeWalker.h"
 #include "startup/PageText.h"
-#include "tools/HtmlScan.h"
 #include "tools/ReferenceRewriter.h"
+#include "tools/html/HtmlScan.h"
 
 using namespace Qt::StringLiterals;
 

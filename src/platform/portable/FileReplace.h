@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/FileSystem.h"
+#include "platform/FileStreams.h"
 
 /// The one writer: replaces the file at the native path `place`, or makes it, as
 /// `FileSystem::replaceFile` describes. `path` is what the product calls it, for messages.
@@ -11,6 +11,10 @@ void replaceFileAt(const QByteArray &place, const QString &path, const QByteArra
 /// is none or its folder cannot be opened.
 bool replaceThereAt(const QByteArray &place, const QString &path, const QByteArray &content,
                     ReplaceOptions options);
+
+/// The same as `replaceFileAt`, written piece by piece.
+std::unique_ptr<FileWriter> startReplacingAt(const QByteArray &place, const QString &path,
+                                             ReplaceOptions options);
 
 /// Flushes an open folder to the disk; false with errno when that fails.
 bool syncFolderAt(int folder);

@@ -5,6 +5,7 @@
 #include "platform/portable/Descriptor.h"
 #include "platform/portable/FileAttributes.h"
 #include "platform/portable/FileCopy.h"
+#include "platform/portable/FileReading.h"
 #include "platform/portable/FileReplace.h"
 #include "platform/portable/FolderReading.h"
 #include "platform/portable/NameLookup.h"
@@ -32,23 +33,6 @@ constexpr auto cannotChange = "The attributes cannot be changed"_L1;
 QByteArray folderOf(const QByteArray &native)
 {
     return native.first(native.lastIndexOf('/') + 1);
-}
-
-/// Reads to the end of the file or of `limit`; false with errno when that fails.
-bool readAll(int file, qint64 size, QByteArray &content)
-{
-    content.resize(size);
-    qint64 done = 0;
-    while (done < size) {
-        const ssize_t got = read(file, content.data() + done, static_cast<size_t>(size - done));
-        if (got < 0 && errno != EINTR)
-            return false;
-        if (got == 0)
-            break;
-        done += qMax<ssize_t>(got, 0);
-    }
-    content.truncate(done);
-    return true;
 }
 
 int renameToFree(const char *from, const char *to)
@@ -156,9 +140,9 @@ FileStatus PortableFiles::status(const QString &path)
     return {};
 }
 
-QByteArray PortableFiles::readFile(const QString &path, qint64 limit)
+Descriptor PortableFiles::openToRead(const QString &path, qint64 &size) const
 {
-    const Descriptor file(onPath(path, [](const char *native) {
+    Descriptor file(onPath(path, [](const char *native) {
         return open(native, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
     }));
     struct stat info
@@ -168,11 +152,33 @@ QByteArray PortableFiles::readFile(const QString &path, qint64 limit)
         raise(errno, cannotRead, path);
     if (!S_ISREG(info.st_mode))
         raiseFileError(PathFileAccess, "The file cannot be read, it is no ordinary file"_L1, path);
-    const qint64 size = limit < 0 ? info.st_size : qMin<qint64>(limit, info.st_size);
+    size = info.st_size;
+    return file;
+}
+
+QByteArray PortableFiles::readFile(const QString &path, qint64 limit)
+{
+    qint64 size = 0;
+    const Descriptor file = openToRead(path, size);
     QByteArray content;
-    if (!readAll(file.get(), size, content))
+    content.resize(limit < 0 ? size : qMin(limit, size));
+    const qint64 got = readAt(file.get(), 0, content.data(), content.size());
+    if (got < 0)
         raise(errno, cannotRead, path);
+    content.truncate(got);
     return content;
+}
+
+std::unique_ptr<FileReader> PortableFiles::openFile(const QString &path)
+{
+    qint64 size = 0;
+    Descriptor file = openToRead(path, size);
+    return readerOf(std::move(file), size, path);
+}
+
+std::unique_ptr<FileWriter> PortableFiles::startFile(const QString &path, ReplaceOptions options)
+{
+    return startReplacingAt(placeAnyCase(m_paths.native(path), path), path, options);
 }
 
 void PortableFiles::replaceFile(const QString &path, const QByteArray &content,

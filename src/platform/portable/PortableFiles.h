@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/FileSystem.h"
+#include "platform/portable/Descriptor.h"
 #include "platform/portable/NativePaths.h"
 
 /// The files of a machine without drive letters: "C:\x\y" lies under "<drives folder>/c/x/y",
@@ -14,6 +15,9 @@ public:
     [[nodiscard]] QByteArray readFile(const QString &path, qint64 limit = -1) override;
     void replaceFile(const QString &path, const QByteArray &content,
                      ReplaceOptions options = {}) override;
+    [[nodiscard]] std::unique_ptr<FileReader> openFile(const QString &path) override;
+    [[nodiscard]] std::unique_ptr<FileWriter> startFile(const QString &path,
+                                                        ReplaceOptions options = {}) override;
     void copyFile(const QString &from, const QString &to,
                   NameCheck check = NameCheck::AnyCase) override;
     void copyFiles(const QString &fromFolder, const QString &toFolder, const QStringList &names,
@@ -40,6 +44,7 @@ private:
     template <typename Call>
     int onPath(const QString &path, Call call) const;
     [[nodiscard]] QByteArray place(const QString &path, NameCheck check = NameCheck::AnyCase) const;
+    [[nodiscard]] Descriptor openToRead(const QString &path, qint64 &size) const;
     [[nodiscard]] int missingNumber(const QString &path) const;
     [[nodiscard]] int openFolder(const QString &path) const;
     void syncFile(const QString &path) const;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "tools/HtmlScan.h"
+#include "tools/html/HtmlScan.h"
 
 #include <QString>
 #include <QStringView>

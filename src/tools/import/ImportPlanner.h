@@ -3,7 +3,7 @@
 #include "platform/Progress.h"
 #include "projectfiles/BookFile.h"
 #include "tools/FolderIndex.h"
-#include "tools/HtmlScan.h"
+#include "tools/html/HtmlScan.h"
 #include "tools/import/ImportPlan.h"
 
 #include <QHash>

@@ -1,9 +1,9 @@
 // Markdown as a page.
 
 #include "platform/QvError.h"
-#include "tools/HtmlEntities.h"
-#include "tools/HtmlScan.h"
-#include "tools/HtmlTokens.h"
+#include "tools/html/HtmlEntities.h"
+#include "tools/html/HtmlScan.h"
+#include "tools/html/HtmlTokens.h"
 #include "tools/import/PageConversion.h"
 
 #include <QHash>
@@ -43,9 +43,9 @@ QString headingId(const QString &heading)
     return id;
 }
 
-bool isHeading(QStringView tag)
+bool isHeading(HtmlTag tag)
 {
-    return tag.size() == 2 && tag[0] == u'h' && tag[1] >= u'1' && tag[1] <= u'6';
+    return tag >= HtmlTag::H1 && tag <= HtmlTag::H6;
 }
 
 /// `html` with an id in each heading that has no attributes.
@@ -59,13 +59,13 @@ QString withHeadingIds(const QString &html)
         const HtmlToken &token = tokens.next();
         if (token.kind == HtmlToken::Kind::End)
             return result += QStringView(html).sliced(from);
-        if (token.kind == HtmlToken::Kind::StartTag && isHeading(token.text)
-            && token.attributes.isEmpty()) {
+        if (token.kind == HtmlToken::Kind::StartTag && isHeading(token.tag)
+            && token.attributes.empty()) {
             place = token.text.end() - html.constBegin();
             heading.clear();
         } else if (token.kind == HtmlToken::Kind::Text && place >= 0) {
             heading += token.text;
-        } else if (token.kind == HtmlToken::Kind::EndTag && isHeading(token.text) && place >= 0) {
+        } else if (token.kind == HtmlToken::Kind::EndTag && isHeading(token.tag) && place >= 0) {
             QString id = headingId(plainText(heading));
             if (const int before = given[id]++; before > 0)
                 id += u'-' + QString::number(before);

@@ -3,8 +3,8 @@
 #include "platform/Paths.h"
 #include "platform/QvError.h"
 #include "projectfiles/changes/StagedFiles.h"
-#include "tools/HtmlScan.h"
 #include "tools/ReferenceRewriter.h"
+#include "tools/html/HtmlScan.h"
 #include "tools/import/BaseFolder.h"
 #include "tools/import/ImportFiles.h"
 #include "tools/import/ImportOutline.h"
@@ -247,6 +247,7 @@ ImportResult SourceImport::stage(const ImportPlan &plan, const QString &fresh,
     refuseNothing(plan);
     const QString project = projectFolder(m_session.serverPath, plan.project);
     StagedFiles staged(m_files, project);
+    staged.allowLocked(); // the author is asked about the book's file before it is written
     BookFile bookFile(m_session, staged);
     Book book = bookFile.read(plan.project, plan.book); // fail before anything is copied
     ImportFiles onTheWay(m_files, project, bookFile.folder(plan.project, plan.book), fresh);

@@ -1,0 +1,5 @@
+#pragma once
+
+#include "ProjectJobs.h"
+
+QList<Job> linkJobs();

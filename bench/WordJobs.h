@@ -1,0 +1,6 @@
+#pragma once
+
+#include "ProjectJobs.h"
+
+/// The jobs on the search words of a project.
+QList<Job> wordJobs();

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "platform/FileSystem.h"
+
+#include <QByteArray>
+#include <QSet>
+#include <QString>
+
+/// A folder of derived files that is written anew beside the old one ("Search_Words.qvnew") and
+/// takes its place as a whole at the end. Until then the old one stays as it is; when this goes
+/// without `putInPlace`, what was written is removed.
+class FreshFolder final
+{
+public:
+    /// `folder` without a backslash at its end; it may be missing.
+    FreshFolder(FileSystem &files, QString folder);
+    FreshFolder(const FreshFolder &) = delete;
+    FreshFolder &operator=(const FreshFolder &) = delete;
+    ~FreshFolder();
+
+    /// A file that was read-only in the old folder is read-only in the new one.
+    void write(const QString &name, const QByteArray &content);
+    /// Takes over what the old folder holds beside the files written so far.
+    void keepOthers();
+    /// Flushes everything to the disk, then puts it in place of the old folder, which goes.
+    void putInPlace();
+
+private:
+    [[nodiscard]] QString freshPath(const QString &name) const;
+
+    FileSystem &m_files;
+    QString m_folder;
+    QSet<QString> m_readOnly; ///< files of the old folder, folded
+    QSet<QString> m_written;  ///< folded
+    bool m_done = false;
+};
+
+/// Finishes or removes what a dying program left of a fresh folder at `folder`; a build does it
+/// before it begins.
+void recoverFreshFolder(FileSystem &files, const QString &folder);

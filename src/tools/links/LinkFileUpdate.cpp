@@ -1,0 +1,117 @@
+#include "tools/links/LinkFileUpdate.h"
+
+#include "platform/Xml.h"
+#include "tools/links/LinkIdentifiers.h"
+
+#include <algorithm>
+#include <map>
+#include <string_view>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// IBD with ID / LinkIDSourceFile, or IBS with USER / FilePath.
+struct SectionNames
+{
+    const char *section, *entry, *path;
+};
+
+constexpr SectionNames targetNames{"IBD", "ID", "LinkIDSourceFile"};
+constexpr SectionNames referenceNames{"IBS", "USER", "FilePath"};
+constexpr auto identifierName = "LinkID";
+
+bool isOneOf(const pugi::xml_node &node, std::initializer_list<std::string_view> names)
+{
+    return std::find(names.begin(), names.end(), std::string_view(node.name())) != names.end();
+}
+
+/// Makes one section of the new file.
+class Section final
+{
+public:
+    Section(const SectionNames &names, const QList<LinkEntry> &entries)
+        : m_names(names)
+    {
+        for (const LinkEntry &entry : entries)
+            m_entries.try_emplace({entry.identifier, entry.path});
+    }
+
+    /// Finds what the file said of the entries; how many entries are none any more.
+    int takeOld(const pugi::xml_node &root, const QStringList &unread)
+    {
+        int gone = 0;
+        for (const pugi::xml_node &section : root.children(m_names.section)) {
+            for (const pugi::xml_node &entry : section.children(m_names.entry))
+                gone += stays(entry, unread) ? 0 : 1;
+        }
+        return gone;
+    }
+
+    void write(pugi::xml_node root) const
+    {
+        pugi::xml_node section = root.append_child(m_names.section);
+        for (const auto &[values, old] : m_entries) {
+            pugi::xml_node entry = section.append_child(m_names.entry);
+            // Readers expect the identifier before its path.
+            appendText(entry, identifierName, values.first);
+            appendText(entry, m_names.path, values.second);
+            for (const pugi::xml_node &other : old.children()) {
+                if (other.type() == pugi::node_element
+                    && !isOneOf(other, {identifierName, m_names.path}))
+                    entry.append_copy(other);
+            }
+        }
+    }
+
+private:
+    bool stays(const pugi::xml_node &entry, const QStringList &unread)
+    {
+        const QString identifier = linkIdentifier(textOf(entry.child(identifierName)));
+        const QString path = textOf(entry.child(m_names.path)).trimmed();
+        const auto known = m_entries.find({identifier, path});
+        if (known == m_entries.end() && !isUnread(path, unread))
+            return false;
+        pugi::xml_node &old =
+            known == m_entries.end() ? m_entries[{identifier, path}] : known->second;
+        if (!old)
+            old = entry;
+        return true;
+    }
+
+    static bool isUnread(const QString &path, const QStringList &unread)
+    {
+        return std::any_of(unread.cbegin(), unread.cend(), [&](const QString &place) {
+            const bool isBelow = path.startsWith(place, Qt::CaseInsensitive);
+            return isBelow
+                   && (place.endsWith(u'\\') || path.size() == place.size()
+                       || path[place.size()] == u'#');
+        });
+    }
+
+    const SectionNames &m_names;
+    std::map<std::pair<QString, QString>, pugi::xml_node> m_entries; ///< with the old element
+};
+
+} // namespace
+
+LinkFileUpdate updatedLinkFile(const pugi::xml_document &old, const ProjectLinks &links)
+{
+    const pugi::xml_node oldRoot = old.child("LINKS");
+    pugi::xml_document document;
+    pugi::xml_node root = document.append_child("LINKS");
+    LinkFileUpdate update;
+    Section targets(targetNames, links.targets);
+    update.gone += targets.takeOld(oldRoot, links.unread);
+    targets.write(root);
+    Section references(referenceNames, links.references);
+    update.gone += references.takeOld(oldRoot, links.unread);
+    references.write(root);
+    for (const pugi::xml_node &other : oldRoot.children()) {
+        if (other.type() == pugi::node_element
+            && !isOneOf(other, {targetNames.section, referenceNames.section}))
+            root.append_copy(other);
+    }
+    update.bytes = xmlBytes(document);
+    return update;
+}

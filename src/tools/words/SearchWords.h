@@ -1,0 +1,53 @@
+#pragma once
+
+#include "platform/FileSystem.h"
+#include "platform/Progress.h"
+#include "tools/build/BuildInput.h"
+#include "tools/build/Finding.h"
+#include "tools/build/ScannedPages.h"
+#include "tools/words/PageCounter.h"
+#include "tools/words/WordCache.h"
+
+#include <vector>
+
+struct PageNumbers;
+struct ShardSources;
+struct WordPage;
+
+/// The search words of a project: counts them while its pages are read, and then writes what search
+/// needs to "Search_Words\". What it counted is kept in "QV_SearchWords.bin" of the project folder,
+/// so that pages which did not change need not be read again.
+class SearchWords final : public PageTextTaker
+{
+public:
+    /// `threads` is how many read pages at most; `everything`: what was kept is not used.
+    SearchWords(FileSystem &files, const BuildInput &input, int threads, bool everything = false);
+
+    void take(int thread, quint32 page, const ReadablePage &text) override;
+    [[nodiscard]] bool knows(std::string_view path, quint64 sum) const override;
+
+    /// Puts the folder in place, once all pages have been read with this as taker. The report tells
+    /// of pages that could not be read, that hold no word, and of keywords that lead nowhere.
+    /// Raises QvError when a file cannot be written and `Unwinding{Stopped}`; the old folder is
+    /// whole then. Can be called once.
+    [[nodiscard]] ToolReport finish(const ScannedPages &pages, const Progress &progress = {});
+
+private:
+    struct Folder;
+    [[nodiscard]] PageNumbers numbers() const;
+    void giveWords(std::vector<WordPage> &pages, const ScannedPages &scanned,
+                   std::vector<bool> &isKept) const;
+    [[nodiscard]] WordTable joinWords();
+    [[nodiscard]] quint32 counted() const;
+    [[nodiscard]] std::vector<std::string> writeShards(Folder &folder, const ShardSources &sources,
+                                                       const Progress &progress) const;
+    void removeOldLog() const;
+    void keep(const std::vector<WordPage> &pages, quint32 next,
+              const std::vector<std::string> &shards) const;
+
+    FileSystem &m_files;
+    const BuildInput &m_input;
+    const int m_threads;
+    std::vector<PageCounter> m_counters; ///< by thread
+    WordCache m_kept;
+};
