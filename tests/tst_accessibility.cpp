@@ -39,6 +39,7 @@ private Q_SLOTS:
     void initTestCase() { QAccessible::setActive(true); }
     void namesEverythingInTheWindows();
     void namesEverythingInTheEditors();
+    void namesEverythingAfterABuild();
     void goesFromPaneToPane();
 };
 
@@ -82,6 +83,19 @@ void tst_accessibility::namesEverythingInTheEditors()
         const QStringList found = findingsInAllTabs(form, control<QWidget>(form, "fraEditors"));
         QVERIFY2(found.isEmpty(), qPrintable(found.join(u'\n')));
     }
+}
+
+void tst_accessibility::namesEverythingAfterABuild()
+{
+    WorkspaceWorld world(u"Plant"_s);
+    world.addBook(u"Repair"_s, u"REP"_s);
+    world.real.handOver(u"Plant"_s, u"ENU"_s);
+    world.real.show(Form::Build);
+    QWidget *const window = world.real.window(Form::Build);
+    click(window, "cmdNext");
+    QTRY_VERIFY(isEnabled(window, "cmdBack"));
+    const QStringList found = findingsInAllTabs(window, window);
+    QVERIFY2(found.isEmpty(), qPrintable(found.join(u'\n')));
 }
 
 void tst_accessibility::goesFromPaneToPane()

@@ -1,6 +1,7 @@
 #include "dialogs/ReopenDialog.h"
 #include "dialogs/frmContinueDeleteProject.h"
 #include "platform/TreeWalker.h"
+#include "projectfiles/OpenMark.h"
 #include "support/FormDriver.h"
 #include "support/SampleProject.h"
 
@@ -126,6 +127,18 @@ void tst_continuedelete::deletesOneAfterTheOther()
     QCOMPARE(window.press("cmdContinueDelPrj", {Answer::Ok, Answer::No}), questions);
     QVERIFY2(world.messages.boxes.last().enterRefuses, "a stray key deletes no files");
     QVERIFY(world.files.fileExists(world.toc(u"Plant"_s)));
+    {
+        const OpenMark elsewhere(world.files, u"S:\\Docs\\Depot\\"_s);
+        const QStringList said =
+            window.press("cmdContinueDelPrj", {Answer::Ok, Answer::Yes, Answer::No});
+        QCOMPARE(said.first(2), questions);
+        QVERIFY2(said.constLast().contains("\"Depot\" is open in another QV Developer"_L1),
+                 qPrintable(said.constLast()));
+        QVERIFY(world.messages.boxes.last().enterRefuses);
+        QVERIFY(world.files.fileExists(world.toc(u"Depot"_s)));
+        QVERIFY(world.listed().contains("Depot"_L1)
+                && window.toDelete->currentText() == "Depot"_L1);
+    }
     QCOMPARE(window.press("cmdContinueDelPrj", {Answer::Ok, Answer::Yes}), questions);
     QVERIFY(!world.files.exists(u"S:\\Docs\\Depot"_s));
     QCOMPARE(world.listed(), QStringList({u"..\\Docs"_s, u"Harbour"_s}));

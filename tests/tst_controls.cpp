@@ -1,85 +1,18 @@
 #include "controls/books/DeleteBookDialog.h"
 #include "controls/books/KeyWordCommands.h"
 #include "controls/books/NewBookDialog.h"
-#include "controls/ctlBooksTab.h"
 #include "controls/ctlGlobalsTab.h"
 #include "controls/ctlQuickNav.h"
 #include "controls/import/AddSourceFilesDialog.h"
-#include "controls/pages/PageEditor.h"
 #include "controls/session/ProjectPages.h"
 #include "controls/session/ProjectSession.h"
 #include "platform/Xml.h"
 #include "startup/PageText.h"
-#include "support/FormDriver.h"
-#include "support/SampleProject.h"
+#include "support/BooksDesk.h"
 
 using namespace Qt::StringLiterals;
 
 namespace {
-/// The books editor on the sample project, shown in an active window.
-class Desk
-{
-public:
-    explicit Desk(SampleProject &project)
-        : sample(project)
-        , session(project.world.program)
-        , tab(project.world.program, session)
-    {
-        tab.setProjectName(sample.name);
-        tab.resize(1000, 600);
-        tab.show();
-        tab.activateWindow();
-        static_cast<void>(QTest::qWaitForWindowActive(&tab));
-    }
-
-    void open(const TocBook &book, const QString &page = u"P0001"_s) { session.select(book, page); }
-    void insert(const QString &text)
-    {
-        QTextCursor cursor = source()->textCursor();
-        cursor.movePosition(QTextCursor::Start);
-        cursor.insertText(text);
-    }
-    QPlainTextEdit *source() const
-    {
-        return tab.findChild<PageEditor *>()->findChild<QPlainTextEdit *>();
-    }
-    QList<TocBook> listed() const
-    {
-        return TableOfContents(sample.world.session, sample.world.files).read(sample.name).books;
-    }
-    Book file(const TocBook &book) const
-    {
-        return BookFile(sample.world.session, sample.world.files).read(sample.name, book);
-    }
-    /// Titles in order, those below a page in brackets.
-    QString outline() const { return below(pages()->invisibleRootItem()); }
-    static QString below(const QTreeWidgetItem *parent)
-    {
-        QStringList titles;
-        for (int row = 0; row < parent->childCount(); ++row) {
-            const QTreeWidgetItem *item = parent->child(row);
-            titles.append(item->childCount() == 0 ? item->text(0)
-                                                  : u"%1(%2)"_s.arg(item->text(0), below(item)));
-        }
-        return titles.join(u' ');
-    }
-    QString text(const char *label) const { return control<QLabel>(&tab, label)->text(); }
-    QTreeWidget *pages() const { return control<QTreeWidget>(&tab, "tvwPages"); }
-    QListWidget *books() const { return control<QListWidget>(&tab, "lstBooks"); }
-    void pressSave() { QTest::keyClick(source(), Qt::Key_S, Qt::ControlModifier); }
-    void enter(const QWidget *form, const char *field, const QString &text)
-    {
-        auto *edit = control<QLineEdit>(form, field);
-        edit->setFocus();
-        edit->selectAll();
-        QTest::keyClicks(edit, text);
-    }
-
-    SampleProject &sample;
-    ProjectSession session;
-    ctlBooksTab tab;
-};
-
 QByteArray latin(const QByteArray &body)
 {
     return "<html><head><meta charset=\"windows-1252\"></head>\r\n<body>" + body
@@ -857,10 +790,13 @@ void tst_controls::showsGlobalsAndQuickNavigation()
     globals.setProjectName(sample.name);
 
     QCOMPARE(control<QLabel>(&globals, "lblBooks")->text(), u"1"_s);
+    auto *tabs = control<QTabWidget>(&globals, "tabGlobals");
+    for (const int page : {1, 2, 0}) // each is made when it is first shown
+        tabs->setCurrentIndex(page);
     auto *pages = control<QTreeWidget>(&globals, "tvwGlobalPages");
     QCOMPARE(pages->topLevelItem(1)->text(3), u"file missing"_s);
     globals.setGlobalPageName(u"welcome"_s);
-    QCOMPARE(control<QTabWidget>(&globals, "tabGlobals")->currentIndex(), 1);
+    QCOMPARE(tabs->currentIndex(), 1);
     QCOMPARE(control<QTextBrowser>(&globals, "globalPreview")->toPlainText(), u"Welcome"_s);
     auto *categories = control<QTreeWidget>(&globals, "tvwDefaultCategories");
     QCOMPARE(categories->topLevelItem(1)->text(0), u"Repair"_s);

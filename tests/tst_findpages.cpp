@@ -1,6 +1,7 @@
 // Finding and replacing over all pages, comparing texts, and the references between pages.
 
 #include "controls/pages/FindInPages.h"
+#include "controls/pages/HitDelegate.h"
 #include "controls/session/ProjectSession.h"
 #include "support/FormDriver.h"
 #include "support/SampleProject.h"
@@ -87,6 +88,7 @@ void tst_findpages::findsTextsAndPatterns()
     QCOMPARE(found({u"pump"_s, true}, text), u"pump|pump|pump"_s);
     QCOMPARE(found({u"pump"_s, false, true}, text), u"Pump|pump"_s);
     QCOMPARE(found({u"aa"_s}, u"aaaa a"_s), u"aa|aa"_s);
+    QCOMPARE(found({u"mask"_s}, u"ma\u017F\u212A MASK mas"_s), u"ma\u017F\u212A|MASK"_s);
     QCOMPARE(found({u"^s?(p\\w+)$"_s, false, false, true}, u"pumps\r\nx\r\nspump\n"_s),
              u"pumps|spump"_s);
     QCOMPARE(found({u"p\\w+"_s, false, true, true}, text), u"Pump|pumps|pump"_s);
@@ -152,10 +154,26 @@ void tst_findpages::replacesWhatWasChecked()
     QVERIFY2(!isEnabled(desk.window.get(), "cmdReplaceChecked"), "not seen before");
     desk.run("cmdPreview");
     QCOMPARE(desk.cell(1, 3), u"<p>a valve, pumps</p> "_s);
-    QCOMPARE(desk.cell(4, 3), u"(locked) <p>The valve</p>"_s);
+    QCOMPARE(desk.cell(4, 0), u"Book_PUMP\\wide.htm (locked)"_s);
+    QCOMPARE(desk.cell(4, 3), u"<p>The valve</p>"_s);
     desk.list()->model()->setData(desk.list()->model()->index(0, 0), Qt::Unchecked,
                                   Qt::CheckStateRole);
     QVERIFY(desk.count().endsWith(u"Checked: 4"_s));
+    auto *all = control<QCheckBox>(desk.window.get(), "chkAllHits");
+    QCOMPARE(all->checkState(), Qt::PartiallyChecked);
+    all->click();
+    QVERIFY(desk.count().endsWith(u"Checked: 5"_s));
+    all->click();
+    QVERIFY(desk.count().endsWith(u"Checked: 0"_s));
+    QVERIFY(!isEnabled(desk.window.get(), "cmdReplaceChecked"));
+    all->click();
+    desk.list()->model()->setData(desk.list()->model()->index(0, 0), Qt::Unchecked,
+                                  Qt::CheckStateRole);
+    const QModelIndex after = desk.list()->model()->index(4, 3);
+    QCOMPARE(after.data().toString().mid(after.data(HitDelegate::BeginRole).toInt(),
+                                         after.data(HitDelegate::LengthRole).toInt()),
+             u"valve"_s);
+    QVERIFY2(!after.data(Qt::ToolTipRole).toString().contains("<p>"_L1), "drawn as HTML");
 
     messages.choices = {1};
     click(desk.window.get(), "cmdReplaceChecked");

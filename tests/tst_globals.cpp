@@ -241,11 +241,11 @@ void tst_globals::renamesTheFileOfAGlobalPage()
     desk.choose("tvwGlobalPages", u"welcome"_s);
     const auto rename = [&](const char *answer) {
         QDialog *dialog = desk.press("cmdRenameGlobalFile");
-        Desk::enter(dialog, "txtNewFile", u"legal"_s);
-        const bool refused = !isEnabled(dialog, "cmdRenameFile"); // no page by its ending
-        Desk::enter(dialog, "txtNewFile", u"Book_\u6B22.htm"_s);
+        Desk::enter(dialog, "txtNewName", u"legal"_s);
+        const bool refused = !isEnabled(dialog, "cmdAcceptName"); // no page by its ending
+        Desk::enter(dialog, "txtNewName", u"Book_\u6B22.htm"_s);
         answerDialog(answer);
-        click(dialog, "cmdRenameFile");
+        click(dialog, "cmdAcceptName");
         dialog->close();
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         return refused;

@@ -275,7 +275,8 @@ void tst_history::refusesOverOtherPeoplesWork()
     desk.sample.world.put(path, "somebody else's");
     const QvError error = raisedBy([&] { desk.session.undo(); });
     QVERIFY2(error.description().contains("cannot be undone any more"_L1)
-                 && error.description().contains(desk.session.shownPath(path)),
+                 && error.description().contains(desk.session.shownPath(path))
+                 && error.description().contains("give the opposite command"_L1),
              error.what());
     QCOMPARE(desk.sample.world.bytes(path), "somebody else's");
     QVERIFY(!desk.session.history().canUndo());

@@ -3,7 +3,7 @@
 
 #include "platform/Xml.h"
 #include "support/ImportWorld.h"
-#include "tools/HtmlScan.h"
+#include "tools/html/HtmlScan.h"
 
 #include <QFile>
 #include <QMap>

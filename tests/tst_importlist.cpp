@@ -199,6 +199,16 @@ void tst_importlist::takesFilesThatAreDropped()
     QVERIFY(desk.page(u"Notiz.htm"_s).contains("<h1>Note</h1>"_L1));
     QCOMPARE(desk.importsAdded, (QList<QVariantList>{{true}}));
     QCOMPARE(desk.sourcesAdded.size(), 0);
+
+    // A folder without a page has nothing to add as it is.
+    desk.world.put(source + u"texts\\Second.txt"_s, "Second");
+    files.setUrls({QUrl::fromLocalFile(desk.world.native(u"Source/texts"_s))});
+    QCoreApplication::sendEvent(pages->viewport(), &enter);
+    QCoreApplication::sendEvent(pages->viewport(), &drop);
+    list = desk.shownList();
+    QVERIFY(list);
+    QCOMPARE(list->windowTitle(), u"Add import files"_s);
+    QCOMPARE(rowsOf(list), QStringList{u"Second|x|New"_s});
 }
 
 QV_FORM_TEST_MAIN(tst_importlist)

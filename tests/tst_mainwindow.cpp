@@ -8,8 +8,12 @@
 #include "dialogs/frmSelPrjType.h"
 #include "startup/frmOrvantisVRXSplashScreen.h"
 #include "support/WorkspaceWorld.h"
+#include "workspace/RecentPlaces.h"
 #include "workspace/ShortcutList.h"
 #include "workspace/frmBuild.h"
+
+#include <chrono>
+#include <filesystem>
 
 using namespace Qt::StringLiterals;
 
@@ -61,7 +65,9 @@ private Q_SLOTS:
     void asksForPageTextFirst();
     void returnsToTheLauncherUnlessRefused();
     void startsOtherPrograms();
+    void showsTheLogs();
     void keepsItsLayout();
+    void tidiesUpAndRemembersNames();
     void keepsTheBuildWindowInStep();
     void undoesByName();
     void goesOnWithARecentProject();
@@ -83,15 +89,6 @@ void tst_mainwindow::opensOnTheGlobals()
     QCOMPARE(visibleEditor(form), "ctlGlobalsTab1"_L1);
     QCOMPARE(control<QStatusBar>(form, "stbState")->currentMessage(), "Project Plant is open."_L1);
 
-    QVERIFY(!isEnabled(form, "cmdBuild"));
-    QVERIFY(!control<QWidget>(form, "cmdBuild")->toolTip().isEmpty());
-    for (const char *const item :
-         {"mnuBuildProject", "mnuDoc_To_Doc", "mnuQAChecks", "mnuQNav", "mnuSearch_Words"}) {
-        const auto *const action = form->findChild<QAction *>(QString::fromLatin1(item));
-        QVERIFY2(action && !action->isEnabled(), item);
-        QCOMPARE(action->toolTip(), "This version of QV Developer cannot do this yet."_L1);
-        QVERIFY(qobject_cast<QMenu *>(action->associatedObjects().first())->toolTipsVisible());
-    }
     QVERIFY(world.messages.shown.isEmpty());
 }
 
@@ -137,6 +134,7 @@ void tst_mainwindow::marksChangesThatNoBuildHasTakenIn()
     auto *const globals = control<ctlGlobalsTab>(form, "ctlGlobalsTab1");
     auto *const books = control<ctlBooksTab>(form, "ctlBooksTab1");
     auto *const quickNav = control<ctlQuickNav>(form, "ctlQuickNav1");
+    world.real.show(Form::Build);
     const QWidget *const build = world.real.window(Form::Build);
 
     struct Event
@@ -304,9 +302,43 @@ void tst_mainwindow::startsOtherPrograms()
     QVERIFY(!openWindow<frmOrvantisVRXSplashScreen>());
 }
 
+void tst_mainwindow::showsTheLogs()
+{
+    WorkspaceWorld world(u"Plant"_s);
+    const frmMainUI *const form = world.openMainWindow();
+    const QString folder = u"S:\\Docs\\Plant\\"_s;
+    const auto answerOf = [&](const char *item) {
+        world.messages.shown.clear();
+        world.processes.opened.clear();
+        trigger(form, item);
+        return world.messages.shown.isEmpty() ? world.processes.opened.join(u'|')
+                                              : world.messages.shown.constFirst();
+    };
+    QCOMPARE(answerOf("mnuDoc_To_Doc"), "Doc To Doc Log does not Exist"_L1);
+    QCOMPARE(answerOf("mnuQAChecks"), "Plant_QA_Log.txt QA Checks Log Does Not Exist"_L1);
+    QCOMPARE(answerOf("mnuQNav"), "QuickNav Log does not Exist"_L1);
+    QCOMPARE(answerOf("mnuSearch_Words"), "Search Words Log does not Exist"_L1);
+
+    const QString beside = u"S:\\Docs\\Plant_QA_Log.txt"_s;
+    const QString newWords = folder + u"Search_Words\\SearchWords_Log.txt"_s;
+    for (const QString &log : {folder + u"DocToDoc_Log.txt"_s, beside,
+                               folder + u"QuickNav\\QuickNav_Log.txt"_s, newWords})
+        world.put(log, "found nothing");
+    QCOMPARE(answerOf("mnuDoc_To_Doc"), folder + "DoctoDoc_Log.txt"_L1);
+    QCOMPARE(answerOf("mnuQAChecks"), beside);
+    QCOMPARE(answerOf("mnuQNav"), folder + "QuickNav\\QuickNav_Log.txt"_L1);
+    QCOMPARE(answerOf("mnuSearch_Words"), newWords);
+
+    world.put(folder + u"Plant_QA_Log.txt"_s, "newer");
+    world.put(folder + u"SearchWords_Log.txt"_s, "");
+    QCOMPARE(answerOf("mnuQAChecks"), folder + "Plant_QA_Log.txt"_L1);
+    QCOMPARE(answerOf("mnuSearch_Words"), "Search Words Log does not Exist"_L1);
+}
+
 void tst_mainwindow::keepsItsLayout()
 {
     WorkspaceWorld world(u"Plant"_s);
+    world.addBook(u"Repair"_s, u"REP"_s);
     QPointer form = world.openMainWindow();
     form->resize(700, 520);
     const QSize size = form->size();
@@ -319,6 +351,52 @@ void tst_mainwindow::keepsItsLayout()
     form = world.openMainWindow();
     QCOMPARE(form->size(), size);
     QCOMPARE(control<QSplitter>(form, "splWorkspace")->sizes(), sizes);
+
+    // So do the editors that are made only when they are shown.
+    const auto reopen = [&] {
+        form->mbQuietClose = true;
+        form->close();
+        form = world.openMainWindow();
+        form->resize(1400, 800);
+    };
+    const auto showBooks = [&] {
+        control<QTabBar>(form, "SSTab1")->setCurrentIndex(1);
+        QCoreApplication::processEvents();
+        return control<QSplitter>(form, "splBooks");
+    };
+    reopen();
+    showBooks()->setSizes({150, 350});
+    const QList<int> books = showBooks()->sizes();
+    reopen(); // and closed without a look at the books, and once more with one chosen elsewhere
+    reopen();
+    chooseInTree(form, {u"Books"_s, u"Repair"_s});
+    reopen();
+    QCOMPARE(showBooks()->sizes(), books);
+}
+
+void tst_mainwindow::tidiesUpAndRemembersNames()
+{
+    WorkspaceWorld world(u"Plant"_s);
+    world.addBook(u"Repair"_s, u"REP"_s);
+    const QString book = world.projectPath() + u"Book_REP\\"_s;
+    const QStringList names{u"start.htm.qvtmp77"_s, u"fresh.htm.qvtmp78"_s, u"mine.qvnew\\a.htm"_s};
+    for (const QString &name : names)
+        world.put(book + name, "half");
+    const auto longAgo = std::filesystem::file_time_type::clock::now() - std::chrono::hours(48);
+    for (const QString &name : {names[0], u"mine.qvnew"_s})
+        std::filesystem::last_write_time(
+            world.native(u"Docs/Plant/Book_REP/"_s + name).toStdString(), longAgo);
+    const frmMainUI *const form = world.openMainWindow();
+    QTRY_VERIFY(!world.files.exists(book + names[0]));
+    QVERIFY(world.files.exists(book + names[1]) && world.files.exists(book + names[2]));
+    QVERIFY(form->isVisible());
+
+    RecentPlaces places(world.session.serverPath);
+    places.shown(u"Plant"_s, {u"REP"_s, u"P0001"_s, u"Start"_s});
+    places.renamed(u"Plant"_s, u"Works"_s);
+    QCOMPARE(places.projects(), QStringList{u"Works"_s});
+    QCOMPARE(places.pages(u"Works"_s).constFirst().title, "Start"_L1);
+    QVERIFY(places.pages(u"Plant"_s).isEmpty());
 }
 
 void tst_mainwindow::keepsTheBuildWindowInStep()
@@ -330,6 +408,7 @@ void tst_mainwindow::keepsTheBuildWindowInStep()
                       "</QV_StatusIndicator>\n"_s));
     world.real.handOver(u"Plant"_s, u"ENU"_s);
     const QPointer window = static_cast<frmBuild *>(world.real.window(Form::Build));
+    window->show();
     ctlBuildTab &control1 = window->ctlBuildTab1();
     const auto words = [&] {
         QStringList shown;

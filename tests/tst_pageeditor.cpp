@@ -2,6 +2,8 @@
 
 #include "controls/import/AddSourceFilesDialog.h"
 #include "controls/pages/CompareDialog.h"
+#include "controls/pages/CompareModel.h"
+#include "controls/pages/HitDelegate.h"
 #include "controls/pages/InsertLinkDialog.h"
 #include "controls/pages/PageEditor.h"
 #include "controls/pages/PagePane.h"
@@ -124,6 +126,7 @@ private Q_SLOTS:
     void showsWhatItCannotKeep();
     void findsAndIndents();
     void replacesInThePage();
+    void takesMarksOutWithTheText();
     void keepsTextWhileItIsTyped();
     void comparesWithAnotherAuthor();
     void savesEveryEncoding();
@@ -236,6 +239,33 @@ void tst_pageeditor::replacesInThePage()
     w.editor.setLocked(true);
     w.press(Qt::Key_H, Qt::ControlModifier);
     QVERIFY(!isEnabled(&w.editor, "cmdReplaceAll"));
+    w.editor.setLocked(false);
+    QVERIFY(isEnabled(&w.editor, "cmdReplaceAll"));
+    control<QWidget>(&w.editor, "cmdReplaceAll")->setFocus();
+    w.press(Qt::Key_Return);
+    QCOMPARE(w.editor.text(), u"<b>No. 1</b>\r\n<b>No. 2</b>\r\nNo. 3\r\n"_s);
+}
+
+// Marks that come or go while the text is taken out are looked after death.
+void tst_pageeditor::takesMarksOutWithTheText()
+{
+    Editor w;
+    w.editor.setPage(u"a pump\n"_s.repeated(2000));
+    w.press(Qt::Key_F, Qt::ControlModifier);
+    QTest::keyClicks(control<QLineEdit>(&w.editor, "txtFind"), u"pump"_s);
+    QVERIFY(w.text->extraSelections().size() > 5);
+    int looks = 0;
+    qsizetype marks = 0;
+    connect(w.text, &QPlainTextEdit::blockCountChanged, &w.editor, [&] {
+        ++looks;
+        w.text->resize(w.text->width() - 1, w.text->height()); // as when a scroll bar comes
+        marks += w.text->extraSelections().size();
+    });
+    w.editor.setPage(u"one pump\n"_s);
+    QVERIFY(looks > 0);
+    QCOMPARE(marks, 0);
+    QTRY_COMPARE(control<QLabel>(&w.editor, "lblFindCount")->text(), u"1 hit"_s);
+    QCOMPARE(w.text->extraSelections().size(), 2);
 }
 
 void tst_pageeditor::keepsTextWhileItIsTyped()
@@ -285,11 +315,22 @@ void tst_pageeditor::comparesWithAnotherAuthor()
     QCOMPARE(control<QLabel>(dialog, "lblDifferences")->text(), u"2 differences"_s);
     auto *table = control<QTableView>(dialog, "lstDifferences");
     QCOMPARE(table->currentIndex().row(), 0);
-    click(dialog, "cmdNextDifference");
+    const auto differing = [&](int column) {
+        const QModelIndex cell = table->currentIndex().siblingAtColumn(column);
+        return cell.data().toString().mid(cell.data(HitDelegate::BeginRole).toInt(),
+                                          cell.data(HitDelegate::LengthRole).toInt());
+    };
+    QCOMPARE(differing(CompareModel::LeftText) + u'|' + differing(CompareModel::RightText),
+             u"|my "_s);
+    QTest::keyClick(table, Qt::Key_Return); // which answers nothing
     QCOMPARE(table->currentIndex().row(), 2);
+    QVERIFY(dialog->isVisible());
     QCOMPARE(table->currentIndex().data(Qt::AccessibleTextRole).toString(),
              u"Line 3 differs. Theirs: III. Mine: 3"_s);
+    desk.world.put(desk.path(), "unseen");
     click(dialog, "cmdKeepMine");
+    QVERIFY2(desk.shows("conflictBar"), "mine was kept over what was shown, and no other text");
+    click(desk.pane.get(), "cmdKeepMine");
     QVERIFY(!desk.shows("conflictBar"));
     QVERIFY(desk.pane->save());
     QCOMPARE(desk.world.bytes(desk.path()), "my one\r\ntwo\r\n3\r\n");

@@ -5,7 +5,7 @@
 #include "controls/session/ProjectPages.h"
 #include "projectfiles/KeyWordFile.h"
 #include "support/Errors.h"
-#include "support/FormDriver.h"
+#include "support/NextDialog.h"
 #include "support/SampleProject.h"
 #include "tools/RelativePath.h"
 
@@ -54,19 +54,6 @@ public:
         return index.problemOf(index.page(path)->links.at(link));
     }
 };
-
-/// Presses a button of the dialog that comes next.
-void answerDialog(const char *button, QString *shown = nullptr)
-{
-    QTimer::singleShot(0, qApp, [button, shown] {
-        QWidget *const dialog = QApplication::activeModalWidget();
-        if (dialog == nullptr)
-            qFatal("No dialog came");
-        if (shown != nullptr)
-            *shown = control<QPushButton>(dialog, "cmdChangeLinks")->text();
-        control<QPushButton>(dialog, button)->click();
-    });
-}
 
 } // namespace
 
@@ -246,6 +233,9 @@ private Q_SLOTS:
         QCOMPARE(problem(u"START.htm"_s), QString());
         QCOMPARE(commands.problemOfFolder(project.pumps, u"Book_vlv"_s),
                  u"There is a folder of that name already."_s);
+        QCOMPARE(commands.problemOfFolder(project.pumps, u"quicknav"_s),
+                 u"The product keeps files of its own in \"quicknav\"."_s);
+        QCOMPARE(problem(u"a#b.htm"_s), u"\"a#b.htm\" cannot be the name of a file."_s);
         QCOMPARE(commands.problemOfFolder(project.pumps, u"Book_PMP\\in"_s),
                  u"A folder cannot be moved into itself or out of a folder of its own."_s);
     }
@@ -315,7 +305,9 @@ private Q_SLOTS:
         const auto before = project.allBytes();
         MovePages pages(project.session, nullptr);
         QString shown;
-        answerDialog("cmdCancel", &shown);
+        answerDialog("cmdCancel", [&](const QWidget *dialog) {
+            shown = control<QPushButton>(dialog, "cmdChangeLinks")->text();
+        });
         QVERIFY(!pages.renameFile(project.pumps, u"P0001"_s, u"new.htm"_s));
         QCOMPARE(shown, u"&Unlock them and go on"_s);
         QCOMPARE(project.allBytes(), before);
@@ -341,6 +333,37 @@ private Q_SLOTS:
         QCOMPARE(error.number(), int(PathFileAccess));
         QVERIFY(error.description().contains(locked));
         QVERIFY(project.world.files.fileExists(project.folder + u"Book_PMP\\new.htm"_s));
+    }
+
+    void lockedFilesThatFollowAreOfferedForUnlocking()
+    {
+        LinkWorld project;
+        project.addBooks("<a href=more.htm>", "<a href='../Book_PMP/start.htm'>");
+        const QString bookFile = project.folder + u"Book_PMP\\Book_PMP.xml"_s;
+        project.world.files.setAttributes(bookFile, ReadOnlyFile);
+        const auto before = project.allBytes();
+        MovePages pages(project.session, nullptr);
+        const auto rename = [&] {
+            return pages.renameFile(project.pumps, u"P0001"_s, u"sub\\new.htm"_s);
+        };
+        ScriptedMessages &messages = project.world.messages;
+        messages.choices = {1, 0};
+        answerDialog("cmdFilesOnly");
+        QVERIFY_THROWS_EXCEPTION(Unwinding, rename());
+        QCOMPARE(messages.shown, QStringList{u"These files are locked against changes:\n"
+                                             "Book_PMP\\Book_PMP.xml"_s});
+        QCOMPARE(project.allBytes(), before);
+        QVERIFY(project.world.files.status(bookFile).readOnly);
+        QVERIFY(!project.session.history().canUndo());
+
+        answerDialog("cmdFilesOnly");
+        QVERIFY(rename());
+        QCOMPARE(project.files(project.pumps),
+                 (QStringList{u"P0001 sub\\new.htm"_s, u"P0002 more.htm"_s}));
+        QCOMPARE(project.page(u"Book_PMP\\sub\\new.htm"_s), "<a href=../more.htm>");
+        QCOMPARE(project.page(u"Book_VLV\\other.htm"_s), "<a href='../Book_PMP/start.htm'>");
+        project.session.undo();
+        QCOMPARE(project.allBytes(), before);
     }
 
     void thePaneListsLinksBothWays()
@@ -382,6 +405,11 @@ private Q_SLOTS:
         QCOMPARE(asked.size(), 1);
         QCOMPARE(asked[0][0].toString(), u"Book_VLV\\other.htm"_s);
         QCOMPARE(asked[0][1].toLongLong(), 10);
+        QSignalSpy wanted(&pane, &LinksPane::quickNavRequested);
+        QTest::keyClick(in, Qt::Key_Down);
+        QTest::keyClick(in, Qt::Key_Return);
+        QCOMPARE(wanted, (QList<QVariantList>{{QStringList{u"The view"_s, u"The group"_s,
+                                                           u"The topic"_s, u"The category"_s}}}));
 
         control<QLineEdit>(&pane, "txtLinkFilter")->setText(u"quick"_s);
         QCOMPARE(rows("lstLinksIn").size(), 1);

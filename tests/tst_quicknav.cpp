@@ -563,10 +563,10 @@ void tst_quicknav::doesWhatTheTreeAsksFor()
     };
     const QStringList group{u"The view"_s, u"The group"_s};
     Q_EMIT desk.session.requested({.action = ProjectRequest::Action::New, .node = at(group)});
-    auto *dialog = desk.tab.findChild<QDialog *>(u"NodeNameDialog"_s);
-    QVERIFY(dialog && !isEnabled(dialog, "cmdName"));
-    QTest::keyClicks(control<QLineEdit>(dialog, "txtNodeName"), u"Extra"_s);
-    click(dialog, "cmdName");
+    auto *dialog = desk.tab.findChild<QDialog *>(u"NameDialog"_s);
+    QVERIFY(dialog && !isEnabled(dialog, "cmdAcceptName"));
+    QTest::keyClicks(control<QLineEdit>(dialog, "txtNewName"), u"Extra"_s);
+    click(dialog, "cmdAcceptName");
     QTRY_COMPARE(outline(desk.nav().views),
                  u"The view(The group(The topic(The category[P0001 P0009]),Extra))"_s);
     Q_EMIT desk.session.requested(

@@ -30,6 +30,8 @@ Resizer::Resizer(const QString &name, QWidget *kept)
 {
     if (kept->isWindow())
         restoreWindow();
+    else
+        restoreSplitters(); // what is never shown keeps what is remembered of it
     kept->installEventFilter(this);
 }
 

@@ -45,35 +45,35 @@ QScrollArea *scrolled(QWidget *form)
 } // namespace
 
 ctlBooksTab::ctlBooksTab(Program &program, ProjectSession &session, QWidget *parent)
-    : QWidget(parent)
+    : LateWidget(parent)
     , m_program(program)
     , m_session(session)
     , m_actions(new PageActions(session, this))
     , m_addFiles(new AddFiles(session, this))
     , m_requests(new BookRequests(session, m_actions, m_addFiles, this))
     , m_history(new PageHistory(session, this))
-    , m_books(new BookList(session, this))
-    , m_outline(new PageOutline(session, m_actions, this))
-    , m_header(new BookHeader(session, this))
-    , m_details(new PageDetails(session, m_actions, this))
-    , m_pane(new PagePane(session, this))
-    , m_preview(new PagePreview(program.files, program.session.projectLanguage, this))
-    , m_links(new LinksPane(session, this))
-    , m_keyWords(new KeyWordsPane(session, this))
-    , tabDetails(new QTabWidget(this))
 {
-    layOut();
-    connectSession();
-    connectLists();
-    connectEditors();
     connectRequests();
-    addKeys();
 }
 
 ctlBooksTab::~ctlBooksTab() = default;
 
+void ctlBooksTab::makeParts()
+{
+    m_books = new BookList(m_session, this);
+    m_outline = new PageOutline(m_session, m_actions, this);
+    m_header = new BookHeader(m_session, this);
+    m_details = new PageDetails(m_session, m_actions, this);
+    m_pane = new PagePane(m_session, this);
+    m_preview = new PagePreview(m_program.files, m_program.session.projectLanguage, this);
+    m_links = new LinksPane(m_session, this);
+    m_keyWords = new KeyWordsPane(m_session, this);
+    tabDetails = new QTabWidget(this);
+}
+
 void ctlBooksTab::layOut()
 {
+    makeParts();
     addDetails();
     auto *left = new QSplitter(Qt::Vertical, this);
     left->setObjectName(u"splBooks"_s);
@@ -95,6 +95,11 @@ void ctlBooksTab::layOut()
     auto *layout = new QHBoxLayout(this);
     layout->setContentsMargins({});
     layout->addWidget(both);
+    connectSession();
+    connectLists();
+    connectEditors();
+    addKeys();
+    followSelection();
 }
 
 void ctlBooksTab::addDetails()
@@ -133,7 +138,7 @@ void ctlBooksTab::setBookName(const QString &name)
 
 bool ctlBooksTab::mayLeave()
 {
-    return m_pane->mayLeave();
+    return !hasContent() || m_pane->mayLeave();
 }
 
 void ctlBooksTab::showPlace(const QString &path, qsizetype start, qsizetype length)
@@ -147,6 +152,7 @@ void ctlBooksTab::showPlace(const QString &path, qsizetype start, qsizetype leng
         if (!m_session.select(place.book, place.page.id))
             return;
         Q_EMIT m_session.openRequested();
+        makeContent();
         tabDetails->setCurrentIndex(SourceTab);
         m_pane->showPlace(start, length);
     });
@@ -264,6 +270,7 @@ void ctlBooksTab::noticeChanges()
         return; // the window becomes active again when that closes
     handled(m_program, [this] {
         m_session.noticeChanges();
-        m_pane->noticeChanges();
+        if (hasContent())
+            m_pane->noticeChanges();
     });
 }

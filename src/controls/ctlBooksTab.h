@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QWidget>
+#include "controls/parts/LateWidget.h"
 
 class AddFiles;
 class BookHeader;
@@ -21,8 +21,9 @@ struct Program;
 struct TocBook;
 
 /// The editor of books: list and page outline, header of the book, and of the page its details,
-/// source, preview, links and keywords.
-class ctlBooksTab final : public QWidget
+/// source, preview, links and keywords. What the author asks for in other controls is done whether
+/// these are made yet or not.
+class ctlBooksTab final : public LateWidget
 {
     Q_OBJECT
 
@@ -53,12 +54,15 @@ Q_SIGNALS:
     void pagesChanged(bool changed);
     /// A place in a global page is wanted, which another editor shows.
     void globalPlaceRequested(const QString &path, qsizetype start, qsizetype length);
+    /// A category of the quick navigation is wanted: the names of view, group, topic and its own.
+    void quickNavRequested(const QStringList &names);
 
 private:
     bool event(QEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
 
-    void layOut();
+    void layOut() override;
+    void makeParts();
     void addDetails();
     void showProject();
     void showBooks();
@@ -85,15 +89,16 @@ private:
     AddFiles *m_addFiles;
     BookRequests *m_requests;
     PageHistory *m_history;
-    BookList *m_books;
-    PageOutline *m_outline;
-    BookHeader *m_header;
-    PageDetails *m_details;
-    PagePane *m_pane;
-    PagePreview *m_preview;
-    LinksPane *m_links;
-    KeyWordsPane *m_keyWords;
     FindInPages *m_find = nullptr; ///< made when it is first asked for
-    QTabWidget *tabDetails;
+    // The content
+    BookList *m_books = nullptr;
+    PageOutline *m_outline = nullptr;
+    BookHeader *m_header = nullptr;
+    PageDetails *m_details = nullptr;
+    PagePane *m_pane = nullptr;
+    PagePreview *m_preview = nullptr;
+    LinksPane *m_links = nullptr;
+    KeyWordsPane *m_keyWords = nullptr;
+    QTabWidget *tabDetails = nullptr;
     QString m_shownBook; ///< identity of the book that outline and header show
 };

@@ -43,15 +43,12 @@ void ctlBooksTab::connectLists()
     connect(m_books, &BookList::deleteRequested, this, &ctlBooksTab::askDeleteBook);
     connect(m_books, &BookList::renameRequested, this, &ctlBooksTab::renameBook);
     connect(m_books, &BookList::changed, this, changed);
-    connect(m_actions, &PageActions::changed, this, changed);
     connect(m_outline, &PageOutline::addFolderRequested, m_addFiles, &AddFiles::askSourceFolder);
     connect(m_outline, &PageOutline::addFilesRequested, m_addFiles, &AddFiles::askSourceFiles);
     connect(m_outline, &PageOutline::importFolderRequested, m_addFiles, &AddFiles::askImportFolder);
     connect(m_outline, &PageOutline::importFilesRequested, m_addFiles, &AddFiles::askImportFiles);
     connect(m_outline, &PageOutline::importNewerRequested, m_addFiles, &AddFiles::beginNewer);
     connect(m_outline, &PageOutline::filesDropped, m_addFiles, &AddFiles::begin);
-    connect(m_addFiles, &AddFiles::sourcesAdded, this, [this] { Q_EMIT OnAddSourceFiles(true); });
-    connect(m_addFiles, &AddFiles::importsAdded, this, [this] { Q_EMIT OnAddImportFiles(true); });
 }
 
 void ctlBooksTab::connectEditors()
@@ -69,15 +66,25 @@ void ctlBooksTab::connectEditors()
         m_pane->noticeChanges();
         showPreview();
     });
+    connect(m_preview, &PagePreview::addressShown, &m_session, &ProjectSession::done);
+    connect(m_links, &LinksPane::placeRequested, this, &ctlBooksTab::showPlace);
+    connect(m_links, &LinksPane::quickNavRequested, this, &ctlBooksTab::quickNavRequested);
+}
+
+// These are there from the beginning; the rest when it is first shown, or a book is chosen.
+void ctlBooksTab::connectRequests()
+{
+    connect(&m_session, &ProjectSession::selectionChanged, this, [this] {
+        if (m_session.currentBook())
+            makeContent();
+    });
+    const auto changed = [this] { Q_EMIT pagesChanged(true); };
+    connect(m_actions, &PageActions::changed, this, changed);
+    connect(m_addFiles, &AddFiles::sourcesAdded, this, [this] { Q_EMIT OnAddSourceFiles(true); });
+    connect(m_addFiles, &AddFiles::importsAdded, this, [this] { Q_EMIT OnAddImportFiles(true); });
     const auto *kept = new KeptTextsNotice(m_session, this);
     connect(kept, &KeptTextsNotice::pageRequested, this,
             [this](const QString &page) { showPlace(page, 0, 0); });
-    connect(m_preview, &PagePreview::addressShown, &m_session, &ProjectSession::done);
-    connect(m_links, &LinksPane::placeRequested, this, &ctlBooksTab::showPlace);
-}
-
-void ctlBooksTab::connectRequests()
-{
     connect(m_requests, &BookRequests::newBookRequested, this, &ctlBooksTab::askNewBook);
     connect(m_requests, &BookRequests::deleteBookRequested, this, &ctlBooksTab::askDeleteBook);
     connect(m_requests, &BookRequests::renameBookRequested, this, [this] {
@@ -86,9 +93,10 @@ void ctlBooksTab::connectRequests()
     });
     connect(m_requests, &BookRequests::renamePageRequested, this, [this] {
         Q_EMIT m_session.openRequested();
+        makeContent();
         m_outline->editTitle();
     });
-    connect(m_requests, &BookRequests::bookMoved, this, [this] { Q_EMIT pagesChanged(true); });
+    connect(m_requests, &BookRequests::bookMoved, this, changed);
 }
 
 void ctlBooksTab::addKeys()
@@ -134,6 +142,7 @@ void ctlBooksTab::askDeleteBook(const TocBook &book)
 
 void ctlBooksTab::renameBook()
 {
+    makeContent();
     tabDetails->setCurrentIndex(0);
     auto *name = m_header->findChild<QLineEdit *>(u"txtName"_s);
     name->setFocus(Qt::ShortcutFocusReason);
@@ -156,5 +165,5 @@ void ctlBooksTab::findInPages()
         m_find = new FindInPages(m_session, this);
         connect(m_find, &FindInPages::placeRequested, this, &ctlBooksTab::showPlace);
     }
-    m_find->open(m_pane->selectedLine());
+    m_find->open(hasContent() ? m_pane->selectedLine() : QString());
 }

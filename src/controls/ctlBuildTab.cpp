@@ -1,51 +1,66 @@
 #include "controls/ctlBuildTab.h"
 
-#include "catalogue/StatusIndicators.h"
-#include "controls/parts/StatusLight.h"
-#include "startup/Program.h"
+#include "controls/build/BuildChoice.h"
+#include "controls/build/BuildRunPage.h"
+#include "controls/globals/Tables.h"
+#include "controls/parts/Handler.h"
 #include "startup/Session.h"
 
-#include <QLabel>
-#include <QVBoxLayout>
+#include <QHBoxLayout>
+#include <QPushButton>
+#include <QStackedWidget>
 
 using namespace Qt::StringLiterals;
 
 ctlBuildTab::ctlBuildTab(Program &program, QWidget *parent)
-    : QWidget(parent)
+    : LateWidget(parent)
     , m_program(program)
-    , lblProject(new QLabel(this))
-    , lblProblem(new QLabel(this))
 {
-    auto *layout = new QVBoxLayout(this);
-    lblProject->setObjectName(u"lblProject"_s);
-    lblProject->setTextFormat(Qt::PlainText);
-    layout->addWidget(lblProject);
-    m_docToDoc = addLight(u"DoctoDoc"_s, tr("Document to document links"));
-    m_contextSettings = addLight(u"ContextSettings"_s, tr("Context settings"));
-    m_quickNav = addLight(u"QuickNav"_s, tr("Quick navigation"));
-    m_searchIndex = addLight(u"SearchIndex"_s, tr("Search words"));
-    lblProblem->setObjectName(u"lblProblem"_s);
-    lblProblem->setWordWrap(true);
-    lblProblem->setText(tr("The status file of this project is missing or cannot be read. Open the "
-                           "project again to make a new one."));
-    lblProblem->hide();
-    layout->addWidget(lblProblem);
-    layout->addStretch();
 }
 
-StatusLight *ctlBuildTab::addLight(const QString &objectName, const QString &subject)
+ctlBuildTab::~ctlBuildTab() = default;
+
+void ctlBuildTab::layOut()
 {
-    auto *const light = new StatusLight(subject, this);
-    light->setObjectName(objectName);
-    layout()->addWidget(light);
-    return light;
+    stkSteps = new QStackedWidget(this);
+    m_choice = new BuildChoice(m_program, stkSteps);
+    m_run = new BuildRunPage(m_program, stkSteps);
+    stkSteps->addWidget(m_choice);
+    stkSteps->addWidget(m_run);
+    auto *layout = new QVBoxLayout(this);
+    layout->addWidget(stkSteps, 1);
+    layout->addLayout(buttonRow());
+    connect(m_run, &BuildRunPage::busyChanged, this, [this] {
+        if (m_isLate && !isBusy())
+            showProject();
+        showStep();
+    });
+    connect(m_run, &BuildRunPage::buildEnded, this, &ctlBuildTab::evtProcessComplete);
+    connect(m_run, &BuildRunPage::placeRequested, this, &ctlBuildTab::placeRequested);
+    showProject();
+    showStep();
+}
+
+QLayout *ctlBuildTab::buttonRow()
+{
+    cmdBack = makeButton(u"cmdBack"_s, "back"_L1, tr("&Back"), this);
+    cmdNext = makeButton(u"cmdNext"_s, "continue"_L1, tr("&Next"), this);
+    cmdClose = makeButton(u"cmdClose"_s, "close"_L1, tr("&Close"), this);
+    cmdNext->setDefault(true);
+    connect(cmdBack, &QPushButton::clicked, this, &ctlBuildTab::back);
+    connect(cmdNext, &QPushButton::clicked, this, &ctlBuildTab::next);
+    connect(cmdClose, &QPushButton::clicked, this, &ctlBuildTab::leave);
+    auto *row = new QHBoxLayout;
+    row->addStretch();
+    for (QPushButton *const button : {cmdBack, cmdNext, cmdClose})
+        row->addWidget(button);
+    return row;
 }
 
 void ctlBuildTab::setProjectName(const QString &name)
 {
     m_project = name;
     showProject();
-    showLights();
 }
 
 void ctlBuildTab::setProjectLanguage(const QString &code)
@@ -56,26 +71,84 @@ void ctlBuildTab::setProjectLanguage(const QString &code)
 
 void ctlBuildTab::RefreshStatus(const QString &)
 {
-    showLights();
+    if (!hasContent())
+        return;
+    if (!m_isLate)
+        m_run->noteChange();
+    m_choice->refresh();
+}
+
+bool ctlBuildTab::isBusy() const
+{
+    return hasContent() && m_run->isBusy();
+}
+
+void ctlBuildTab::finish()
+{
+    if (hasContent())
+        m_run->finish();
+}
+
+BuiltProject ctlBuildTab::project() const
+{
+    const Session &session = m_program.session;
+    return {m_program, m_project, m_language.isEmpty() ? session.projectLanguage : m_language};
 }
 
 void ctlBuildTab::showProject()
 {
-    lblProject->setText(m_language.isEmpty() ? m_project : m_project + u" ("_s + m_language + u')');
+    if (!hasContent())
+        return;
+    m_isLate = isBusy();
+    if (m_isLate)
+        return;
+    if (isAtRun())
+        back();
+    else
+        m_choice->setProject(project());
+    showStep();
 }
 
-void ctlBuildTab::showLights()
+bool ctlBuildTab::isAtRun() const
 {
-    Session session = m_program.session; // the control's own project, whichever is current
-    session.projectName = m_project;
-    std::optional<StatusLights> lights;
-    if (!m_project.isEmpty())
-        lights = StatusIndicators(session, m_program.files, m_program.currentProject).lights();
-    lblProblem->setVisible(!lights && !m_project.isEmpty());
+    return stkSteps->currentWidget() == m_run;
+}
 
-    const StatusLights shown = lights.value_or(StatusLights{});
-    m_docToDoc->setColour(shown.docToDoc);
-    m_contextSettings->setColour(shown.contextSettings);
-    m_quickNav->setColour(shown.quickNav);
-    m_searchIndex->setColour(shown.searchIndex);
+void ctlBuildTab::showStep()
+{
+    cmdNext->setVisible(!isAtRun());
+    cmdNext->setEnabled(!m_project.isEmpty());
+    cmdBack->setVisible(isAtRun());
+    cmdBack->setEnabled(!isBusy());
+    cmdClose->setEnabled(!isBusy());
+}
+
+void ctlBuildTab::next()
+{
+    handled(m_program, [this] {
+        if (m_mayStart && !m_mayStart())
+            return;
+        const BuildOrder order = m_choice->order();
+        stkSteps->setCurrentWidget(m_run);
+        Q_EMIT evtNext();
+        m_run->begin(project(), order);
+        showStep();
+    });
+}
+
+void ctlBuildTab::back()
+{
+    m_choice->setProject(project());
+    stkSteps->setCurrentWidget(m_choice);
+    showStep();
+    cmdNext->setFocus();
+    Q_EMIT evtBack();
+}
+
+void ctlBuildTab::leave()
+{
+    if (isAtRun())
+        Q_EMIT evtZippingComplete();
+    else
+        Q_EMIT closeRequested();
 }

@@ -17,12 +17,16 @@ ctlGlobalsTab::ctlGlobalsTab(ProjectSession &session, QWidget *parent)
     , m_session(session)
     , tabGlobals(new QTabWidget(this))
     , m_projectPage(new ProjectPage(session, this))
-    , m_globalPages(new GlobalPages(session, this))
-    , m_categories(new CategoriesPage(session, this))
-    , m_quickNavCategories(new QuickNavCategories(session, this))
+    , m_globalPages(new LatePage<GlobalPages>(
+          session, [this](GlobalPages *pages) { connectGlobalPages(pages); }, this))
+    , m_categories(new LatePage<CategoriesPage>(
+          session, [this](CategoriesPage *made) { connectCategories(made); }, this))
+    , m_quickNavCategories(new LatePage<QuickNavCategories>(
+          session, [this](QuickNavCategories *made) { connectQuickNavCategories(made); }, this))
 {
     layOut();
-    connectPages();
+    connectSession();
+    connectProjectPage();
     enable();
 }
 
@@ -39,9 +43,14 @@ void ctlGlobalsTab::layOut()
     layout->addWidget(tabGlobals);
 }
 
-void ctlGlobalsTab::connectPages()
+void ctlGlobalsTab::connectSession()
 {
     connect(&m_session, &ProjectSession::wasReset, this, &ctlGlobalsTab::enable);
+    connect(&m_session, &ProjectSession::requested, this, &ctlGlobalsTab::obey);
+}
+
+void ctlGlobalsTab::connectProjectPage()
+{
     // Markers in pages and the packed copy went with the old name: a build must take it in.
     connect(m_projectPage, &ProjectPage::renamed, this, [this] {
         const QString name = m_session.projectName();
@@ -49,24 +58,40 @@ void ctlGlobalsTab::connectPages()
         Q_EMIT OnAddGlobalPage({}, {}, true);
         Q_EMIT m_session.done(tr("The project is now called %1.").arg(name));
     });
-    connect(&m_session, &ProjectSession::requested, this, [this](const ProjectRequest &request) {
-        if (request.node.kind == ProjectRequest::Node::Kind::Project
-            && request.action == ProjectRequest::Action::Rename)
-            m_projectPage->askRename();
+}
+
+void ctlGlobalsTab::connectGlobalPages(GlobalPages *pages)
+{
+    connect(pages, &GlobalPages::changed, this, [this](const QString &page, const QString &type) {
+        Q_EMIT OnAddGlobalPage(page, type, true);
     });
-    connect(m_globalPages, &GlobalPages::changed, this,
-            [this](const QString &page, const QString &type) {
-                Q_EMIT OnAddGlobalPage(page, type, true);
-            });
-    connect(m_globalPages, &GlobalPages::openRequested, this, [this] {
-        tabGlobals->setCurrentWidget(m_globalPages);
-        Q_EMIT openRequested();
-    });
-    connect(m_categories, &CategoriesPage::added, this, &ctlGlobalsTab::OnCategoryAddition);
-    connect(m_categories, &CategoriesPage::deleted, this, &ctlGlobalsTab::OnCategoryDeletion);
-    connect(m_categories, &CategoriesPage::renamed, this, &ctlGlobalsTab::OnRefreshTree);
-    connect(m_quickNavCategories, &QuickNavCategories::changed, this,
+}
+
+void ctlGlobalsTab::connectCategories(CategoriesPage *categories)
+{
+    connect(categories, &CategoriesPage::added, this, &ctlGlobalsTab::OnCategoryAddition);
+    connect(categories, &CategoriesPage::deleted, this, &ctlGlobalsTab::OnCategoryDeletion);
+    connect(categories, &CategoriesPage::renamed, this, &ctlGlobalsTab::OnRefreshTree);
+}
+
+void ctlGlobalsTab::connectQuickNavCategories(QuickNavCategories *categories)
+{
+    connect(categories, &QuickNavCategories::changed, this,
             [this] { Q_EMIT OnAdditionQNCategory(true); });
+}
+
+/// The tree and other controls ask for what is done here.
+void ctlGlobalsTab::obey(const ProjectRequest &request)
+{
+    using Kind = ProjectRequest::Node::Kind;
+    const Kind kind = request.node.kind;
+    if (kind == Kind::Project && request.action == ProjectRequest::Action::Rename)
+        m_projectPage->askRename();
+    if (kind != Kind::Globals && kind != Kind::GlobalPage)
+        return;
+    tabGlobals->setCurrentWidget(m_globalPages);
+    Q_EMIT openRequested();
+    m_globalPages->made()->obey(request);
 }
 
 void ctlGlobalsTab::enable()
@@ -86,7 +111,7 @@ void ctlGlobalsTab::setProjectName(const QString &name)
 
 void ctlGlobalsTab::setGlobalPageName(const QString &page)
 {
-    if (m_globalPages->choose(page))
+    if (!page.isEmpty() && m_globalPages->made()->choose(page))
         tabGlobals->setCurrentWidget(m_globalPages);
     else
         tabGlobals->setCurrentWidget(m_projectPage);
@@ -95,12 +120,12 @@ void ctlGlobalsTab::setGlobalPageName(const QString &page)
 void ctlGlobalsTab::showPlace(const QString &path, qsizetype start, qsizetype length)
 {
     tabGlobals->setCurrentWidget(m_globalPages);
-    m_globalPages->showPlace(path, start, length);
+    m_globalPages->made()->showPlace(path, start, length);
 }
 
 bool ctlGlobalsTab::mayLeave()
 {
-    return m_globalPages->mayLeave();
+    return m_globalPages->ifMade() == nullptr || m_globalPages->made()->mayLeave();
 }
 
 bool ctlGlobalsTab::event(QEvent *event)
@@ -108,6 +133,12 @@ bool ctlGlobalsTab::event(QEvent *event)
     // Back from another program: somebody may have changed the page meanwhile.
     const bool isBack = event->type() == QEvent::WindowActivate;
     if (isBack && QApplication::activeModalWidget() == nullptr)
-        QMetaObject::invokeMethod(m_globalPages, &GlobalPages::noticeChanges, Qt::QueuedConnection);
+        QMetaObject::invokeMethod(this, &ctlGlobalsTab::noticeChanges, Qt::QueuedConnection);
     return QWidget::event(event);
+}
+
+void ctlGlobalsTab::noticeChanges()
+{
+    if (GlobalPages *const pages = m_globalPages->ifMade())
+        pages->noticeChanges();
 }

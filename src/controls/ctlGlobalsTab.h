@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QWidget>
+#include "controls/parts/LatePage.h"
 
 class CategoriesPage;
 class GlobalPages;
@@ -8,9 +8,10 @@ class ProjectPage;
 class ProjectSession;
 class QTabWidget;
 class QuickNavCategories;
+struct ProjectRequest;
 
 /// What belongs to the project as a whole: its name and ID, the global pages, the categories of
-/// books and those of the quick navigation. Each has a tab page of its own.
+/// books and those of the quick navigation. Each has a tab page of its own, made when it is needed.
 class ctlGlobalsTab final : public QWidget
 {
     Q_OBJECT
@@ -42,13 +43,19 @@ Q_SIGNALS:
 private:
     bool event(QEvent *event) override;
     void layOut();
-    void connectPages();
+    void connectSession();
+    void connectProjectPage();
+    void connectGlobalPages(GlobalPages *pages);
+    void connectCategories(CategoriesPage *categories);
+    void connectQuickNavCategories(QuickNavCategories *categories);
+    void obey(const ProjectRequest &request);
+    void noticeChanges();
     void enable();
 
     ProjectSession &m_session;
     QTabWidget *tabGlobals;
     ProjectPage *m_projectPage;
-    GlobalPages *m_globalPages;
-    CategoriesPage *m_categories;
-    QuickNavCategories *m_quickNavCategories;
+    LatePage<GlobalPages> *m_globalPages;
+    LatePage<CategoriesPage> *m_categories;
+    LatePage<QuickNavCategories> *m_quickNavCategories;
 };

@@ -19,31 +19,49 @@
 using namespace Qt::StringLiterals;
 
 ctlQuickNav::ctlQuickNav(ProjectSession &session, QWidget *parent)
-    : QWidget(parent)
+    : LateWidget(parent)
     , m_session(session)
     , m_contents(session)
     , m_editing(m_contents)
-    , m_problem(new QLabel(this))
-    , tabQuickNav(new QTabWidget(this))
-    , m_columns(new QuickNavColumns(m_editing, this))
-    , tvwLinks(new QuickNavLinkTable(m_editing, this))
-    , m_overview(new OverviewPage(m_editing, this))
 {
-    layOut();
-    connectAll();
+    connectEditing();
     new QuickNavRequests(m_editing, *this);
-    enable();
+}
+
+void ctlQuickNav::makeParts()
+{
+    m_problem = new QLabel(this);
+    tabQuickNav = new QTabWidget(this);
+    m_columns = new QuickNavColumns(m_editing, this);
+    tvwLinks = new QuickNavLinkTable(m_editing, this);
+    m_overview = new OverviewPage(m_editing, this);
 }
 
 void ctlQuickNav::layOut()
 {
+    makeParts();
     tvwLinks->setObjectName(u"tvwLinks"_s);
     tvwLinks->setAccessibleName(tr("Links of the category"));
     m_problem->setObjectName(u"lblQuickNavProblem"_s);
     m_problem->setTextFormat(Qt::PlainText);
     m_problem->setWordWrap(true);
     m_problem->hide();
+    tabQuickNav->setObjectName(u"tabQuickNav"_s);
+    tabQuickNav->setDocumentMode(true);
+    tabQuickNav->setAccessibleName(tr("Pages of the quick-navigation editor"));
+    tabQuickNav->addTab(browser(), tr("Browser"));
+    tabQuickNav->addTab(m_overview, tr("Overview"));
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins({});
+    layout->addWidget(m_problem);
+    layout->addWidget(tabQuickNav, 1);
+    connectParts();
+    showProblem();
+    enable();
+}
 
+QWidget *ctlQuickNav::browser()
+{
     auto *both = new QSplitter(Qt::Vertical, this);
     both->setObjectName(u"splQuickNav"_s);
     both->addWidget(m_columns);
@@ -51,17 +69,9 @@ void ctlQuickNav::layOut()
     both->setStretchFactor(0, 3);
     both->setStretchFactor(1, 2);
     both->setChildrenCollapsible(false);
-    auto *browser = new QWidget(this);
-    (new QVBoxLayout(browser))->addWidget(both);
-    tabQuickNav->setObjectName(u"tabQuickNav"_s);
-    tabQuickNav->setDocumentMode(true);
-    tabQuickNav->setAccessibleName(tr("Pages of the quick-navigation editor"));
-    tabQuickNav->addTab(browser, tr("Browser"));
-    tabQuickNav->addTab(m_overview, tr("Overview"));
-    auto *layout = new QVBoxLayout(this);
-    layout->setContentsMargins({});
-    layout->addWidget(m_problem);
-    layout->addWidget(tabQuickNav, 1);
+    auto *page = new QWidget(this);
+    (new QVBoxLayout(page))->addWidget(both);
+    return page;
 }
 
 QWidget *ctlQuickNav::links()
@@ -92,7 +102,19 @@ QPushButton *ctlQuickNav::addButton(QWidget *parent, const QString &text, const 
     return button;
 }
 
-void ctlQuickNav::connectAll()
+// These are there from the beginning; the rest when it is first shown.
+void ctlQuickNav::connectEditing()
+{
+    connect(&m_editing, &QuickNavEditing::shown, this, &ctlQuickNav::showNode);
+    connect(&m_editing, &QuickNavEditing::written, this,
+            [this](const QString &view, const QString &category) {
+                Q_EMIT evtRefreshTree(view, category, true);
+            });
+    connect(&m_editing, &QuickNavEditing::nodeDeleted, this,
+            &ctlQuickNav::evtOnDeletionofQuickNavInfo);
+}
+
+void ctlQuickNav::connectParts()
 {
     connect(m_columns, &QuickNavColumns::chosenChanged, this, &ctlQuickNav::showChosen);
     connect(m_columns, &QuickNavColumns::linksWanted, this,
@@ -105,14 +127,7 @@ void ctlQuickNav::connectAll()
     connect(tvwLinks, &QuickNavLinkTable::retargetWanted, this, &ctlQuickNav::chooseOtherPage);
     connect(tvwLinks, &QuickNavLinkTable::currentChanged, this, &ctlQuickNav::enable);
     connect(m_overview, &OverviewPage::nodeWanted, this, &ctlQuickNav::showNode);
-    connect(&m_editing, &QuickNavEditing::shown, this, [this] { tabQuickNav->setCurrentIndex(0); });
     connect(&m_contents, &QuickNavContents::changed, this, &ctlQuickNav::showProblem);
-    connect(&m_editing, &QuickNavEditing::written, this,
-            [this](const QString &view, const QString &category) {
-                Q_EMIT evtRefreshTree(view, category, true);
-            });
-    connect(&m_editing, &QuickNavEditing::nodeDeleted, this,
-            &ctlQuickNav::evtOnDeletionofQuickNavInfo);
     connect(cmdAddLink, &QPushButton::clicked, this, &ctlQuickNav::addLinks);
     connect(cmdSuggest, &QPushButton::clicked, this, &ctlQuickNav::suggest);
     connect(cmdOtherPage, &QPushButton::clicked, this, &ctlQuickNav::chooseOtherPage);
@@ -129,6 +144,7 @@ void ctlQuickNav::LoadQuickNavInfo(QString &project, QString &view, QString &gro
 {
     if (project != m_session.projectName())
         return;
+    makeContent();
     m_contents.refresh();
     const QStringList names = QStringList{view, group, topic, category}.first(qBound(0, level, 4));
     tabQuickNav->setCurrentIndex(0);
@@ -137,6 +153,7 @@ void ctlQuickNav::LoadQuickNavInfo(QString &project, QString &view, QString &gro
 
 void ctlQuickNav::SelectQuickNavCategory(const QString &name)
 {
+    makeContent();
     m_contents.refresh();
     const QuickNav &nav = m_contents.nav();
     const QuickNavRef chosen = m_columns->chosen();
@@ -150,6 +167,7 @@ void ctlQuickNav::SelectQuickNavCategory(const QString &name)
 
 void ctlQuickNav::ResetQuickNavView()
 {
+    makeContent();
     m_contents.refresh();
     const QuickNavRef category = m_columns->chosenCategory();
     if (category.level >= 0)
@@ -158,6 +176,7 @@ void ctlQuickNav::ResetQuickNavView()
 
 void ctlQuickNav::showNode(const QuickNavRef &node)
 {
+    makeContent();
     tabQuickNav->setCurrentIndex(0);
     m_columns->choose(node);
     m_columns->focusNode(node);

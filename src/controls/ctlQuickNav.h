@@ -1,8 +1,7 @@
 #pragma once
 
+#include "controls/parts/LateWidget.h"
 #include "controls/quicknav/QuickNavEditing.h"
-
-#include <QWidget>
 
 class QuickNavLinkTable;
 class OverviewPage;
@@ -13,7 +12,7 @@ class QuickNavColumns;
 
 /// The quick navigation of the project: views, groups, topics and categories side by side with the
 /// links of the chosen category below, and an overview of all of them.
-class ctlQuickNav final : public QWidget
+class ctlQuickNav final : public LateWidget
 {
     Q_OBJECT
 
@@ -34,9 +33,12 @@ Q_SIGNALS:
     void evtOnDeletionofQuickNavInfo();
 
 private:
-    void layOut();
+    void layOut() override;
+    void makeParts();
+    QWidget *browser();
     QWidget *links();
-    void connectAll();
+    void connectEditing();
+    void connectParts();
     QPushButton *addButton(QWidget *parent, const QString &text, const QString &objectName);
     void showNode(const QuickNavRef &node);
     void showChosen();
@@ -52,11 +54,12 @@ private:
     ProjectSession &m_session;
     QuickNavContents m_contents;
     QuickNavEditing m_editing;
-    QLabel *m_problem;
-    QTabWidget *tabQuickNav;
-    QuickNavColumns *m_columns;
-    QuickNavLinkTable *tvwLinks;
-    OverviewPage *m_overview;
+    // The content
+    QLabel *m_problem = nullptr;
+    QTabWidget *tabQuickNav = nullptr;
+    QuickNavColumns *m_columns = nullptr;
+    QuickNavLinkTable *tvwLinks = nullptr;
+    OverviewPage *m_overview = nullptr;
     QPushButton *cmdAddLink = nullptr;
     QPushButton *cmdSuggest = nullptr;
     QPushButton *cmdOtherPage = nullptr;

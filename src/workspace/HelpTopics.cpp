@@ -21,6 +21,7 @@ const QHash<QString, QString> &titles()
         {u"txtSource"_s, u"Editing a page"_s},
         {u"ctlQuickNav1"_s, u"Quick navigation"_s},
         {u"cmdBuild"_s, u"Building a project"_s},
+        {u"frmBuild"_s, u"Building a project"_s},
         {u"cmdPreview"_s, u"Preview"_s},
     };
     return known;

@@ -59,6 +59,15 @@ void RecentPlaces::forget(const QString &project)
     settings.remove(pagesKey(project));
 }
 
+void RecentPlaces::renamed(const QString &before, const QString &now)
+{
+    if (before == now)
+        return;
+    QSettings().setValue(pagesKey(now), QSettings().value(pagesKey(before)));
+    forget(before);
+    opened(now);
+}
+
 QList<RecentPage> RecentPlaces::pages(const QString &project) const
 {
     QList<RecentPage> pages;

@@ -21,8 +21,10 @@ public:
 
     [[nodiscard]] QStringList projects() const; ///< at most nine
     void opened(const QString &project);
-    /// It is no longer there, or bears another name.
+    /// It is no longer there.
     void forget(const QString &project);
+    /// It bears another name now, and keeps its pages.
+    void renamed(const QString &before, const QString &now);
 
     [[nodiscard]] QList<RecentPage> pages(const QString &project) const; ///< at most fifteen
     void shown(const QString &project, const RecentPage &page);

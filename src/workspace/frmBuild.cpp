@@ -2,8 +2,13 @@
 
 #include "controls/ctlBuildTab.h"
 #include "resources/Texts.h"
+#include "startup/ExternalPrograms.h"
 #include "startup/Session.h"
 #include "ui_frmBuild.h"
+#include "workspace/HelpTopics.h"
+
+#include <QScreen>
+#include <QShortcut>
 
 using namespace Qt::StringLiterals;
 
@@ -31,9 +36,38 @@ frmBuild::frmBuild(Program &program, QWidget *parent)
             &Self::ctlBuildTab1_evtProcessComplete);
     connect(m_ctlBuildTab1, &ctlBuildTab::evtZippingComplete, this,
             &Self::ctlBuildTab1_evtZippingComplete);
+    connect(m_ctlBuildTab1, &ctlBuildTab::closeRequested, this, &Self::close);
+    connect(new QShortcut(Qt::Key_F1, this), &QShortcut::activated, this, &Self::showHelp);
+    connect(m_ctlBuildTab1, &ctlBuildTab::placeRequested, this, &Self::placeRequested);
 }
 
 frmBuild::~frmBuild() = default;
+
+void frmBuild::Form_Load()
+{
+    inHandler("Form_Load"_L1, ownName, [this] {
+        m_ctlBuildTab1->show();
+        const QSize text(110 * fontMetrics().averageCharWidth(), 42 * fontMetrics().height());
+        resize(text.expandedTo(sizeHint()).boundedTo(screen()->availableSize()));
+    });
+}
+
+void frmBuild::Form_Unload(bool &cancel)
+{
+    inHandler("Form_Unload"_L1, ownName, [&] {
+        if (!m_ctlBuildTab1->isBusy())
+            return;
+        cancel = !saysYes(tr("The build is still at work. Do you want to stop it and close?"));
+        if (!cancel)
+            m_ctlBuildTab1->finish();
+    });
+}
+
+void frmBuild::showHelp()
+{
+    inHandler("showHelp"_L1, ownName,
+              [this] { OpenHelpTopic(m_program, u"Content"_s, helpTopicOf(this)); });
+}
 
 void frmBuild::ctlBuildTab1_evtNext()
 {

@@ -10,7 +10,8 @@ namespace Ui {
 class frmBuild;
 }
 
-/// The build window: hosts the build control and keeps its caption in step with it.
+/// The build window: hosts the build control and keeps its caption in step with it. Asks before it
+/// closes on what runs.
 class frmBuild final : public FormWindow
 {
     Q_OBJECT
@@ -21,7 +22,14 @@ public:
 
     [[nodiscard]] ctlBuildTab &ctlBuildTab1() const { return *m_ctlBuildTab1; }
 
+Q_SIGNALS:
+    /// The author wants to see a place in a page: path relative to the project folder, line or 0.
+    void placeRequested(const QString &file, int line);
+
 private:
+    void Form_Load() override;
+    void Form_Unload(bool &cancel) override;
+    void showHelp();
     void ctlBuildTab1_evtNext();
     void ctlBuildTab1_evtBack();
     void ctlBuildTab1_evtProcessComplete(bool success);

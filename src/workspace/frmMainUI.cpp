@@ -27,7 +27,6 @@ frmMainUI::frmMainUI(Program &program, std::function<frmBuild &()> buildWindow, 
     hostControls();
     connectMenus();
     connectEdit();
-    disableWhatIsMissing();
     new Resizer(u"Resizer1"_s, this);
     new Resizer(u"Resizer2"_s, ui->splWorkspace);
 }
@@ -74,10 +73,8 @@ void frmMainUI::Form_Unload(bool &cancel)
 {
     inHandler("Form_Unload"_L1, [&] {
         cancel = true; // also when page text cannot be saved: nothing is lost
-        if (!ctlBooksTab1->mayLeave() || !ctlGlobalsTab1->mayLeave() || !mayClose())
-            return;
-        cancel = false;
-        closeCompanions();
+        if (ctlBooksTab1->mayLeave() && ctlGlobalsTab1->mayLeave() && mayClose())
+            cancel = !closeCompanions();
     });
 }
 
@@ -91,14 +88,16 @@ bool frmMainUI::mayClose()
     return saysYes(text(m_switchingProject ? Text::CloseProject : Text::CloseProgram));
 }
 
-// A quiet close leaves the others alone.
-void frmMainUI::closeCompanions()
+// A quiet close leaves the others alone. A build that the author lets run keeps this window open.
+bool frmMainUI::closeCompanions()
 {
     if (mbQuietClose || m_program.session.closeWithoutAsking)
-        return;
+        return true;
     CheckIndexManagerApp(m_program);
-    m_program.navigator.unload(Form::Build);
+    if (!m_program.navigator.unload(Form::Build))
+        return false;
     m_program.navigator.unload(Form::MergeProjects);
+    return true;
 }
 
 void frmMainUI::mousePressEvent(QMouseEvent *event)

@@ -46,7 +46,7 @@ private:
     void Form_Unload(bool &cancel) override;
     void Form_Click();
     [[nodiscard]] bool mayClose();
-    void closeCompanions();
+    [[nodiscard]] bool closeCompanions();
 
     // frmMainUIControls.cpp: the hosted controls and their events
     void hostControls();
@@ -74,16 +74,20 @@ private:
     void SSTab1_Click(int tab);
     void selectTab(int tab);
     void showEditor(int tab);
+    void showPlace(const QString &file, int line);
     void noteChange(bool &flag);
     void clearLights();
     void inBooksHandler(QLatin1StringView handler, const std::function<void()> &body);
 
     // frmMainUIMenus.cpp: menus and buttons
     void connectMenus();
-    void disableWhatIsMissing();
     void cmdBuild_Click();
     void cmdPreview_Click();
     void mnuBuildProject_Click();
+    void mnuDoc_To_Doc_Click();
+    void mnuQAChecks_Click();
+    void mnuQNav_Click();
+    void mnuSearch_Words_Click();
     void mnuIndexManager_Click();
     void mnu_Book_Linking_Report_Click();
     void mnuSelProject_Click();

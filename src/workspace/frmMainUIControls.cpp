@@ -6,16 +6,40 @@
 #include "controls/ctlBuildTab.h"
 #include "controls/ctlGlobalsTab.h"
 #include "controls/ctlQuickNav.h"
+#include "platform/FileSystem.h"
 #include "resources/Icons.h"
+#include "startup/PageText.h"
 #include "startup/Session.h"
 #include "ui_frmMainUI.h"
 #include "workspace/frmBuild.h"
+
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
 enum Tab { GlobalsTab, BooksTab, QuickNavTab };
+
+struct Place
+{
+    qsizetype start = 0;
+    qsizetype length = 0;
+};
+
+/// A line of a text, counted from 1; its beginning for any other number.
+Place placeOfLine(QStringView text, int line)
+{
+    qsizetype start = 0;
+    for (int at = 1; at < line; ++at) {
+        const qsizetype end = text.indexOf(u'\n', start);
+        if (end < 0)
+            return {};
+        start = end + 1;
+    }
+    const qsizetype end = text.indexOf(u'\n', start);
+    return {start, line > 0 ? (end < 0 ? text.size() : end) - start : 0};
+}
 
 } // namespace
 
@@ -98,6 +122,12 @@ void frmMainUI::connectBooks()
                 selectTab(GlobalsTab);
                 ctlGlobalsTab1->showPlace(path, start, length);
             });
+    connect(ctlBooksTab1, &Books::quickNavRequested, this, [this](const QStringList &names) {
+        selectTab(QuickNavTab);
+        QV_DeveloperTreeOCX1_evtQVTreeQuickNavInfo(ctlBooksTab1->ProjectName(), names.value(0),
+                                                   names.value(1), names.value(2), names.value(3),
+                                                   static_cast<int>(names.size()));
+    });
 }
 
 void frmMainUI::connectQuickNav()
@@ -169,7 +199,8 @@ void frmMainUI::ctlGlobalsTab1_OnprojectNameChange()
 {
     inHandler("ctlGlobalsTab1_OnprojectNameChange"_L1, [this] {
         QString &name = m_program.session.projectName;
-        name = ctlGlobalsTab1->ProjectName();
+        const QString before = std::exchange(name, ctlGlobalsTab1->ProjectName());
+        RecentPlaces(m_program.session.serverPath).renamed(before, name);
         QV_DeveloperTreeOCX1->setProjectName(name);
         ctlBooksTab1->setProjectName(name);
         ctlQuickNav1->setProjectName(name);
@@ -269,6 +300,18 @@ void frmMainUI::showEditor(int tab)
         ctlBooksTab1->setVisible(true);
     else if (tab == QuickNavTab)
         ctlQuickNav1->setVisible(true);
+}
+
+/// A page (path relative to the project folder) and a line of it; 0 for the page as a whole.
+void frmMainUI::showPlace(const QString &file, int line)
+{
+    inHandler("showPlace"_L1, [&] {
+        const QByteArray bytes = m_program.files.readFile(m_project.folder() + file);
+        const QString page = decodePage(bytes, m_program.session.projectLanguage).text;
+        const Place place = placeOfLine(page, line);
+        m_program.navigator.show(Form::MainUI);
+        ctlBooksTab1->showPlace(file, place.start, place.length);
+    });
 }
 
 /// Marks a kind of change that no build has taken in yet.

@@ -7,21 +7,12 @@
 #include "startup/Session.h"
 #include "startup/StartUp.h"
 #include "ui_frmMainUI.h"
+#include "workspace/ToolLogs.h"
 #include "workspace/frmBuild.h"
 
+#include <QPointer>
+
 using namespace Qt::StringLiterals;
-
-namespace {
-
-constexpr bool buildIsOffered = false; // the build window shows the lights but runs no tool yet
-
-void disable(QAction *action)
-{
-    action->setEnabled(false);
-    action->setToolTip(frmMainUI::tr("This version of QV Developer cannot do this yet."));
-}
-
-} // namespace
 
 void frmMainUI::connectMenus()
 {
@@ -29,6 +20,10 @@ void frmMainUI::connectMenus()
     connect(ui->cmdBuild, &QPushButton::clicked, this, &Self::cmdBuild_Click);
     connect(ui->cmdPreview, &QPushButton::clicked, this, &Self::cmdPreview_Click);
     connect(ui->mnuBuildProject, &QAction::triggered, this, &Self::mnuBuildProject_Click);
+    connect(ui->mnuDoc_To_Doc, &QAction::triggered, this, &Self::mnuDoc_To_Doc_Click);
+    connect(ui->mnuQAChecks, &QAction::triggered, this, &Self::mnuQAChecks_Click);
+    connect(ui->mnuQNav, &QAction::triggered, this, &Self::mnuQNav_Click);
+    connect(ui->mnuSearch_Words, &QAction::triggered, this, &Self::mnuSearch_Words_Click);
     connect(ui->mnuIndexManager, &QAction::triggered, this, &Self::mnuIndexManager_Click);
     connect(ui->mnu_Book_Linking_Report, &QAction::triggered, this,
             &Self::mnu_Book_Linking_Report_Click);
@@ -45,18 +40,6 @@ void frmMainUI::connectMenus()
     ui->mnuQVDeveloper->setIcon(icon("information"_L1));
 }
 
-void frmMainUI::disableWhatIsMissing()
-{
-    if (!buildIsOffered) {
-        for (QAction *const log :
-             {ui->mnuDoc_To_Doc, ui->mnuQAChecks, ui->mnuQNav, ui->mnuSearch_Words})
-            disable(log);
-        disable(ui->mnuBuildProject);
-        ui->cmdBuild->setEnabled(false);
-        ui->cmdBuild->setToolTip(ui->mnuBuildProject->toolTip());
-    }
-}
-
 void frmMainUI::cmdBuild_Click()
 {
     inHandler("cmdBuild_Click"_L1, [this] { openBuildWindow(); });
@@ -67,12 +50,39 @@ void frmMainUI::mnuBuildProject_Click()
     inHandler("mnuBuildProject_Click"_L1, [this] { openBuildWindow(); });
 }
 
+// A build that runs keeps its window as it is.
 void frmMainUI::openBuildWindow()
 {
     frmBuild &build = m_buildWindow();
-    build.setWindowTitle(text(Text::BuildStep1));
-    build.ctlBuildTab1().setProjectName(m_program.session.projectName);
+    ctlBuildTab &control = build.ctlBuildTab1();
+    if (!control.isBusy()) {
+        build.setWindowTitle(text(Text::BuildStep1));
+        control.setProjectName(m_program.session.projectName);
+        control.setStartGuard(
+            [main = QPointer(this)] { return !main || main->m_project.mayLeave(); });
+    }
+    connect(&build, &frmBuild::placeRequested, this, &frmMainUI::showPlace, Qt::UniqueConnection);
     m_program.navigator.show(Form::Build);
+}
+
+void frmMainUI::mnuDoc_To_Doc_Click()
+{
+    inHandler("mnuDoc_To_Doc_Click"_L1, [this] { showDocToDocLog(m_program); });
+}
+
+void frmMainUI::mnuQAChecks_Click()
+{
+    inHandler("mnuQAChecks_Click"_L1, [this] { showQaLog(m_program); });
+}
+
+void frmMainUI::mnuQNav_Click()
+{
+    inHandler("mnuQNav_Click"_L1, [this] { showQuickNavLog(m_program); });
+}
+
+void frmMainUI::mnuSearch_Words_Click()
+{
+    inHandler("mnuSearch_Words_Click"_L1, [this] { showSearchWordsLog(m_program); });
 }
 
 void frmMainUI::cmdPreview_Click()

@@ -354,5 +354,5 @@ QList<Command> commands()
         {u"save-page"_s, 4, u"NAME ACRONYM FILE TEXT"_s, savePage},
         {u"verify"_s, 0, {}, verify},
     };
-    return all += projectCommands() + reportCommands();
+    return all += projectCommands() + buildCommands() + reportCommands();
 }

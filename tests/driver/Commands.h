@@ -15,5 +15,6 @@ struct Command
 };
 
 QList<Command> commands();
-QList<Command> projectCommands(); ///< of them: releasing, reopening, deleting and merging
+QList<Command> projectCommands(); ///< of them: releasing, reopening, packing, deleting and merging
+QList<Command> buildCommands();   ///< of them: the tools of a build
 QList<Command> reportCommands();  ///< of them: the listings of the link report

@@ -3,6 +3,7 @@
 #include "components/LinkIDMerger.h"
 #include "dialogs/ProjectDeletion.h"
 #include "dialogs/merge/ProjectMerge.h"
+#include "tools/pack/PackProject.h"
 #include "tools/rename/ProjectRename.h"
 
 using namespace Qt::StringLiterals;
@@ -64,6 +65,16 @@ int merge(Console &console, const QStringList &arguments)
     return 0;
 }
 
+int pack(Console &console, const QStringList &arguments)
+{
+    const BuildInput input =
+        readBuildInput(console.session, console.files, arguments.at(0), u"ENU"_s);
+    const PackResult result = packProject(console.files, input, {});
+    printLine({result.path, u"files"_s, QString::number(result.count), u"reused"_s,
+               QString::number(result.reused)});
+    return 0;
+}
+
 } // namespace
 
 QList<Command> projectCommands()
@@ -76,6 +87,7 @@ QList<Command> projectCommands()
         {u"reopen"_s, 1, u"NAME"_s, reopen},
         {u"rename-project"_s, 2, u"NAME NEW-NAME"_s, renameProject},
         {u"finish-renames"_s, 0, {}, finishRenamesNow},
+        {u"pack"_s, 1, u"NAME"_s, pack},
         {u"merge"_s, 4, u"NAME ID LANGUAGE|- PROJECT..."_s, merge},
     };
 }

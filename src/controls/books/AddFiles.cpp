@@ -73,5 +73,5 @@ void AddFiles::begin(const QStringList &paths)
     if (std::any_of(paths.cbegin(), paths.cend(), &mustBecomeAPage))
         m_imports->begin(paths);
     else
-        m_sources->begin(paths);
+        m_sources->begin(paths, [&] { m_imports->begin(paths); }); // a folder of texts
 }

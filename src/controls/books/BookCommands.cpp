@@ -8,7 +8,7 @@
 #include "platform/TreeWalker.h"
 #include "startup/PageText.h"
 #include "startup/Session.h"
-#include "tools/HtmlScan.h"
+#include "tools/html/HtmlScan.h"
 
 #include <QSet>
 

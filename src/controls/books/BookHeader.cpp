@@ -3,13 +3,13 @@
 #include "controls/books/BookCommands.h"
 #include "controls/books/BookRules.h"
 #include "controls/books/CategoryList.h"
-#include "controls/books/NameDialog.h"
 #include "controls/globals/CategoryCommands.h"
 #include "controls/globals/CategoryNames.h"
 #include "controls/globals/CategoryRules.h"
 #include "controls/links/MovePages.h"
 #include "controls/parts/CheckedField.h"
 #include "controls/parts/Handler.h"
+#include "controls/parts/NameDialog.h"
 #include "platform/FileSystem.h"
 #include "resources/Icons.h"
 
@@ -214,38 +214,38 @@ void BookHeader::askFolder()
     if (!m_session.mayLeave())
         return;
     const TocBook book = m_book;
-    auto *dialog = new NameDialog(
-        {tr("Rename the book's folder"), tr("&Folder:"), tr("&Rename"), book.folder},
-        [this, book](const QString &text) {
-            return MovePages(m_session, this).problemOfFolder(book, text);
-        },
-        this);
-    connect(dialog, &NameDialog::entered, this, [this, book](const QString &folder) {
+    const auto problem = [this, book](const QString &text) {
+        return MovePages(m_session, this).problemOfFolder(book, text);
+    };
+    const auto rename = [this, book](const QString &folder) {
         const bool isDone = handled(m_session.program(), [&] {
             return MovePages(m_session, this).renameBookFolder(book, folder);
         });
         if (isDone)
             Q_EMIT pagesChanged();
-    });
+        return isDone;
+    };
+    auto *dialog =
+        new NameDialog({tr("Rename the book's folder"), tr("&Folder:"), tr("&Rename"), book.folder},
+                       problem, rename, this, &BookRules::folderAdvice);
     dialog->open();
 }
 
 // The new category is the book's at once: why else make it here.
 void BookHeader::askCategory()
 {
-    auto *dialog = new NameDialog(
-        {tr("New category"), tr("&Name of the category:"), tr("&Create"), {}},
-        [this](const QString &text) {
-            return CategoryRules::problemOf(text, m_categories->names());
-        },
-        this);
-    connect(dialog, &NameDialog::entered, this, [this](const QString &name) {
-        const bool isDone =
-            wasDone(m_session.program(), [&] { CategoryCommands(m_session).add(name); });
-        TocBook now = m_book;
-        now.categories.append(name);
-        if (isDone && change(now))
-            showCurrent();
-    });
+    const auto problem = [this](const QString &text) {
+        return CategoryRules::problemOf(text, m_categories->names());
+    };
+    const auto create = [this](const QString &name) {
+        const bool isDone = wasDone(m_session.program(),
+                                    [&] { CategoryCommands(m_session).add(name, {}, m_book); });
+        if (isDone)
+            Q_EMIT changed();
+        showCurrent();
+        return isDone;
+    };
+    auto *dialog = new NameDialog({tr("New category"), tr("&Name of the category:"), tr("&Create")},
+                                  problem, create, this);
     dialog->open();
 }

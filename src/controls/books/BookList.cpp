@@ -2,10 +2,10 @@
 
 #include "controls/books/BookCommands.h"
 #include "controls/parts/Handler.h"
+#include "controls/parts/ListCommands.h"
 #include "platform/FileSystem.h"
 #include "resources/Icons.h"
 
-#include <QAction>
 #include <QHBoxLayout>
 #include <QLineEdit>
 #include <QListWidget>
@@ -39,20 +39,16 @@ void BookList::addCommands()
     };
     connect(cmdNew, &QPushButton::clicked, this, &BookList::newRequested);
     connect(cmdDelete, &QPushButton::clicked, this, askDelete);
-    const auto add = [this](QLatin1StringView picture, const QString &text,
+    const auto add = [this](const QString &text, QLatin1StringView picture,
                             const QKeySequence &keys, const auto &command) {
-        auto *action = new QAction(icon(picture), text, lstBooks);
-        action->setShortcut(keys);
-        action->setShortcutContext(Qt::WidgetShortcut);
-        connect(action, &QAction::triggered, this, command);
-        lstBooks->addAction(action);
+        addListAction(lstBooks, text, picture, keys, command);
     };
-    add("book-new"_L1, tr("&New book..."), Qt::Key_Insert, [this] { Q_EMIT newRequested(); });
-    add("edit"_L1, tr("&Rename"), Qt::Key_F2, [this] { Q_EMIT renameRequested(); });
-    add("delete"_L1, tr("&Delete book..."), QKeySequence::Delete, askDelete);
-    add("up"_L1, tr("Move &up"), Qt::ALT | Qt::Key_Up, [this] { move(-1); });
-    add("down"_L1, tr("Move d&own"), Qt::ALT | Qt::Key_Down, [this] { move(1); });
-    add("filter"_L1, tr("&Filter"), QKeySequence::Find, [this] { txtFilter->setFocus(); });
+    add(tr("&New book..."), "book-new"_L1, Qt::Key_Insert, [this] { Q_EMIT newRequested(); });
+    add(tr("&Rename"), "edit"_L1, Qt::Key_F2, [this] { Q_EMIT renameRequested(); });
+    add(tr("&Delete book..."), "delete"_L1, QKeySequence::Delete, askDelete);
+    add(tr("Move &up"), "up"_L1, Qt::ALT | Qt::Key_Up, [this] { move(-1); });
+    add(tr("Move d&own"), "down"_L1, Qt::ALT | Qt::Key_Down, [this] { move(1); });
+    add(tr("&Filter"), "filter"_L1, QKeySequence::Find, [this] { txtFilter->setFocus(); });
     lstBooks->setContextMenuPolicy(Qt::ActionsContextMenu);
 }
 

@@ -2,9 +2,9 @@
 
 #include "controls/books/CheckedDelegate.h"
 #include "controls/books/PageRules.h"
+#include "controls/parts/ListCommands.h"
 #include "tools/PageNames.h"
 
-#include <QAction>
 #include <QGridLayout>
 #include <QHeaderView>
 #include <QLabel>
@@ -64,16 +64,11 @@ void ContextIdTable::connectTable()
         Qt::QueuedConnection);
     connect(cmdAdd, &QPushButton::clicked, this, &ContextIdTable::add);
     connect(cmdRemove, &QPushButton::clicked, this, &ContextIdTable::remove);
-    const auto onKey = [this](const QString &text, const QKeySequence &keys, auto command) {
-        auto *action = new QAction(text, tvwContextIds);
-        action->setShortcut(keys);
-        action->setShortcutContext(Qt::WidgetShortcut);
-        connect(action, &QAction::triggered, this, command);
-        tvwContextIds->addAction(action);
-    };
-    onKey(tr("Add"), Qt::Key_Insert, &ContextIdTable::add);
-    onKey(tr("Edit"), Qt::Key_F2, [this] { tvwContextIds->edit(tvwContextIds->currentIndex()); });
-    onKey(tr("Remove"), QKeySequence::Delete, &ContextIdTable::remove);
+    addListAction(tvwContextIds, tr("Add"), "add"_L1, Qt::Key_Insert, [this] { add(); });
+    addListAction(tvwContextIds, tr("Edit"), "edit"_L1, Qt::Key_F2,
+                  [this] { tvwContextIds->edit(tvwContextIds->currentIndex()); });
+    addListAction(tvwContextIds, tr("Remove"), "delete"_L1, QKeySequence::Delete,
+                  [this] { remove(); });
     tvwContextIds->setContextMenuPolicy(Qt::ActionsContextMenu);
     connect(tvwContextIds, &QTreeWidget::currentItemChanged, this,
             [this](const QTreeWidgetItem *item) { cmdRemove->setEnabled(item != nullptr); });

@@ -3,9 +3,9 @@
 #include "controls/books/BookCommands.h"
 #include "controls/books/WhatGoes.h"
 #include "controls/parts/Handler.h"
+#include "controls/parts/PlainLabel.h"
 
 #include <QDialogButtonBox>
-#include <QLabel>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QVBoxLayout>

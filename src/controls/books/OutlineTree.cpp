@@ -6,6 +6,7 @@
 #include <QDragEnterEvent>
 #include <QHeaderView>
 #include <QMimeData>
+#include <QSet>
 #include <QTreeWidgetItemIterator>
 #include <QUrl>
 
@@ -72,6 +73,15 @@ QStringList OutlineTree::chosen() const
     return pages;
 }
 
+void OutlineTree::choose(const QStringList &pages)
+{
+    const QSet<QString> wanted(pages.cbegin(), pages.cend());
+    for (QTreeWidgetItemIterator at(this); *at != nullptr; ++at) {
+        if (wanted.contains((*at)->data(TitleColumn, IdRole).toString()))
+            (*at)->setSelected(true);
+    }
+}
+
 bool OutlineTree::edit(const QModelIndex &index, EditTrigger trigger, QEvent *event)
 {
     return QTreeWidget::edit(index.siblingAtColumn(TitleColumn), trigger, event);
@@ -85,12 +95,14 @@ QStringList OutlineTree::mimeTypes() const
 QMimeData *OutlineTree::mimeData(const QList<QTreeWidgetItem *> &) const
 {
     DraggedNodes nodes{m_projectFolder, true, {}};
-    for (const QString &page : chosen()) {
-        const QTreeWidgetItem *const item = itemOf(page);
+    for (QTreeWidgetItemIterator at(const_cast<OutlineTree *>(this),
+                                    QTreeWidgetItemIterator::Selected);
+         *at != nullptr; ++at) {
+        const QString page = (*at)->data(TitleColumn, IdRole).toString();
         nodes.nodes.append(
             {{.kind = ProjectRequest::Node::Kind::Page, .book = m_book, .page = page},
-             item->data(TitleColumn, PathRole).toString(),
-             item->text(TitleColumn)});
+             (*at)->data(TitleColumn, PathRole).toString(),
+             (*at)->text(TitleColumn)});
     }
     auto *mime = new QMimeData;
     putNodes(*mime, nodes);

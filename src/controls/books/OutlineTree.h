@@ -22,6 +22,8 @@ public:
     [[nodiscard]] QTreeWidgetItem *itemOf(const QString &page) const;
     /// Ids of the chosen pages in the order of the outline.
     [[nodiscard]] QStringList chosen() const;
+    /// Adds pages to the chosen ones; the current one stays.
+    void choose(const QStringList &pages);
 
 Q_SIGNALS:
     void titleJudged(const QString &problem); ///< while it is typed; "" when there is none

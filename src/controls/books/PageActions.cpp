@@ -2,12 +2,12 @@
 
 #include "controls/books/BookChoiceDialog.h"
 #include "controls/books/DeletePagesDialog.h"
-#include "controls/books/NameDialog.h"
 #include "controls/books/NewPageDialog.h"
 #include "controls/books/PageCommands.h"
 #include "controls/books/PagePlaces.h"
 #include "controls/links/MovePages.h"
 #include "controls/parts/Handler.h"
+#include "controls/parts/NameDialog.h"
 #include "platform/FileSystem.h"
 
 #include <QWidget>
@@ -108,14 +108,14 @@ void PageActions::askRenameFile(const TocBook &book, const QString &page)
     const auto problem = [this, book, file = shown->file](const QString &text) {
         return MovePages(m_session, m_window).problemOfFile(book, file, text);
     };
-    auto *dialog =
-        new NameDialog({tr("Rename file"), tr("&File of the page:"), tr("&Rename"), shown->file},
-                       problem, m_window);
-    connect(dialog, &NameDialog::entered, this, [this, book, page](const QString &file) {
-        run({}, [&](PageCommands &) {
+    const auto rename = [this, book, page](const QString &file) {
+        return run({}, [&](PageCommands &) {
             return MovePages(m_session, m_window).renameFile(book, page, file);
         });
-    });
+    };
+    auto *dialog =
+        new NameDialog({tr("Rename file"), tr("&File of the page:"), tr("&Rename"), shown->file},
+                       problem, rename, m_window);
     dialog->open();
 }
 

@@ -55,10 +55,16 @@ PageCommands::PageCommands(ProjectSession &session)
 
 QString PageCommands::proposedFile(const TocBook &entry, const QString &title)
 {
+    return freeFile(entry, {}, title);
+}
+
+QString PageCommands::freeFile(const TocBook &entry, const QString &folder, const QString &title)
+{
     FileSystem &files = m_session.program().files;
-    const QString folder =
-        BookFile(m_session.program().session, files).folder(m_session.projectName(), entry);
-    return newPageFile(title, [&](const QString &file) { return files.exists(folder + file); });
+    const BookFile book(m_session.program().session, files);
+    return folder + newPageFile(title, [&](const QString &file) {
+               return files.exists(book.pagePath(m_session.projectName(), entry, folder + file));
+           });
 }
 
 QString PageCommands::add(const TocBook &entry, const QString &title, const QString &file,
@@ -79,8 +85,10 @@ QString PageCommands::duplicate(const TocBook &entry, const QString &id)
     const BookPage *const original = OutlineEdit::find(pages, id);
     if (original == nullptr)
         return {};
-    const QString file = proposedFile(
-        entry, lastComponent(QString(original->file).replace(u'/', u'\\')).section(u'.', 0, -2));
+    const QString name = lastComponent(QString(original->file).replace(u'/', u'\\'));
+    // Beside the original: what it refers to lies there.
+    const QString file =
+        freeFile(entry, original->file.chopped(name.size()), name.section(u'.', 0, -2));
     const BookPage copy{{}, tr("Copy of %1").arg(titleOf(*original)), file, {}, {}};
     QString made;
     m_session.perform(tr("Duplicate page %1").arg(titleOf(*original)), [&](StagedFiles &files) {

@@ -49,6 +49,7 @@ private:
     bool change(const QString &name, const TocBook &entry, const Edit &edit);
     bool rearrange(const QString &name, const TocBook &entry, const QStringList &ids,
                    Rearrange how);
+    QString freeFile(const TocBook &entry, const QString &folder, const QString &title);
     QString addFile(StagedFiles &files, const TocBook &entry, const BookPage &page,
                     const QByteArray &bytes, const OutlinePlace &place);
     void setFilesAside(StagedFiles &files, const TocBook &entry, const QList<BookPage> &gone,

@@ -7,12 +7,12 @@
 #include "controls/books/PagePlaces.h"
 #include "controls/parts/CheckedField.h"
 #include "controls/parts/Handler.h"
+#include "controls/parts/PlainLabel.h"
 #include "controls/session/ProjectPages.h"
 #include "platform/FileSystem.h"
 
 #include <QFormLayout>
 #include <QHBoxLayout>
-#include <QLabel>
 #include <QPushButton>
 
 using namespace Qt::StringLiterals;
@@ -20,10 +20,8 @@ using namespace Qt::StringLiterals;
 namespace {
 QLabel *shownText(const char *objectName, QWidget *parent)
 {
-    auto *label = new QLabel(parent);
+    QLabel *const label = plainLabel({}, parent);
     label->setObjectName(QString::fromLatin1(objectName));
-    label->setTextFormat(Qt::PlainText);
-    label->setWordWrap(true);
     return label;
 }
 
@@ -85,9 +83,13 @@ void PageDetails::connectParts()
         m_pages->setLocked(m_book, {m_page->id}, !isLocked);
     });
     connect(m_contextIds, &ContextIdTable::changed, this, [this](const QList<ContextId> &ids) {
-        handled(m_session.program(),
-                [&] { PageCommands(m_session).setContextIds(m_book, m_page->id, ids); });
-        Q_EMIT m_pages->changed();
+        const bool isDone = handled(m_session.program(), [&] {
+            return PageCommands(m_session).setContextIds(m_book, m_page->id, ids);
+        });
+        if (isDone)
+            Q_EMIT m_pages->changed();
+        else
+            refresh(); // what was typed is not in the book
     });
     connect(m_linkIds, &EntryList::addRequested, this,
             [this](const QString &id) { setLinkIds(m_page->linkIds + QStringList{id}); });
@@ -154,9 +156,11 @@ void PageDetails::commitTitle()
 
 void PageDetails::setLinkIds(const QStringList &linkIds)
 {
-    handled(m_session.program(),
-            [&] { PageCommands(m_session).setLinkIds(m_book, m_page->id, linkIds); });
-    Q_EMIT m_pages->changed();
+    const bool isDone = handled(m_session.program(), [&] {
+        return PageCommands(m_session).setLinkIds(m_book, m_page->id, linkIds);
+    });
+    if (isDone)
+        Q_EMIT m_pages->changed();
 }
 
 const PageRules::OtherPages &PageDetails::others()

@@ -11,8 +11,20 @@ constexpr qsizetype longest = 200;
 PageHistory::PageHistory(ProjectSession &session, QObject *parent)
     : QObject(parent)
     , m_session(session)
+    , m_project(session.projectName())
 {
     connect(&session, &ProjectSession::selectionChanged, this, &PageHistory::note);
+    connect(&session, &ProjectSession::wasReset, this, &PageHistory::beginAnew);
+}
+
+// A copy of a project has pages of the same names.
+void PageHistory::beginAnew()
+{
+    if (m_session.projectName() == m_project)
+        return;
+    m_project = m_session.projectName();
+    m_visits.clear();
+    m_at = -1;
 }
 
 void PageHistory::note()
@@ -20,6 +32,10 @@ void PageHistory::note()
     const auto &book = m_session.currentBook();
     if (m_isGoing || !book || m_session.currentPage().isEmpty())
         return;
+    const Visit *const last = m_at >= 0 ? &m_visits.at(m_at) : nullptr;
+    if (last && identityOf(last->book) == identityOf(*book)
+        && last->page == m_session.currentPage())
+        return; // the book was chosen meanwhile, and now its page again
     m_visits.resize(m_at + 1);
     m_visits.append({*book, m_session.currentPage()});
     if (m_visits.size() > longest)

@@ -24,9 +24,11 @@ private:
     };
 
     void note();
+    void beginAnew();
     void go(int by);
 
     ProjectSession &m_session;
+    QString m_project; ///< that they are of
     QList<Visit> m_visits;
     qsizetype m_at = -1; ///< the one that is shown
     bool m_isGoing = false;

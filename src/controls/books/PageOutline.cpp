@@ -22,6 +22,7 @@
 #include <QVBoxLayout>
 
 #include <algorithm>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -156,7 +157,9 @@ QString PageOutline::key() const
 void PageOutline::showCurrent()
 {
     const QSignalBlocker quiet(tvwPages);
-    const QStringList chosen = tvwPages->chosen();
+    QStringList chosen = tvwPages->chosen();
+    if (std::exchange(m_shown, key()) != key())
+        chosen.clear(); // another book has other pages of the same ids
     tvwPages->clear();
     tvwPages->setBook(m_session.folder(), m_session.currentBook().value_or(TocBook()));
     say({}, Remedy::None);
@@ -170,10 +173,8 @@ void PageOutline::showCurrent()
         trap(showTrouble, [this] { readBook(); });
     }
     followSession();
-    for (const QString &page : chosen) {
-        if (QTreeWidgetItem *const item = tvwPages->itemOf(page); item && chosen.size() > 1)
-            item->setSelected(true);
-    }
+    if (chosen.size() > 1)
+        tvwPages->choose(chosen);
     m_menu->refresh();
 }
 

@@ -75,5 +75,6 @@ private:
     QPushButton *cmdAdd;
     QPushButton *cmdImport;
     QHash<QString, QSet<QString>> m_folded; ///< pages by book
+    QString m_shown;                        ///< the book that is shown
     Remedy m_remedy = Remedy::None;
 };

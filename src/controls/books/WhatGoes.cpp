@@ -1,12 +1,12 @@
 #include "controls/books/WhatGoes.h"
 
 #include "controls/books/PagePlaces.h"
+#include "controls/parts/PlainLabel.h"
 #include "controls/session/ProjectPages.h"
 #include "platform/FileSystem.h"
 #include "platform/QvError.h"
 
 #include <QCoreApplication>
-#include <QLabel>
 #include <QListWidget>
 #include <QSet>
 #include <QVBoxLayout>
@@ -98,14 +98,6 @@ QString shownTitle(ProjectSession &session, const TocBook &book, const BookPage 
     return locked ? tr("%1, locked").arg(title) : title;
 }
 } // namespace
-
-QLabel *plainLabel(const QString &text, QWidget *parent)
-{
-    auto *label = new QLabel(text, parent);
-    label->setTextFormat(Qt::PlainText);
-    label->setWordWrap(true);
-    return label;
-}
 
 void addWhatGoes(QVBoxLayout *layout, ProjectSession &session, const TocBook &book,
                  const QList<BookPage> &pages)

@@ -8,6 +8,3 @@ class QVBoxLayout;
 /// to them: links of other pages and quick-navigation categories. They lead nowhere afterwards.
 void addWhatGoes(QVBoxLayout *layout, ProjectSession &session, const TocBook &book,
                  const QList<BookPage> &pages);
-
-/// A label for text that came out of files.
-class QLabel *plainLabel(const QString &text, QWidget *parent = nullptr);

@@ -6,6 +6,7 @@
 #include "controls/globals/Tables.h"
 #include "controls/parts/Handler.h"
 #include "controls/parts/ListCommands.h"
+#include "controls/parts/PlainLabel.h"
 
 #include <QAction>
 #include <QHBoxLayout>
@@ -97,7 +98,7 @@ QWidget *CategoriesPage::ownSide()
     buttons->addStretch();
     auto *layout = new QVBoxLayout(side);
     layout->setContentsMargins({});
-    layout->addWidget(makeText(tr("Categories of this project."), side));
+    layout->addWidget(plainLabel(tr("Categories of this project."), side));
     layout->addWidget(tvwCategories, 1);
     layout->addLayout(buttons);
     return side;
@@ -113,7 +114,7 @@ QWidget *CategoriesPage::defaultSide()
     buttons->addStretch();
     auto *layout = new QVBoxLayout(side);
     layout->setContentsMargins({});
-    layout->addWidget(makeText(
+    layout->addWidget(plainLabel(
         tr("Default categories. All projects of the server share them, so they cannot be changed "
            "here; take one over to make it this project's own."),
         side));

@@ -93,7 +93,8 @@ CategoryCommands::CategoryCommands(ProjectSession &session)
 {
 }
 
-void CategoryCommands::add(const QString &name, const QString &description)
+void CategoryCommands::add(const QString &name, const QString &description,
+                           const std::optional<TocBook> &book)
 {
     QStringList listed;
     for (const Category &category : ownCategories(m_session))
@@ -102,6 +103,11 @@ void CategoryCommands::add(const QString &name, const QString &description)
     m_session.perform(tr("Add category %1").arg(name), [&](StagedFiles &files) {
         editList(files, [&](QList<Category> &own) { own.append({{}, name, description}); });
         listCategory(m_values, files, m_session.projectName(), name);
+        if (!book)
+            return;
+        TocBook now = *book;
+        now.categories.append(name);
+        TableOfContents(m_values, files).changeBook(m_session.projectName(), *book, now);
     });
 }
 

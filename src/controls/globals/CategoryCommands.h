@@ -30,7 +30,9 @@ class CategoryCommands
 public:
     explicit CategoryCommands(ProjectSession &session);
 
-    void add(const QString &name, const QString &description = {});
+    /// `book` carries it at once, if one is named.
+    void add(const QString &name, const QString &description = {},
+             const std::optional<TocBook> &book = {});
     /// Name and description, in the project's own list and wherever the old name stands.
     void change(const QString &old, const QString &name, const QString &description);
     /// Books that carry `from` carry `into` instead, and `from` is in no list any more.

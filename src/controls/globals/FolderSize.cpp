@@ -4,7 +4,10 @@
 #include "platform/QvError.h"
 #include "platform/TreeWalker.h"
 
+#include <chrono>
 #include <optional>
+
+using namespace std::chrono_literals;
 
 namespace {
 
@@ -39,24 +42,33 @@ FolderSize::FolderSize(FileSystem &files, QObject *parent)
     : QObject(parent)
     , m_files(files)
 {
+    m_later.setSingleShot(true);
+    m_later.setInterval(500ms);
+    connect(&m_later, &QTimer::timeout, this, &FolderSize::begin);
 }
 
 FolderSize::~FolderSize() = default;
 
 void FolderSize::count(const QString &folder)
 {
-    const int round = ++m_round;
+    ++m_round;
     m_worker = {};
+    m_folder = withoutBackslash(folder);
     if (folder.isEmpty())
-        return;
-    m_worker =
-        std::jthread([this, round, path = withoutBackslash(folder)](const std::stop_token &stop) {
-            const auto size = sizeOf(m_files, path, stop);
-            if (!size)
-                return;
-            QMetaObject::invokeMethod(this, [this, round, size = *size] {
-                if (round == m_round)
-                    Q_EMIT counted(size.files, size.bytes);
-            });
+        m_later.stop();
+    else
+        m_later.start();
+}
+
+void FolderSize::begin()
+{
+    m_worker = std::jthread([this, round = m_round, path = m_folder](const std::stop_token &stop) {
+        const auto size = sizeOf(m_files, path, stop);
+        if (!size)
+            return;
+        QMetaObject::invokeMethod(this, [this, round, size = *size] {
+            if (round == m_round)
+                Q_EMIT counted(size.files, size.bytes);
         });
+    });
 }

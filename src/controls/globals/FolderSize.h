@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QObject>
+#include <QTimer>
 
 #include <thread>
 
@@ -15,14 +16,19 @@ public:
     explicit FolderSize(FileSystem &files, QObject *parent = nullptr);
     ~FolderSize() override;
 
-    /// Begins to count; what was being counted before is given up. "" only gives up.
+    /// Begins to count in a moment, when the window stands and the changes that come close together
+    /// are done; what was being counted before is given up. "" only gives up.
     void count(const QString &folder);
 
 Q_SIGNALS:
     void counted(int files, qint64 bytes);
 
 private:
+    void begin();
+
     FileSystem &m_files;
+    QString m_folder;
+    QTimer m_later;
     int m_round = 0; ///< a result that was on its way when the next round began is old
     std::jthread m_worker;
 };

@@ -5,8 +5,8 @@
 #include "platform/Paths.h"
 #include "platform/QvError.h"
 #include "startup/PageText.h"
-#include "tools/HtmlScan.h"
 #include "tools/PageSkeleton.h"
+#include "tools/html/HtmlScan.h"
 
 #include <algorithm>
 

@@ -5,6 +5,7 @@
 #include "controls/globals/Tables.h"
 #include "controls/parts/CheckedField.h"
 #include "controls/parts/Handler.h"
+#include "controls/parts/PlainLabel.h"
 #include "startup/Session.h"
 
 #include <QComboBox>
@@ -88,9 +89,9 @@ void GlobalPageDialog::layOut()
     connect(buttons, &QDialogButtonBox::rejected, this, &GlobalPageDialog::reject);
     auto *layout = new QVBoxLayout(this);
     layout->addLayout(form);
-    layout->addWidget(makeText(tr("A project has one page of each type, and any number of free "
-                                  "pages."),
-                               this));
+    layout->addWidget(plainLabel(tr("A project has one page of each type, and any number of free "
+                                    "pages."),
+                                 this));
     layout->addWidget(buttons);
     setMinimumWidth(fontMetrics().averageCharWidth() * 64);
     txtTitle->setFocus();

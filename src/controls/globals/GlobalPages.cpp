@@ -117,7 +117,6 @@ void GlobalPages::connectParts()
 {
     connect(&m_session, &ProjectSession::wasReset, this, &GlobalPages::rebuild);
     connect(&m_session, &ProjectSession::globalPagesChanged, this, &GlobalPages::rebuild);
-    connect(&m_session, &ProjectSession::requested, this, &GlobalPages::obey);
     connect(&m_session, &ProjectSession::filesChanged, this, &GlobalPages::noticeChanges);
     connect(&m_session, &ProjectSession::filesChanged, this, &GlobalPages::showFiles);
     connect(tvwGlobalPages, &QTreeWidget::currentItemChanged, this, &GlobalPages::showChosen);

@@ -32,10 +32,11 @@ public:
     bool mayLeave();
     /// The page that is shown may have been changed by another program.
     void noticeChanges();
+    /// Does what is asked for in other controls; `request` is about Globals or a GlobalPage.
+    void obey(const ProjectRequest &request);
 
 Q_SIGNALS:
     void changed(const QString &page, const QString &type); ///< by the author, the page named
-    void openRequested();                                   ///< a page wants to be seen
 
 private:
     using Node = ProjectRequest::Node;
@@ -62,7 +63,6 @@ private:
     void move(int places);
     void moveTo(const GlobalPage &page, int place);
     void unlock();
-    void obey(const ProjectRequest &request);
     void obeyForChosen(const ProjectRequest &request);
     bool perform(const GlobalPage &page, const QString &done, const std::function<void()> &body);
 

@@ -3,16 +3,16 @@
 #include "controls/globals/GlobalPageCommands.h"
 #include "controls/globals/GlobalPageDialog.h"
 #include "controls/globals/GlobalPages.h"
-#include "controls/globals/RenameFileDialog.h"
 #include "controls/globals/Tables.h"
 #include "controls/links/MovePages.h"
 #include "controls/pages/PagePane.h"
 #include "controls/parts/Handler.h"
+#include "controls/parts/NameDialog.h"
 #include "platform/FileSystem.h"
 #include "platform/Paths.h"
 #include "startup/PageText.h"
 #include "startup/Session.h"
-#include "tools/HtmlScan.h"
+#include "tools/html/HtmlScan.h"
 
 #include <QTreeWidget>
 
@@ -111,8 +111,9 @@ void GlobalPages::askRenameFile()
                 throw Unwinding{Unwinding::Reason::Stopped};
         });
     };
-    auto *dialog = new RenameFileDialog(page->file, problem, run, this);
-    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    auto *dialog =
+        new NameDialog({tr("Rename file"), tr("&File of the page:"), tr("&Rename"), page->file},
+                       problem, run, this);
     dialog->open();
 }
 
@@ -161,14 +162,10 @@ void GlobalPages::unlock()
     Q_EMIT m_session.done(tr("The global page %1 was unlocked.").arg(page->title));
 }
 
-/// The tree and other controls ask for what is done here.
 void GlobalPages::obey(const ProjectRequest &request)
 {
     using Action = ProjectRequest::Action;
     const bool isList = request.node.kind == Node::Kind::Globals;
-    if (!isList && request.node.kind != Node::Kind::GlobalPage)
-        return;
-    Q_EMIT openRequested();
     handled(m_session.program(), [&] {
         if (request.action == Action::New) {
             askNew();

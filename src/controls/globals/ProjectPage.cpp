@@ -7,6 +7,7 @@
 #include "controls/globals/Tables.h"
 #include "controls/parts/CheckedField.h"
 #include "controls/parts/Handler.h"
+#include "controls/parts/PlainLabel.h"
 #include "platform/FileSystem.h"
 
 #include <QFormLayout>
@@ -43,7 +44,7 @@ QString languageName(const QString &code)
 ProjectPage::ProjectPage(ProjectSession &session, QWidget *parent)
     : QWidget(parent)
     , m_session(session)
-    , m_name(makeText({}, this))
+    , m_name(plainLabel({}, this))
     , cmdRename(makeButton(u"cmdRenameProject"_s, "edit"_L1, tr("&Rename project..."), this))
     , txtId(new CheckedField(u"txtProjectId"_s, tr("ID of the project"),
                              &ProjectNaming::problemOfId, {}, this))
@@ -90,7 +91,7 @@ void ProjectPage::layOut()
 
 QLabel *ProjectPage::addFact(QFormLayout *form, const QString &caption, const QString &objectName)
 {
-    QLabel *fact = makeText({}, this);
+    QLabel *fact = plainLabel({}, this);
     fact->setObjectName(objectName);
     fact->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     form->addRow(caption, fact);

@@ -5,6 +5,7 @@
 #include "controls/globals/Tables.h"
 #include "controls/parts/Handler.h"
 #include "controls/parts/ListCommands.h"
+#include "controls/parts/PlainLabel.h"
 
 #include <QAction>
 #include <QHBoxLayout>
@@ -48,9 +49,10 @@ void QuickNavCategories::layOut()
                        QKeySequence::Delete, &QuickNavCategories::askDelete);
     buttons->addStretch();
     auto *layout = new QVBoxLayout(this);
-    layout->addWidget(makeText(tr("Names from which the categories of the quick navigation are "
-                                  "chosen. The second column counts the categories of that name."),
-                               this));
+    layout->addWidget(
+        plainLabel(tr("Names from which the categories of the quick navigation are "
+                      "chosen. The second column counts the categories of that name."),
+                   this));
     layout->addWidget(m_problem);
     layout->addWidget(tvwCategories, 1);
     layout->addLayout(buttons);

@@ -4,6 +4,7 @@
 #include "controls/globals/Tables.h"
 #include "controls/parts/CheckedField.h"
 #include "controls/parts/Handler.h"
+#include "controls/parts/PlainLabel.h"
 #include "controls/session/LockedFiles.h"
 #include "projectfiles/TableOfContents.h"
 
@@ -59,7 +60,7 @@ void RenameProjectDialog::layOut()
 {
     auto *name = new QHBoxLayout;
     if (!m_prefix.isEmpty())
-        name->addWidget(makeText(m_prefix, this));
+        name->addWidget(plainLabel(m_prefix, this));
     name->addWidget(txtName, 1);
     auto *form = new QFormLayout;
     auto *label = new QLabel(tr("New &name:"), this);
@@ -86,9 +87,9 @@ void RenameProjectDialog::layOut()
     layout->addLayout(form);
     layout->addWidget(tvwChanges);
     layout->addWidget(chkOthers);
-    layout->addWidget(makeText(tr("Other authors must have closed the project. Renaming is not "
-                                  "undone with Undo: rename the project back instead."),
-                               this));
+    layout->addWidget(plainLabel(tr("Other authors must have closed the project. Renaming is not "
+                                    "undone with Undo: rename the project back instead."),
+                                 this));
     layout->addWidget(buttons);
     const int letter = fontMetrics().averageCharWidth();
     resize(90 * letter, 28 * fontMetrics().lineSpacing());

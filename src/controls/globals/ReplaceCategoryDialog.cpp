@@ -1,6 +1,7 @@
 #include "controls/globals/ReplaceCategoryDialog.h"
 
 #include "controls/globals/Tables.h"
+#include "controls/parts/PlainLabel.h"
 
 #include <QComboBox>
 #include <QDialogButtonBox>
@@ -44,7 +45,7 @@ ReplaceCategoryDialog::ReplaceCategoryDialog(const Task &task, Run run, QWidget 
     auto *form = new QFormLayout;
     form->addRow(tr("Its books &get:"), cboInto);
     auto *layout = new QVBoxLayout(this);
-    layout->addWidget(makeText(task.question, this));
+    layout->addWidget(plainLabel(task.question, this));
     layout->addWidget(books);
     layout->addLayout(form);
     layout->addWidget(buttons);

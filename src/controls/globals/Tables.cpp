@@ -1,5 +1,6 @@
 #include "controls/globals/Tables.h"
 
+#include "controls/parts/PlainLabel.h"
 #include "resources/Icons.h"
 
 #include <QHeaderView>
@@ -53,7 +54,7 @@ QString chosenRow(const QTreeWidget *table)
 
 QLabel *makeProblemLabel(const QString &objectName, QWidget *parent)
 {
-    QLabel *label = makeText({}, parent);
+    QLabel *label = plainLabel({}, parent);
     label->setObjectName(objectName);
     label->hide();
     return label;
@@ -68,14 +69,6 @@ void sayProblem(QLabel *label, const QString &problem)
 QString counted(qsizetype count, const QString &one, const QString &many)
 {
     return count == 1 ? one : many.arg(count);
-}
-
-QLabel *makeText(const QString &text, QWidget *parent)
-{
-    auto *label = new QLabel(text, parent);
-    label->setTextFormat(Qt::PlainText);
-    label->setWordWrap(true);
-    return label;
 }
 
 QPushButton *makeButton(const QString &objectName, QLatin1StringView iconName, const QString &text,

@@ -29,9 +29,6 @@ void sayProblem(QLabel *label, const QString &problem);
 /// "1 page" or "7 pages": `one` as it is, `many` with its %1.
 QString counted(qsizetype count, const QString &one, const QString &many);
 
-/// Plain text that wraps.
-QLabel *makeText(const QString &text, QWidget *parent);
-
 QPushButton *makeButton(const QString &objectName, QLatin1StringView iconName, const QString &text,
                         QWidget *parent);
 /// A button with a picture only.

@@ -14,7 +14,7 @@ AddSourceFiles::AddSourceFiles(ProjectSession &session, QWidget *window)
     connect(m_list, &ImportList::added, this, &AddSourceFiles::added);
 }
 
-void AddSourceFiles::begin(const QStringList &picked)
+void AddSourceFiles::begin(const QStringList &picked, const std::function<void()> &whenNone)
 {
     if (!m_session.currentBook())
         return;
@@ -25,6 +25,9 @@ void AddSourceFiles::begin(const QStringList &picked)
             plan = SourceImport(program.session, program.files)
                        .plan(m_session.projectName(), *m_session.currentBook(), picked, progress);
         });
-        m_list->decide(plan);
+        if (plan.items.isEmpty() && whenNone)
+            whenNone();
+        else
+            m_list->decide(plan);
     });
 }

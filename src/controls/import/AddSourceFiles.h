@@ -2,6 +2,8 @@
 
 #include "controls/session/ProjectSession.h"
 
+#include <functional>
+
 class ImportList;
 class QWidget;
 
@@ -15,7 +17,8 @@ public:
 
     /// Begins with files or folders (product paths) for the current book. The list stays open for
     /// the author; `added` follows when something was.
-    void begin(const QStringList &picked);
+    /// Where there is no page in them at all `whenNone` runs instead.
+    void begin(const QStringList &picked, const std::function<void()> &whenNone = {});
 
 Q_SIGNALS:
     void added();

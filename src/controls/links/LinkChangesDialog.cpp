@@ -1,10 +1,10 @@
 #include "controls/links/LinkChangesDialog.h"
 
 #include "controls/links/LinkTable.h"
+#include "controls/parts/PlainLabel.h"
 
 #include <QAction>
 #include <QDialogButtonBox>
-#include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QSet>
@@ -47,14 +47,6 @@ QList<LinkTableRow> rowsFor(const PageMove &move)
     return rows;
 }
 
-QLabel *plainLabel(const QString &text, QWidget *parent)
-{
-    auto *label = new QLabel(text, parent);
-    label->setTextFormat(Qt::PlainText);
-    label->setWordWrap(true);
-    return label;
-}
-
 } // namespace
 
 LinkChangesDialog::LinkChangesDialog(const PageMove &move, const QString &what, bool moving,
@@ -66,7 +58,7 @@ LinkChangesDialog::LinkChangesDialog(const PageMove &move, const QString &what, 
     setObjectName(u"LinkChangesDialog"_s);
     setWindowTitle(tr("Links that change"));
     layOut(move, what);
-    addButtons(static_cast<QVBoxLayout *>(layout()), moving, move.lockedPages().size());
+    addButtons(static_cast<QVBoxLayout *>(layout()), move, moving);
     resize(fontMetrics().averageCharWidth() * 120, fontMetrics().height() * 26);
     m_table->setFocus();
 }
@@ -107,12 +99,12 @@ void LinkChangesDialog::layOut(const PageMove &move, const QString &what)
                                      this));
 }
 
-void LinkChangesDialog::addButtons(QVBoxLayout *layout, bool moving, qsizetype lockedCount)
+void LinkChangesDialog::addButtons(QVBoxLayout *layout, const PageMove &move, bool moving)
 {
     auto *buttons = new QDialogButtonBox(this);
-    const QString change = lockedCount > 0 ? tr("&Unlock them and go on")
-                           : moving        ? tr("Change &links and move")
-                                           : tr("Change &links and rename");
+    const QString change = !move.lockedPages().isEmpty() ? tr("&Unlock them and go on")
+                           : moving                      ? tr("Change &links and move")
+                                                         : tr("Change &links and rename");
     QPushButton *go = buttons->addButton(change, QDialogButtonBox::AcceptRole);
     go->setObjectName(u"cmdChangeLinks"_s);
     go->setDefault(true);
@@ -120,7 +112,9 @@ void LinkChangesDialog::addButtons(QVBoxLayout *layout, bool moving, qsizetype l
                                            QDialogButtonBox::ActionRole);
     only->setObjectName(u"cmdFilesOnly"_s);
     only->setAutoDefault(false);
-    only->setToolTip(tr("The links listed here will lead nowhere."));
+    only->setToolTip(
+        tr("Links in other pages will lead nowhere; those in what moves are changed."));
+    only->setVisible(move.withOwnLinksOnly().changeCount() < move.changeCount());
     QPushButton *cancel = buttons->addButton(QDialogButtonBox::Cancel);
     cancel->setObjectName(u"cmdCancel"_s);
     cancel->setAutoDefault(false);

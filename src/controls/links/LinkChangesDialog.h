@@ -22,7 +22,7 @@ public:
 
 private:
     void layOut(const PageMove &move, const QString &what);
-    void addButtons(QVBoxLayout *layout, bool moving, qsizetype lockedCount);
+    void addButtons(QVBoxLayout *layout, const PageMove &move, bool moving);
 
     LinkTable *m_table;
 };

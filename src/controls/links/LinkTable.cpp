@@ -1,5 +1,8 @@
 #include "controls/links/LinkTable.h"
 
+#include "controls/parts/ListCommands.h"
+#include "controls/parts/PlainTip.h"
+
 #include <QAction>
 #include <QClipboard>
 #include <QGuiApplication>
@@ -59,12 +62,6 @@ QPixmap markAt(LinkMark mark, int ratio)
     painter.setRenderHint(QPainter::Antialiasing);
     drawMark(painter, mark);
     return pixmap;
-}
-
-// Texts out of pages must not be taken for markup.
-QString plainTip(const QString &text)
-{
-    return Qt::mightBeRichText(text) ? u"<span>%1</span>"_s.arg(text.toHtmlEscaped()) : text;
 }
 
 } // namespace
@@ -202,12 +199,8 @@ void LinkTable::copyRows() const
 void LinkTable::addCommand(const QString &text, const QKeySequence &keys,
                            const std::function<void()> &run)
 {
-    auto *action = new QAction(text, this);
-    action->setShortcut(keys);
-    action->setShortcutContext(Qt::WidgetShortcut);
-    connect(action, &QAction::triggered, this, [this, run] {
+    addListAction(this, text, {}, keys, [this, run] {
         if (currentRow() >= 0)
             run();
     });
-    addAction(action);
 }

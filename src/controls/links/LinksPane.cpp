@@ -1,11 +1,11 @@
 #include "controls/links/LinksPane.h"
 
 #include "controls/books/PagePlaces.h"
+#include "controls/parts/PlainLabel.h"
 #include "controls/session/ProjectPages.h"
 #include "platform/QvError.h"
 
 #include <QAction>
-#include <QLabel>
 #include <QLineEdit>
 #include <QSplitter>
 #include <QVBoxLayout>
@@ -68,20 +68,12 @@ QString withAnchor(const QString &path, const QString &anchor)
     return anchor.isEmpty() ? path : path + u'#' + anchor;
 }
 
-QLabel *plainLabel(QWidget *parent)
-{
-    auto *label = new QLabel(parent);
-    label->setTextFormat(Qt::PlainText);
-    label->setWordWrap(true);
-    return label;
-}
-
 } // namespace
 
 LinksPane::LinksPane(ProjectSession &session, QWidget *parent)
     : QWidget(parent)
     , m_session(session)
-    , m_keyWords(plainLabel(this))
+    , m_keyWords(plainLabel({}, this))
 {
     setObjectName(u"LinksPane"_s);
     layOut();
@@ -127,7 +119,7 @@ void LinksPane::layOutList(List &list, const QString &objectName, const QString 
     auto *box = new QWidget(parent);
     auto *layout = new QVBoxLayout(box);
     layout->setContentsMargins({});
-    list.heading = plainLabel(box);
+    list.heading = plainLabel({}, box);
     const QString first = &list == &m_in ? tr("Page") : tr("Leads to");
     list.table = new LinkTable({first, tr("Line"), tr("Text"), tr("State")}, {38, 7, 30}, box);
     list.table->setObjectName(objectName);
@@ -212,7 +204,7 @@ void LinksPane::listQuickNav(const QList<QuickNavNode> &nodes, const QStringList
                                link.title, wordFor(state)},
                               markFor(state),
                               index.problemOf(asLink)});
-            m_in.places.append(Place());
+            m_in.places.append({.page = {}, .quickNav = names});
         }
         listQuickNav(node.children, names, page, path);
     }
@@ -234,7 +226,8 @@ void LinksPane::add(List &list, const QString &name, const IndexedPage &page,
     list.rows.append({{name, QString::number(link.line), textFor(link), wordFor(state)},
                       markFor(state),
                       index.problemOf(link)});
-    list.places.append({page.path, link.start, link.length, link.target});
+    list.places.append(
+        {.page = page.path, .start = link.start, .length = link.length, .target = link.target});
 }
 
 void LinksPane::showLists(const QString &problem)
@@ -258,6 +251,8 @@ void LinksPane::jump(const List &list, int row)
     const Place place = list.places.value(row);
     if (!place.page.isEmpty())
         Q_EMIT placeRequested(place.page, place.start, place.length);
+    else if (!place.quickNav.isEmpty())
+        Q_EMIT quickNavRequested(place.quickNav);
 }
 
 void LinksPane::followTarget()

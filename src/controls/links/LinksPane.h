@@ -23,6 +23,9 @@ Q_SIGNALS:
     /// The author wants to see a place in a page: its path relative to the project folder, and the
     /// place in the page's text.
     void placeRequested(const QString &path, qsizetype start, qsizetype length);
+    /// The author wants to see a category of the quick navigation: the names of its view, group,
+    /// topic and its own.
+    void quickNavRequested(const QStringList &names);
 
 private:
     struct Place
@@ -30,6 +33,7 @@ private:
         QString page; ///< "" for a place of the quick navigation
         qsizetype start = 0, length = 0;
         QString target = {};
+        QStringList quickNav = {}; ///< the names that lead to a place there
     };
     struct List
     {

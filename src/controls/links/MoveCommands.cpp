@@ -1,5 +1,6 @@
 #include "controls/links/MoveCommands.h"
 
+#include "controls/books/BookRules.h"
 #include "controls/session/LockedFiles.h"
 #include "controls/session/ProjectPages.h"
 #include "platform/Paths.h"
@@ -24,6 +25,20 @@ bool isSafePath(const QString &path)
     return std::all_of(pieces.cbegin(), pieces.cend(), isSafeName);
 }
 
+/// Selects what was selected before the move, where it is now. `ids` are those that pages got.
+void showAgain(ProjectSession &session, const PlannedMove &planned, const TocBook &book,
+               const QString &page, const QHash<QString, QString> &ids)
+{
+    if (planned.outline && identityOf(book) == identityOf(planned.outline->from)
+        && ids.contains(page)) {
+        session.select(planned.outline->to, ids.value(page));
+        return;
+    }
+    TocBook now = book; // its folder may have another name
+    now.folder = MovedPaths(planned.move.moves).newPath(plain(now.folder));
+    session.select(now.folder == plain(book.folder) ? book : now, page);
+}
+
 } // namespace
 
 MoveCommands::MoveCommands(ProjectSession &session)
@@ -43,7 +58,7 @@ QString MoveCommands::problemOfFile(const TocBook &book, const QString &file,
     const QString name = plain(newFile);
     if (newFile.trimmed().isEmpty())
         return tr("The file needs a name.");
-    if (!isSafePath(name))
+    if (!isSafePath(name) || name.contains(u'#') || name.contains(u'%'))
         return tr("\"%1\" cannot be the name of a file.").arg(newFile);
     if (!isPageName(name))
         return tr("The name of a page ends in .htm or .html.");
@@ -74,6 +89,15 @@ QString MoveCommands::problemOfFolder(const TocBook &book, const QString &newFol
         return tr("A folder cannot be moved into itself or out of a folder of its own.");
     if (m_files.exists(m_session.folder() + name))
         return tr("There is a folder of that name already.");
+    QList<TocBook> others = m_session.books();
+    others.removeOne(book);
+    const QStringList pieces = name.split(u'\\');
+    for (const QString &piece : pieces) { // a book may lie deeper in the project
+        const QString problem =
+            BookRules::folderProblem(piece, pieces.size() == 1 ? others : QList<TocBook>());
+        if (!problem.isEmpty())
+            return problem;
+    }
     return {};
 }
 
@@ -155,28 +179,23 @@ bool MoveCommands::carryOut(const PlannedMove &planned, bool withLinks, const QS
     const QString language = values.projectLanguage;
     const auto selected = m_session.currentBook();
     const QString page = m_session.currentPage();
-    QString movedId;
+    QHash<QString, QString> ids; // of pages that went to another place of an outline
     UnlockedFiles unlocked(m_session);
     unlocked.unlock(withLinks ? unlock : QStringList());
+    const PageMove move = withLinks ? planned.move : planned.move.withOwnLinksOnly();
     const auto work = [&](StagedFiles &files, const Progress &progress) {
-        if (withLinks)
-            rewriteLinks(files, folder, planned.move, language, progress);
+        rewriteLinks(files, folder, move, language, progress);
         if (planned.outline)
-            movedId = moveInOutlines(values, files, project, *planned.outline, planned.move.moves);
-        followInProject(values, files, project, planned.move.moves);
-        moveFiles(files, folder, planned.move.moves);
+            ids = moveInOutlines(values, files, project, *planned.outline, move.moves);
+        followInProject(values, files, project, move.moves);
+        moveFiles(files, folder, move.moves);
     };
     if (!m_session.performLong(planned.name, planned.title, work))
         return false;
     unlocked.keep();
-    if (planned.outline && planned.outline->ids.contains(page)) {
-        m_session.select(planned.outline->to, movedId);
-    } else if (selected) {
-        TocBook now = *selected; // its folder may have another name
-        now.folder = MovedPaths(planned.move.moves).newPath(plain(now.folder));
-        m_session.select(now.folder == plain(selected->folder) ? *selected : now, page);
-    }
-    const int links = withLinks ? planned.move.changeCount() : 0;
+    if (selected)
+        showAgain(m_session, planned, *selected, page, ids);
+    const int links = move.changeCount();
     Q_EMIT m_session.done(planned.said
                           + (links > 0 ? u' ' + tr("Links changed: %1.").arg(links) : QString()));
     return true;

@@ -41,7 +41,8 @@ public:
     PlannedMove planToBook(const OutlineMove &move);
 
     /// Does it as one command that can be undone; `unlock` are locked pages that may be written.
-    /// False when there was nothing to do.
+    /// Without `withLinks` only the links in what moves are kept right. False when there was
+    /// nothing to do.
     bool carryOut(const PlannedMove &planned, bool withLinks, const QStringList &unlock = {});
 
 private:

@@ -1,6 +1,7 @@
 #include "controls/pages/CompareDialog.h"
 
 #include "controls/pages/CompareModel.h"
+#include "controls/pages/HitDelegate.h"
 
 #include <QDialogButtonBox>
 #include <QFontDatabase>
@@ -48,6 +49,8 @@ void CompareDialog::makeTable()
     m_table->setTabKeyNavigation(false);
     m_table->setShowGrid(false);
     m_table->setWordWrap(false);
+    for (const int column : {CompareModel::LeftText, CompareModel::RightText})
+        m_table->setItemDelegateForColumn(column, new HitDelegate(m_table));
     m_table->verticalHeader()->hide();
     m_table->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     m_table->verticalHeader()->setDefaultSectionSize(m_table->fontMetrics().height() + 2);
@@ -65,31 +68,46 @@ void CompareDialog::makeTable()
 
 void CompareDialog::layOut()
 {
+    auto *layout = new QVBoxLayout(this);
+    layout->addLayout(stepRow());
+    layout->addWidget(m_table, 1);
+    layout->addWidget(answers());
+    m_table->setFocus();
+}
+
+// Enter leads on, and never to an answer: one of them drops text.
+QBoxLayout *CompareDialog::stepRow()
+{
+    auto *row = new QHBoxLayout;
+    row->addWidget(m_count, 1);
+    const auto add = [&](const char *name, const QString &text, const QString &tip, int direction) {
+        auto *button = new QPushButton(text, this);
+        button->setObjectName(QLatin1StringView(name));
+        button->setToolTip(tip);
+        button->setEnabled(m_model->differences() > 0);
+        connect(button, &QPushButton::clicked, this, [this, direction] { go(direction); });
+        row->addWidget(button);
+        return button;
+    };
+    add("cmdNextDifference", tr("&Next"), tr("Next difference (F8)"), 1)->setDefault(true);
+    add("cmdPreviousDifference", tr("&Previous"), tr("Previous difference (Shift+F8)"), -1);
+    return row;
+}
+
+QWidget *CompareDialog::answers()
+{
     auto *buttons = new QDialogButtonBox(this);
-    const auto add = [&](const char *name, const QString &text, QDialogButtonBox::ButtonRole role) {
+    const auto add = [&](const char *name, const QString &text, QDialogButtonBox::ButtonRole role,
+                         int answer) {
         QPushButton *button = buttons->addButton(text, role);
         button->setObjectName(QLatin1StringView(name));
         button->setAutoDefault(false);
-        return button;
+        connect(button, &QPushButton::clicked, this, [this, answer] { done(answer); });
     };
-    QPushButton *next = add("cmdNextDifference", tr("&Next"), QDialogButtonBox::ActionRole);
-    QPushButton *previous =
-        add("cmdPreviousDifference", tr("&Previous"), QDialogButtonBox::ActionRole);
-    next->setToolTip(tr("Next difference (F8)"));
-    previous->setToolTip(tr("Previous difference (Shift+F8)"));
-    connect(next, &QPushButton::clicked, this, [this] { go(1); });
-    connect(previous, &QPushButton::clicked, this, [this] { go(-1); });
-    connect(add("cmdTakeTheirs", tr("Take &theirs"), QDialogButtonBox::AcceptRole),
-            &QPushButton::clicked, this, &QDialog::accept);
-    connect(add("cmdKeepMine", tr("Keep &mine"), QDialogButtonBox::AcceptRole),
-            &QPushButton::clicked, this, [this] { done(Kept); });
-    connect(add("cmdLater", tr("Decide &later"), QDialogButtonBox::RejectRole),
-            &QPushButton::clicked, this, &QDialog::reject);
-
-    auto *layout = new QVBoxLayout(this);
-    layout->addWidget(m_count);
-    layout->addWidget(m_table, 1);
-    layout->addWidget(buttons);
+    add("cmdTakeTheirs", tr("Take &theirs"), QDialogButtonBox::AcceptRole, Accepted);
+    add("cmdKeepMine", tr("Keep &mine"), QDialogButtonBox::AcceptRole, Kept);
+    add("cmdLater", tr("Decide &later"), QDialogButtonBox::RejectRole, Rejected);
+    return buttons;
 }
 
 void CompareDialog::go(int direction)

@@ -3,6 +3,7 @@
 #include <QDialog>
 
 class CompareModel;
+class QBoxLayout;
 class QLabel;
 class QTableView;
 
@@ -21,6 +22,8 @@ public:
 private:
     void makeTable();
     void layOut();
+    QBoxLayout *stepRow();
+    QWidget *answers();
     void go(int direction);
 
     CompareModel *m_model;

@@ -1,6 +1,11 @@
 #include "controls/pages/CompareModel.h"
 
+#include "controls/pages/HitDelegate.h"
+#include "controls/parts/PlainTip.h"
+
 #include <QBrush>
+
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
@@ -72,6 +77,11 @@ QVariant CompareModel::data(const QModelIndex &index, int role) const
         return text(row, index.column());
     case Qt::AccessibleTextRole:
         return words(row);
+    case Qt::ToolTipRole:
+        return plainTip(text(row, index.column()));
+    case HitDelegate::BeginRole:
+    case HitDelegate::LengthRole:
+        return place(row, index.column(), role);
     case Qt::BackgroundRole:
         return row.kind == Kind::Same ? QVariant() : QBrush(colourOf(row.kind, m_palette));
     case Qt::TextAlignmentRole:
@@ -95,6 +105,23 @@ QString CompareModel::text(const DiffRow &row, int column) const
     if (column == LeftLine || column == RightLine)
         return QString::number(line + 1);
     return column == LeftText ? m_left[line] : m_right[line];
+}
+
+/// Where the two versions of a line differ: what lies between what is alike at its ends.
+QVariant CompareModel::place(const DiffRow &row, int column, int role) const
+{
+    if (row.kind != Kind::Changed || (column != LeftText && column != RightText))
+        return {};
+    const QString &one = column == LeftText ? m_left[row.left] : m_right[row.right];
+    const QString &other = column == LeftText ? m_right[row.right] : m_left[row.left];
+    const qsizetype shorter = qMin(one.size(), other.size());
+    const qsizetype begin =
+        std::mismatch(one.cbegin(), one.cbegin() + shorter, other.cbegin()).first - one.cbegin();
+    if (role == HitDelegate::BeginRole)
+        return begin;
+    const auto end =
+        std::mismatch(one.crbegin(), one.crbegin() + (shorter - begin), other.crbegin()).first;
+    return one.size() - begin - (end - one.crbegin());
 }
 
 QString CompareModel::words(const DiffRow &row) const

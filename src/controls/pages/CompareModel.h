@@ -29,6 +29,7 @@ public:
 private:
     [[nodiscard]] bool begins(int row) const;
     [[nodiscard]] QString text(const DiffRow &row, int column) const;
+    [[nodiscard]] QVariant place(const DiffRow &row, int column, int role) const;
     [[nodiscard]] QString words(const DiffRow &row) const;
 
     QStringList m_left, m_right;

@@ -38,6 +38,7 @@ FindBar::FindBar(PageTextView *editor, QWidget *parent)
     connect(m_text, &QLineEdit::textChanged, this, &FindBar::useOptions);
     connect(m_editor->document(), &QTextDocument::contentsChange, this, &FindBar::textEdited);
     connect(m_editor, &QPlainTextEdit::cursorPositionChanged, this, &FindBar::showCount);
+    m_editor->installEventFilter(this);
     hide();
 }
 
@@ -86,6 +87,8 @@ QWidget *FindBar::optionRow()
     m_matchCase = option(row, "chkMatchCase", tr("Match &case"));
     m_wholeWord = option(row, "chkWholeWord", tr("Whole &word"));
     m_isPattern = option(row, "chkPattern", tr("Regular e&xpression"));
+    m_isPattern->setToolTip(
+        tr("In the replacement, \\1 to \\9 stand for what the groups of the expression found."));
     m_message->setObjectName(u"lblFind"_s);
     m_message->setTextFormat(Qt::PlainText);
     m_message->setWordWrap(true);
@@ -138,11 +141,22 @@ void FindBar::hideEvent(QHideEvent *)
     m_outdated = true;
 }
 
+// A page that is locked or unlocked allows less or more.
+bool FindBar::eventFilter(QObject *, QEvent *event)
+{
+    if (event->type() == QEvent::ReadOnlyChange)
+        showCount();
+    return false;
+}
+
 void FindBar::keyPressEvent(QKeyEvent *event)
 {
     const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    auto *button = qobject_cast<QPushButton *>(focusWidget());
     if (event->key() == Qt::Key_Escape)
         close();
+    else if (enter && button != nullptr)
+        button->click();
     else if (enter && m_replacement->hasFocus())
         replaceOne();
     else if (enter && event->modifiers() & Qt::ShiftModifier)

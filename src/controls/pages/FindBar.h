@@ -37,6 +37,7 @@ private:
     QCheckBox *option(QHBoxLayout *row, const char *name, const QString &text);
     void keyPressEvent(QKeyEvent *event) override;
     void hideEvent(QHideEvent *event) override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
 
     void useOptions();
     void findAll();

@@ -43,6 +43,7 @@ FindInPages::FindInPages(ProjectSession &session, QWidget *parent)
     , m_matchCase(new QCheckBox(tr("Match &case"), this))
     , m_wholeWord(new QCheckBox(tr("Whole &word"), this))
     , m_isPattern(new QCheckBox(tr("Regular e&xpression"), this))
+    , m_all(new QCheckBox(tr("&All hits"), this))
     , m_find(button("cmdFindAll", tr("F&ind all"), &FindInPages::find))
     , m_preview(button("cmdPreview", tr("&Preview replacing"), &FindInPages::preview))
     , m_replace(button("cmdReplaceChecked", tr("&Replace checked"), &FindInPages::replaceChecked))
@@ -60,6 +61,8 @@ FindInPages::FindInPages(ProjectSession &session, QWidget *parent)
     connect(m_text, &QLineEdit::returnPressed, m_find, &QPushButton::click);
     connect(m_replacement, &QLineEdit::returnPressed, m_preview, &QPushButton::click);
     connect(m_hits, &PageHitsModel::checksChanged, this, &FindInPages::showState);
+    connect(m_all, &QCheckBox::clicked, this,
+            [this] { m_hits->checkAll(m_all->checkState() != Qt::Unchecked); });
     connect(&m_session, &ProjectSession::wasReset, this, [this] {
         m_run.reset();
         m_running = m_complete = false;
@@ -89,8 +92,8 @@ void FindInPages::makeTable()
     m_table->setTabKeyNavigation(false);
     m_table->setShowGrid(false);
     m_table->setWordWrap(false);
-    m_table->setTextElideMode(Qt::ElideMiddle);
-    m_table->setItemDelegateForColumn(PageHitsModel::Text, new HitDelegate(m_table));
+    for (const int column : {PageHitsModel::Text, PageHitsModel::After})
+        m_table->setItemDelegateForColumn(column, new HitDelegate(m_table));
     m_table->verticalHeader()->hide();
     m_table->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     m_table->verticalHeader()->setDefaultSectionSize(m_table->fontMetrics().height() + 6);
@@ -112,7 +115,7 @@ void FindInPages::layOut()
     layout->addLayout(fields);
     layout->addLayout(optionRow());
     layout->addLayout(buttonRow());
-    layout->addWidget(m_count);
+    layout->addLayout(countRow());
     layout->addWidget(m_table, 1);
     const int letter = fontMetrics().averageCharWidth();
     resize(130 * letter, 34 * fontMetrics().height());
@@ -164,6 +167,15 @@ QBoxLayout *FindInPages::buttonRow()
     return row;
 }
 
+QBoxLayout *FindInPages::countRow()
+{
+    auto *row = new QHBoxLayout;
+    m_all->setObjectName(u"chkAllHits"_s);
+    row->addWidget(m_all);
+    row->addWidget(m_count, 1);
+    return row;
+}
+
 void FindInPages::open(const QString &text)
 {
     if (!text.isEmpty())
@@ -196,6 +208,8 @@ void FindInPages::showState()
     m_replace->setToolTip(m_replace->isEnabled() ? QString()
                           : isPreviewed          ? tr("No hit is checked")
                                                  : tr("Preview the replacing first"));
+    m_all->setVisible(isPreviewed && m_hits->hitCount() > 0);
+    m_all->setCheckState(m_hits->checksOfAll());
     m_find->setToolTip(finder.isIdle() ? tr("Enter a text to find") : QString());
     showCount();
 }
@@ -235,16 +249,19 @@ void FindInPages::start(bool replacing)
     if (!m_session.mayLeave())
         return; // text that is not saved would be searched as it was
     Program &program = m_session.program();
+    const QStringList places = folders();
     PageQuery query{options(), {}};
     if (replacing)
         query.replacement = m_replacement->text();
     m_hits->start(replacing);
     m_complete = false;
-    m_running = true;
-    m_progress.clear();
+    m_running = !places.isEmpty();
+    m_progress = m_running ? QString() : tr("No book is chosen. Choose one in the tree first.");
+    if (!m_running)
+        return showState();
     m_run = std::make_unique<PageSearchRun>(
         program.files, SearchedPages{m_session.folder(), program.session.projectLanguage, {}},
-        folders(), query);
+        places, query);
     connect(m_run.get(), &PageSearchRun::found, m_hits, &PageHitsModel::add);
     connect(m_run.get(), &PageSearchRun::progressed, this, [this](int done, int total) {
         m_progress = tr("Searching: page %1 of %2").arg(done).arg(total);

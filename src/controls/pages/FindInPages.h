@@ -40,6 +40,7 @@ private:
     void addFields(QGridLayout *fields);
     QBoxLayout *optionRow();
     QBoxLayout *buttonRow();
+    QBoxLayout *countRow();
     void makeTable();
     QPushButton *button(const char *name, const QString &text, void (FindInPages::*slot)());
 
@@ -63,7 +64,7 @@ private:
     QLineEdit *m_text, *m_replacement;
     QLabel *m_problem, *m_count;
     QComboBox *m_scope;
-    QCheckBox *m_matchCase, *m_wholeWord, *m_isPattern;
+    QCheckBox *m_matchCase, *m_wholeWord, *m_isPattern, *m_all;
     QPushButton *m_find, *m_preview, *m_replace, *m_stop;
     QTableView *m_table;
     std::unique_ptr<PageSearchRun> m_run;

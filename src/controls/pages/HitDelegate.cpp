@@ -1,7 +1,5 @@
 #include "controls/pages/HitDelegate.h"
 
-#include "controls/pages/PageHitsModel.h"
-
 #include <QApplication>
 #include <QPainter>
 #include <QTextLayout>
@@ -32,7 +30,7 @@ QString shownText(const QString &line, const QFontMetrics &metrics, int width, q
 void HitDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option,
                         const QModelIndex &index) const
 {
-    const QVariant beginData = index.data(PageHitsModel::BeginRole);
+    const QVariant beginData = index.data(BeginRole);
     QStyleOptionViewItem item = option;
     initStyleOption(&item, index);
     const QString line = item.text;
@@ -48,7 +46,7 @@ void HitDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option,
     QTextLayout layout(shownText(line, item.fontMetrics, area.width(), begin), item.font);
     QTextLayout::FormatRange hit;
     hit.start = static_cast<int>(begin);
-    hit.length = index.data(PageHitsModel::LengthRole).toInt();
+    hit.length = index.data(LengthRole).toInt();
     hit.format.setFontWeight(QFont::Bold);
     hit.format.setFontUnderline(true);
     layout.setFormats({hit});

@@ -1,6 +1,9 @@
 #include "controls/pages/HtmlHighlighter.h"
 
+#include "controls/pages/LongLines.h"
+
 #include <QPalette>
+#include <QTextDocument>
 
 using namespace Qt::StringLiterals;
 
@@ -52,17 +55,41 @@ void HtmlHighlighter::makeFormats(const QPalette &palette)
 
 void HtmlHighlighter::colour(qsizetype from, qsizetype to, Look look)
 {
-    if (to > from)
-        setFormat(static_cast<int>(from), static_cast<int>(to - from), m_formats.at(look));
+    if (to <= from)
+        return;
+    const int start = static_cast<int>(from), length = static_cast<int>(to - from);
+    if (m_isAside)
+        m_aside.append({start, length, m_formats.at(look)});
+    else
+        setFormat(start, length, m_formats.at(look));
 }
 
 void HtmlHighlighter::highlightBlock(const QString &line)
 {
     m_state = qMax(0, previousBlockState());
-    if (line.size() > longestLine) {
-        setCurrentBlockState(Text);
-        return;
-    }
+    m_isAside = LongLines::isPlain(line);
+    m_aside.clear();
+    if (line.size() > longestLine)
+        m_state = Text;
+    else
+        scan(line);
+    setCurrentBlockState(m_state);
+    if (m_isAside || currentBlockUserData() != nullptr)
+        keepAside();
+}
+
+// The layout does not know that other colours are to be shown.
+void HtmlHighlighter::keepAside()
+{
+    const auto *before = static_cast<const LineColours *>(currentBlockUserData());
+    const bool changed = before != nullptr && before->ranges != m_aside;
+    setCurrentBlockUserData(m_isAside ? new LineColours(m_aside) : nullptr);
+    if (changed)
+        Q_EMIT document()->documentLayout()->updateBlock(currentBlock());
+}
+
+void HtmlHighlighter::scan(QStringView line)
+{
     qsizetype at = 0;
     while (at < line.size()) {
         switch (m_state & stateBits) {
@@ -88,7 +115,6 @@ void HtmlHighlighter::highlightBlock(const QString &line)
             at = inText(line, at);
         }
     }
-    setCurrentBlockState(m_state);
 }
 
 qsizetype HtmlHighlighter::inText(QStringView line, qsizetype at)

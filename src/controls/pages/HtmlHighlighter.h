@@ -2,6 +2,7 @@
 
 #include <QSyntaxHighlighter>
 #include <QTextCharFormat>
+#include <QTextLayout>
 
 #include <array>
 
@@ -29,6 +30,8 @@ private:
     enum Look { Tag, Attribute, Value, Comment, Entity, Raw, LookCount };
     void makeFormats(const QPalette &palette);
     void colour(qsizetype from, qsizetype to, Look look);
+    void scan(QStringView line);
+    void keepAside();
 
     qsizetype inText(QStringView line, qsizetype at);
     qsizetype inComment(QStringView line, qsizetype at);
@@ -39,5 +42,7 @@ private:
     qsizetype openTag(QStringView line, qsizetype at);
 
     std::array<QTextCharFormat, LookCount> m_formats;
-    int m_state = 0; ///< of the line being coloured
+    int m_state = 0;        ///< of the line being coloured
+    bool m_isAside = false; ///< its colours are kept beside its layout
+    QList<QTextLayout::FormatRange> m_aside;
 };

@@ -32,7 +32,7 @@ void KeptTextsNotice::tell()
             || !PageQuestions::showKept(m_session.program().messages,
                                         static_cast<int>(pages.size())))
             return;
-        auto *dialog = new KeptTextsDialog(pages, m_window);
+        auto *dialog = new KeptTextsDialog(m_session, pages, m_window);
         dialog->setAttribute(Qt::WA_DeleteOnClose);
         connect(dialog, &KeptTextsDialog::pageRequested, this, &KeptTextsNotice::pageRequested);
         connect(&m_session, &ProjectSession::wasReset, dialog, &QWidget::close);

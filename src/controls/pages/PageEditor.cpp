@@ -141,7 +141,7 @@ void PageEditor::setPage(const QString &text)
     m_loaded = text;
     m_lineEnd = usualLineEnd(ends);
     m_mixedLineEnds = (ends.crlf > 0) + (ends.lf > 0) + (ends.cr > 0) > 1;
-    m_view->setPlainText(text);
+    m_view->showText(text);
     m_view->document()->setModified(false);
 
     QString lines = text;
@@ -184,9 +184,11 @@ void PageEditor::setModified(bool modified)
 
 void PageEditor::replaceAll(const QString &text)
 {
+    const View place = view();
     QTextCursor cursor(m_view->document());
     cursor.select(QTextCursor::Document);
     cursor.insertText(text);
+    setView(place);
 }
 
 void PageEditor::showPlace(qsizetype start, qsizetype length)

@@ -36,7 +36,8 @@ public:
     /// True once the page was saved; false marks it unsaved (recovered text).
     void setModified(bool modified);
 
-    /// Puts other text in place of the whole, as one step that can be undone.
+    /// Puts other text in place of the whole, as one step that can be undone; the author stays
+    /// where he is.
     void replaceAll(const QString &text);
     /// Marks a place of `text()`, counted with its line ends, and brings it into view.
     void showPlace(qsizetype start, qsizetype length);
@@ -70,9 +71,9 @@ public:
 Q_SIGNALS:
     void modificationChanged(bool modified);
     void textChanged();
-    void insertLinkRequested();                     ///< Ctrl+K
-    void nodesDropped(const DraggedNodes &nodes);   ///< from the project tree
-    void unlockRequested();                         ///< *Unlock page* was pressed
+    void insertLinkRequested();                   ///< Ctrl+K
+    void nodesDropped(const DraggedNodes &nodes); ///< from the project tree
+    void unlockRequested();                       ///< *Unlock page* was pressed
 
 private:
     void makeLayout();

@@ -1,5 +1,8 @@
 #include "controls/pages/PageHitsModel.h"
 
+#include "controls/pages/HitDelegate.h"
+#include "controls/parts/PlainTip.h"
+
 #include <algorithm>
 
 using namespace Qt::StringLiterals;
@@ -47,6 +50,24 @@ qsizetype PageHitsModel::checkedCount() const
                          [](const Row &row) { return row.checked; });
 }
 
+Qt::CheckState PageHitsModel::checksOfAll() const
+{
+    const auto checked = checkedCount();
+    const auto all = std::count_if(m_rows.cbegin(), m_rows.cend(),
+                                   [this](const Row &row) { return canReplace(row); });
+    return checked == 0 ? Qt::Unchecked : checked == all ? Qt::Checked : Qt::PartiallyChecked;
+}
+
+void PageHitsModel::checkAll(bool checked)
+{
+    if (m_rows.isEmpty())
+        return;
+    for (Row &row : m_rows)
+        row.checked = checked && canReplace(row);
+    Q_EMIT dataChanged(index(0, Page), index(rowCount() - 1, Page), {Qt::CheckStateRole});
+    Q_EMIT checksChanged();
+}
+
 const FoundPage &PageHitsModel::page(int row) const
 {
     return m_pages.at(m_rows.at(row).page);
@@ -92,22 +113,20 @@ int PageHitsModel::columnCount(const QModelIndex &parent) const
 QVariant PageHitsModel::data(const QModelIndex &index, int role) const
 {
     const Row &row = m_rows.at(index.row());
-    const PageHit *const found = hit(index.row());
     switch (role) {
     case Qt::DisplayRole:
         return text(row, index.column());
     case Qt::ToolTipRole:
-        return index.column() == Line ? QVariant() : text(row, index.column());
+        return index.column() == Line ? QVariant() : plainTip(text(row, index.column()));
     case Qt::TextAlignmentRole:
         return index.column() == Line ? int(Qt::AlignRight | Qt::AlignVCenter) : QVariant();
     case Qt::CheckStateRole:
         if (index.column() == Page && canReplace(row))
             return row.checked ? Qt::Checked : Qt::Unchecked;
         return {};
-    case BeginRole:
-        return index.column() == Text && found != nullptr ? QVariant(found->begin) : QVariant();
-    case LengthRole:
-        return found != nullptr ? QVariant(found->length) : QVariant();
+    case HitDelegate::BeginRole:
+    case HitDelegate::LengthRole:
+        return place(row, index.column(), role);
     default:
         return {};
     }
@@ -119,7 +138,7 @@ QString PageHitsModel::text(const Row &row, int column) const
     const PageHit *const found = row.hit < 0 ? nullptr : &page.hits.at(row.hit);
     switch (column) {
     case Page:
-        return page.path;
+        return m_replacing && page.locked ? tr("%1 (locked)").arg(page.path) : page.path;
     case Line:
         return found != nullptr ? QString::number(found->line) : QString();
     case Text:
@@ -145,7 +164,20 @@ QString PageHitsModel::after(const Row &row) const
     QString line = found.text;
     line.replace(found.begin, found.length, found.after);
     line.replace(u'\n', u' ').replace(u'\r', u' ');
-    return page.locked ? tr("(locked) %1").arg(line) : line;
+    return line;
+}
+
+/// Where the hit, or what takes its place, stands in the text of a column.
+QVariant PageHitsModel::place(const Row &row, int column, int role) const
+{
+    const FoundPage &page = m_pages.at(row.page);
+    const bool isPlain = column == Text || (column == After && page.refusal.isEmpty());
+    if (row.hit < 0 || !isPlain)
+        return {};
+    const PageHit &found = page.hits.at(row.hit);
+    if (role == HitDelegate::LengthRole)
+        return column == Text ? found.length : found.after.size();
+    return found.begin;
 }
 
 bool PageHitsModel::setData(const QModelIndex &index, const QVariant &value, int role)

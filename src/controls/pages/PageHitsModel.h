@@ -13,7 +13,6 @@ class PageHitsModel final : public QAbstractTableModel
 
 public:
     enum Column { Page, Line, Text, After, ColumnCount };
-    enum Role { BeginRole = Qt::UserRole, LengthRole }; ///< of the hit in the text of a row
 
     explicit PageHitsModel(QObject *parent = nullptr);
 
@@ -24,6 +23,8 @@ public:
     [[nodiscard]] qsizetype hitCount() const { return m_hits; }
     [[nodiscard]] qsizetype pageCount() const { return m_pages.size(); }
     [[nodiscard]] qsizetype checkedCount() const;
+    [[nodiscard]] Qt::CheckState checksOfAll() const; ///< of all hits that can be checked
+    void checkAll(bool checked);
     /// The page of a row, and its hit: null in the row of a page that cannot be searched.
     [[nodiscard]] const FoundPage &page(int row) const;
     [[nodiscard]] const PageHit *hit(int row) const;
@@ -52,6 +53,7 @@ private:
     [[nodiscard]] bool canReplace(const Row &row) const;
     [[nodiscard]] QString text(const Row &row, int column) const;
     [[nodiscard]] QString after(const Row &row) const;
+    [[nodiscard]] QVariant place(const Row &row, int column, int role) const;
 
     QList<FoundPage> m_pages;
     QList<Row> m_rows;

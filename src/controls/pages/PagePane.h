@@ -75,6 +75,7 @@ private:
     void revert();
     void reload();
     void keepMine();
+    void keepMineOver(const OpenPage &seen);
     void compare();
     void noticeFiles(const QStringList &paths);
 

@@ -161,26 +161,41 @@ void PagePane::noticeChanges()
         reload();
     else
         m_conflictBar->setVisible(changed);
+    showLock();
 }
 
 void PagePane::keepMine()
 {
-    handled(m_session.program(), [this] { m_store.acceptDisk(*m_page); });
-    m_conflictBar->hide();
+    handled(m_session.program(), [this] {
+        OpenPage seen = *m_page;
+        m_store.acceptDisk(seen);
+        keepMineOver(seen);
+    });
+}
+
+void PagePane::keepMineOver(const OpenPage &seen)
+{
+    m_page->bytes = seen.bytes;
+    m_page->gone = seen.gone;
+    m_editor->setModified(true); // even where it was undone to what was read
+    noticeChanges();
     m_editor->setFocus();
 }
 
+// The author decides about what he sees: what somebody writes meanwhile is asked about again.
 void PagePane::compare()
 {
     handled(m_session.program(), [this] {
-        auto *dialog = new CompareDialog(m_page->ref.page.title, m_store.textOnDisk(*m_page),
+        OpenPage seen = *m_page;
+        m_store.acceptDisk(seen);
+        auto *dialog = new CompareDialog(m_page->ref.page.title, m_store.textRead(seen),
                                          m_editor->text(), this);
         dialog->setAttribute(Qt::WA_DeleteOnClose);
-        connect(dialog, &QDialog::finished, this, [this](int answer) {
+        connect(dialog, &QDialog::finished, this, [this, seen](int answer) {
             if (answer == QDialog::Accepted)
                 revert();
             else if (answer == CompareDialog::Kept)
-                keepMine();
+                keepMineOver(seen);
         });
         dialog->open();
     });

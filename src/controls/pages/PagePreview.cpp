@@ -2,7 +2,7 @@
 
 #include "controls/pages/PreviewDocument.h"
 #include "platform/Paths.h"
-#include "tools/HtmlScan.h"
+#include "tools/html/HtmlScan.h"
 
 #include <QCursor>
 #include <QKeyEvent>

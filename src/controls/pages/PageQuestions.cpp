@@ -54,6 +54,13 @@ bool PageQuestions::replaceByKept(Messages &messages)
                   tr("&Use the kept text"), 1);
 }
 
+bool PageQuestions::discardKept(Messages &messages, const QString &shownPath)
+{
+    return agreed(messages,
+                  tr("Discard the unsaved text that was kept of this page?\n%1").arg(shownPath),
+                  tr("&Discard it"), 1);
+}
+
 bool PageQuestions::saveAsUtf8(Messages &messages, const QString &reason)
 {
     return agreed(messages,

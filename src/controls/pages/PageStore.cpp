@@ -5,11 +5,17 @@
 #include "platform/QvError.h"
 #include "startup/Session.h"
 
+#include <QCoreApplication>
 #include <QRegularExpression>
 
 using namespace Qt::StringLiterals;
 
 namespace {
+QString tr(const char *text)
+{
+    return QCoreApplication::translate("PageStore", text);
+}
+
 QString encodingName(const PageEncoding &encoding)
 {
     return QString::fromLatin1(encoding.name);
@@ -19,8 +25,8 @@ QString encodingName(const PageEncoding &encoding)
 QString reasonAgainstEditing(const PageText &content, const QByteArray &bytes)
 {
     const QString reason =
-        u"Some bytes of this page are no text in %1. It is shown, but cannot be edited here."_s.arg(
-            encodingName(content.encoding));
+        tr("Some bytes of this page are no text in %1. It is shown, but cannot be edited here.")
+            .arg(encodingName(content.encoding));
     if (content.damaged || content.text.contains(QChar::Null)) // UTF-16 without a mark, pictures
         return reason;
     bool faithful = false;
@@ -56,7 +62,7 @@ std::optional<PageRef> currentPageOf(ProjectSession &session)
         if (page.id == session.currentPage())
             return PageRef{*book, page};
     }
-    throw QvError(FileNotFound, {}, u"The book has no such page any more."_s);
+    throw QvError(FileNotFound, {}, tr("The book has no such page any more."));
 }
 
 PageText inUtf8(const QString &text)
@@ -111,11 +117,9 @@ void PageStore::acceptDisk(OpenPage &page)
     page.bytes = page.gone ? QByteArray() : m_files.readFile(page.path);
 }
 
-QString PageStore::textOnDisk(const OpenPage &page)
+QString PageStore::textRead(const OpenPage &page) const
 {
-    if (!m_files.fileExists(page.path))
-        return {};
-    return decodePage(m_files.readFile(page.path), m_values.projectLanguage).text;
+    return page.gone ? QString() : decodePage(page.bytes, m_values.projectLanguage).text;
 }
 
 QString PageStore::reasonAgainstEncoding(const OpenPage &page, const QString &text) const
@@ -125,8 +129,8 @@ QString PageStore::reasonAgainstEncoding(const OpenPage &page, const QString &te
          [&] {
              const QByteArray bytes = encodePage(text, page.content.encoding);
              if (decodePage(bytes, m_values.projectLanguage).text != text)
-                 reason = u"Saved in %1, the page would read differently the next time."_s.arg(
-                     encodingName(page.content.encoding));
+                 reason = tr("Saved in %1, the page would read differently the next time.")
+                              .arg(encodingName(page.content.encoding));
          });
     return reason;
 }

@@ -44,8 +44,8 @@ public:
     bool changedOnDisk(const OpenPage &page);
     /// Takes what is on disk now as what was read: the author's own text shall replace it.
     void acceptDisk(OpenPage &page);
-    /// What the page says on disk now, for a comparison; "" when it has gone.
-    [[nodiscard]] QString textOnDisk(const OpenPage &page);
+    /// The text of the bytes that were read or accepted last; "" when the file has gone.
+    [[nodiscard]] QString textRead(const OpenPage &page) const;
     /// Why the text cannot be saved in the page's encoding: the first character that it lacks, or
     /// a declared charset under which the page would read differently. "" when it can.
     [[nodiscard]] QString reasonAgainstEncoding(const OpenPage &page, const QString &text) const;

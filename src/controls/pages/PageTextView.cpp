@@ -3,8 +3,10 @@
 #include <QFontDatabase>
 #include <QMimeData>
 #include <QPainter>
+#include <QScopedValueRollback>
 #include <QScrollBar>
 #include <QTextBlock>
+#include <QTextLayout>
 
 #include <algorithm>
 #include <array>
@@ -53,8 +55,22 @@ PageTextView::PageTextView(QWidget *parent)
     connect(this, &QPlainTextEdit::updateRequest, this, &PageTextView::scrollMargin);
     connect(this, &QPlainTextEdit::cursorPositionChanged, this, &PageTextView::showMarks);
     connect(verticalScrollBar(), &QScrollBar::valueChanged, this, &PageTextView::showMarks);
+    connect(horizontalScrollBar(), &QScrollBar::valueChanged, this, &PageTextView::showHits);
     connect(document(), &QTextDocument::contentsChange, this, &PageTextView::moveHits);
     fitMargin();
+    showMarks();
+}
+
+// A document that is emptied puts the cursors aside that it had before and takes them back then: a
+// mark that went meanwhile would be written to after its death.
+void PageTextView::showText(const QString &text)
+{
+    m_hits.clear();
+    setExtraSelections({});
+    {
+        const QScopedValueRollback changing(m_isChangingText, true);
+        setPlainText(text);
+    }
     showMarks();
 }
 
@@ -125,6 +141,51 @@ void PageTextView::breakLine()
     ensureCursorVisible();
 }
 
+// Long lines are drawn here, what lies between them by the editor.
+void PageTextView::paintEvent(QPaintEvent *event)
+{
+    const QRect area = event->rect();
+    QRect plain = area;
+    const QTextBlock first = firstVisibleBlock();
+    QTextBlock last = first;
+    for (QTextBlock line = first; line.isValid(); line = line.next()) {
+        const QRectF place = blockBoundingGeometry(line).translated(contentOffset());
+        if (place.top() > viewport()->rect().bottom())
+            break;
+        last = line;
+        const int top = qRound(place.top()), below = qRound(place.bottom());
+        if (top > area.bottom() || below <= area.top() || !LongLines::canPaint(line))
+            continue;
+        plain.setBottom(top - 1);
+        paintPlain(plain);
+        paintLong(line, place.topLeft(), area);
+        plain = QRect(QPoint(area.left(), below), area.bottomRight());
+    }
+    paintPlain(plain);
+    m_longLines.keep(first, last);
+}
+
+void PageTextView::paintPlain(const QRect &strip)
+{
+    if (strip.isEmpty())
+        return;
+    QPaintEvent event(strip);
+    QPlainTextEdit::paintEvent(&event);
+}
+
+void PageTextView::paintLong(const QTextBlock &line, const QPointF &offset, const QRect &area)
+{
+    QPainter painter(viewport());
+    painter.setClipRect(area);
+    const auto context = getPaintContext();
+    LongLines::paint(painter, line, offset, area, context);
+    const bool hasCursor =
+        textInteractionFlags().testAnyFlags(Qt::TextEditable | Qt::TextSelectableByKeyboard);
+    const int cursor = context.cursorPosition - line.position();
+    if (hasCursor && cursor >= 0 && cursor < line.length())
+        line.layout()->drawCursor(&painter, offset, cursor, cursorWidth());
+}
+
 void PageTextView::wheelEvent(QWheelEvent *event)
 {
     if (event->modifiers() & Qt::ControlModifier)
@@ -137,8 +198,7 @@ void PageTextView::resizeEvent(QResizeEvent *event)
 {
     QPlainTextEdit::resizeEvent(event);
     fitMargin();
-    if (!m_hits.isEmpty())
-        showMarks();
+    showHits();
 }
 
 void PageTextView::changeEvent(QEvent *event)
@@ -213,8 +273,16 @@ void PageTextView::moveHits(int at, int removed, int added)
 
 void PageTextView::showMarks()
 {
+    if (m_isChangingText)
+        return;
     setExtraSelections(QList{currentLine()} + visibleHits());
     m_margin->update();
+}
+
+void PageTextView::showHits()
+{
+    if (!m_hits.isEmpty())
+        showMarks();
 }
 
 QTextEdit::ExtraSelection PageTextView::currentLine() const
@@ -234,21 +302,32 @@ QList<QTextEdit::ExtraSelection> PageTextView::visibleHits() const
     QList<QTextEdit::ExtraSelection> marks;
     if (m_hits.isEmpty())
         return marks;
-    const int top = firstVisibleBlock().position();
-    const QTextBlock lowest = cursorForPosition(viewport()->rect().bottomLeft()).block();
-    const int bottom = lowest.position() + lowest.length();
-    auto hit = std::partition_point(m_hits.cbegin(), m_hits.cend(), [top](const TextHit &earlier) {
-        return earlier.start + earlier.length <= top;
+    const qreal left = -contentOffset().x();
+    const int bottom = cursorForPosition(viewport()->rect().bottomLeft()).position();
+    for (QTextBlock line = firstVisibleBlock(); line.isValid() && line.position() <= bottom;
+         line = line.next()) {
+        const auto seen = LongLines::seenOf(line, left, left + viewport()->width());
+        markHits(line.position() + seen.from, line.position() + seen.to, marks);
+    }
+    return marks;
+}
+
+/// Adds marks for the hits between two places of the text that have none yet.
+void PageTextView::markHits(int from, int to, QList<QTextEdit::ExtraSelection> &marks) const
+{
+    if (!marks.isEmpty())
+        from = qMax(from, marks.constLast().cursor.selectionEnd());
+    QTextEdit::ExtraSelection mark;
+    mark.format.setBackground(
+        mixed(palette().color(QPalette::Base), palette().color(QPalette::Link), 0.35));
+    mark.cursor = QTextCursor(document());
+    auto hit = std::partition_point(m_hits.cbegin(), m_hits.cend(), [from](const TextHit &earlier) {
+        return earlier.start + earlier.length <= from;
     });
-    for (; hit != m_hits.cend() && hit->start < bottom && marks.size() < mostMarks; ++hit) {
-        QTextEdit::ExtraSelection mark;
-        mark.format.setBackground(
-            mixed(palette().color(QPalette::Base), palette().color(QPalette::Link), 0.35));
-        mark.cursor = QTextCursor(document());
+    for (; hit != m_hits.cend() && hit->start <= to && marks.size() < mostMarks; ++hit) {
         mark.cursor.setPosition(static_cast<int>(hit->start));
         mark.cursor.setPosition(static_cast<int>(hit->start + hit->length),
                                 QTextCursor::KeepAnchor);
         marks.append(mark);
     }
-    return marks;
 }

@@ -1,5 +1,7 @@
 #include "controls/parts/ListCommands.h"
 
+#include "resources/Icons.h"
+
 #include <QAction>
 #include <QPushButton>
 
@@ -14,6 +16,18 @@ QString withoutMnemonic(QString text)
 
 } // namespace
 
+QAction *addListAction(QWidget *list, const QString &text, QLatin1StringView picture,
+                       const QKeySequence &keys, std::function<void()> run)
+{
+    auto *action = new QAction(icon(picture), text, list);
+    action->setShortcut(keys);
+    action->setShortcutContext(Qt::WidgetShortcut);
+    action->setShortcutVisibleInContextMenu(true);
+    list->addAction(action);
+    QObject::connect(action, &QAction::triggered, list, std::move(run));
+    return action;
+}
+
 ListCommands::ListCommands(QWidget *list)
     : QObject(list)
     , m_list(list)
@@ -25,13 +39,9 @@ QAction *ListCommands::add(QPushButton *button, const QKeySequence &keys, std::f
 {
     const QString text =
         button->text().isEmpty() ? button->accessibleName() : withoutMnemonic(button->text());
-    auto *command = new QAction(button->icon(), text, m_list);
+    QAction *const command = addListAction(m_list, text, {}, keys, std::move(run));
+    command->setIcon(button->icon());
     command->setObjectName(button->objectName() + u"Action"_s);
-    command->setShortcut(keys);
-    command->setShortcutContext(Qt::WidgetShortcut);
-    command->setShortcutVisibleInContextMenu(true);
-    m_list->addAction(command);
-    connect(command, &QAction::triggered, m_list, std::move(run));
     connect(button, &QPushButton::clicked, command, &QAction::trigger);
     connect(command, &QAction::changed, button, [command, button] {
         button->setEnabled(command->isEnabled());

@@ -2,12 +2,18 @@
 
 #include <QKeySequence>
 #include <QObject>
+#include <QString>
 
 #include <functional>
 
 class QAction;
 class QPushButton;
 class QWidget;
+
+/// One command in a list's context menu, with keys that work in the list. `picture` is the name of
+/// an icon, or "".
+QAction *addListAction(QWidget *list, const QString &text, QLatin1StringView picture,
+                       const QKeySequence &keys, std::function<void()> run);
 
 /// What an author can do with the entries of a list: each command is a button, an entry in the
 /// list's context menu and keys, and all three are enabled together.

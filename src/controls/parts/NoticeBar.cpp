@@ -3,17 +3,22 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
+#include <QVBoxLayout>
 
 NoticeBar::NoticeBar(const QString &objectName, QWidget *parent)
     : QWidget(parent)
-    , m_row(new QHBoxLayout(this))
+    , m_row(new QHBoxLayout)
     , m_text(new QLabel(this))
 {
     setObjectName(objectName);
     m_text->setTextFormat(Qt::PlainText);
     m_text->setWordWrap(true);
-    m_row->setContentsMargins({});
-    m_row->addWidget(m_text, 1);
+    // Below each other: beside three buttons a narrow pane leaves the text no room.
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins({});
+    layout->addWidget(m_text);
+    layout->addLayout(m_row);
+    m_row->addStretch();
     hide();
 }
 

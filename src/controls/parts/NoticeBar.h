@@ -6,7 +6,7 @@ class QHBoxLayout;
 class QLabel;
 class QPushButton;
 
-/// A line above an editor that says something and offers what can be done about it.
+/// A bar above an editor that says something and offers what can be done about it.
 class NoticeBar final : public QWidget
 {
     Q_OBJECT

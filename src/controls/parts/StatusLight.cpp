@@ -10,12 +10,12 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr qint32 goodColour = 3046706;
-constexpr qint32 warningsColour = 16361509;
-constexpr qint32 failedColour = 12986408;
+constexpr qint64 goodColour = 3046706;
+constexpr qint64 warningsColour = 16361509;
+constexpr qint64 failedColour = 12986408;
 constexpr int shapeSize = 16; // device-independent pixels
 
-QString wordFor(std::optional<qint32> colour)
+QString wordFor(std::optional<qint64> colour)
 {
     if (!colour)
         return StatusLight::tr("Not known");
@@ -34,7 +34,7 @@ QString wordFor(std::optional<qint32> colour)
 }
 
 // Each state has a shape of its own, so that nobody has to tell the colours apart.
-void drawShape(QPainter &painter, std::optional<qint32> colour)
+void drawShape(QPainter &painter, std::optional<qint64> colour)
 {
     const QRectF box(1.5, 1.5, shapeSize - 3, shapeSize - 3);
     if (!colour) {
@@ -56,7 +56,7 @@ void drawShape(QPainter &painter, std::optional<qint32> colour)
     }
 }
 
-QPixmap shapeFor(std::optional<qint32> colour, const QWidget &on)
+QPixmap shapeFor(std::optional<qint64> colour, const QWidget &on)
 {
     const qreal ratio = on.devicePixelRatioF();
     QPixmap pixmap(QSize(shapeSize, shapeSize) * ratio);
@@ -83,12 +83,11 @@ StatusLight::StatusLight(const QString &subject, QWidget *parent)
     auto *layout = new QHBoxLayout(this);
     layout->setContentsMargins({});
     layout->addWidget(m_shape);
-    layout->addWidget(new QLabel(subject, this), 1);
-    layout->addWidget(m_word);
+    layout->addWidget(m_word, 1);
     setColour(std::nullopt);
 }
 
-void StatusLight::setColour(std::optional<qint32> colour)
+void StatusLight::setColour(std::optional<qint64> colour)
 {
     m_shape->setPixmap(shapeFor(colour, *this));
     m_word->setText(wordFor(colour));

@@ -6,7 +6,7 @@
 
 class QLabel;
 
-/// One status light: a shape, the name of what it tells about, and a word for its state.
+/// One status light: a shape and a word for its state; what it tells about (`subject`) is spoken.
 class StatusLight final : public QWidget
 {
     Q_OBJECT
@@ -15,7 +15,7 @@ public:
     explicit StatusLight(const QString &subject, QWidget *parent = nullptr);
 
     /// Shows a stored colour (decimal RGB); nothing when it is not known.
-    void setColour(std::optional<qint32> colour);
+    void setColour(std::optional<qint64> colour);
     [[nodiscard]] QString word() const;
 
 private:

@@ -1,5 +1,6 @@
 #include "controls/quicknav/NodeList.h"
 
+#include "controls/parts/ListCommands.h"
 #include "controls/quicknav/NodeNameDelegate.h"
 #include "controls/tree/ProjectMime.h"
 #include "resources/Icons.h"
@@ -104,38 +105,27 @@ NodeList::NodeList(int level, QuickNavEditing &editing, QWidget *parent)
     enableActions();
 }
 
-QAction *NodeList::addOne(const QString &text, QLatin1StringView picture, const QKeySequence &key,
-                          const std::function<void()> &does)
-{
-    auto *action = new QAction(icon(picture), text, this);
-    action->setShortcut(key);
-    action->setShortcutContext(Qt::WidgetShortcut);
-    action->setShortcutVisibleInContextMenu(true);
-    connect(action, &QAction::triggered, this, does);
-    addAction(action);
-    return action;
-}
-
 void NodeList::addActions()
 {
-    m_new = addOne(titleFor(m_level), "add"_L1, Qt::Key_Insert, [this] { editNew(); });
+    m_new = addListAction(this, titleFor(m_level), "add"_L1, Qt::Key_Insert, [this] { editNew(); });
     m_forCurrent = {
-        addOne(tr("Rename"), "edit"_L1, Qt::Key_F2, [this] { editItem(currentItem()); }),
-        addOne(tr("Delete"), "delete"_L1, QKeySequence::Delete,
-               [this] { m_editing.remove(current()); }),
-        addOne(tr("Move up"), "up"_L1, Qt::ALT | Qt::Key_Up,
-               [this] { m_editing.moveBy(current(), -1); }),
-        addOne(tr("Move down"), "down"_L1, Qt::ALT | Qt::Key_Down,
-               [this] { m_editing.moveBy(current(), 1); }),
-        addOne(tr("Duplicate"), "copy"_L1, Qt::CTRL | Qt::Key_D,
-               [this] { m_editing.copyTo(current(), *m_parent, currentRow() + 1); }),
-        addOne(tr("Cut"), ""_L1, QKeySequence::Cut, [this] { toClipboard(true); }),
-        addOne(tr("Copy"), ""_L1, QKeySequence::Copy, [this] { toClipboard(false); })};
-    m_paste = addOne(tr("Paste"), ""_L1, QKeySequence::Paste, [this] { paste(); });
-    addOne(tr("Previous column"), "left"_L1, Qt::ALT | Qt::Key_Left,
-           [this] { Q_EMIT columnWanted(-1); });
-    addOne(tr("Next column"), "right"_L1, Qt::ALT | Qt::Key_Right,
-           [this] { Q_EMIT columnWanted(1); });
+        addListAction(this, tr("Rename"), "edit"_L1, Qt::Key_F2,
+                      [this] { editItem(currentItem()); }),
+        addListAction(this, tr("Delete"), "delete"_L1, QKeySequence::Delete,
+                      [this] { m_editing.remove(current()); }),
+        addListAction(this, tr("Move up"), "up"_L1, Qt::ALT | Qt::Key_Up,
+                      [this] { m_editing.moveBy(current(), -1); }),
+        addListAction(this, tr("Move down"), "down"_L1, Qt::ALT | Qt::Key_Down,
+                      [this] { m_editing.moveBy(current(), 1); }),
+        addListAction(this, tr("Duplicate"), "copy"_L1, Qt::CTRL | Qt::Key_D,
+                      [this] { m_editing.copyTo(current(), *m_parent, currentRow() + 1); }),
+        addListAction(this, tr("Cut"), ""_L1, QKeySequence::Cut, [this] { toClipboard(true); }),
+        addListAction(this, tr("Copy"), ""_L1, QKeySequence::Copy, [this] { toClipboard(false); })};
+    m_paste = addListAction(this, tr("Paste"), ""_L1, QKeySequence::Paste, [this] { paste(); });
+    addListAction(this, tr("Previous column"), "left"_L1, Qt::ALT | Qt::Key_Left,
+                  [this] { Q_EMIT columnWanted(-1); });
+    addListAction(this, tr("Next column"), "right"_L1, Qt::ALT | Qt::Key_Right,
+                  [this] { Q_EMIT columnWanted(1); });
 }
 
 void NodeList::enableActions()

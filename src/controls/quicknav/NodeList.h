@@ -54,8 +54,6 @@ private:
 
     void addActions();
     void enableActions();
-    QAction *addOne(const QString &text, QLatin1StringView picture, const QKeySequence &key,
-                    const std::function<void()> &does);
     [[nodiscard]] QuickNavRef refAt(int row) const;
     void beginEdit(int row);
     [[nodiscard]] QString problemOf(const QString &name) const; ///< for the node that is edited

@@ -71,10 +71,6 @@ QuickNavColumns::QuickNavColumns(QuickNavEditing &editing, QWidget *parent)
     connect(txtFilter, &QLineEdit::textChanged, this, &QuickNavColumns::followContents);
     connect(&m_editing.contents(), &QuickNavContents::changed, this,
             &QuickNavColumns::followContents);
-    connect(&m_editing, &QuickNavEditing::shown, this, [this](const QuickNavRef &node) {
-        choose(node);
-        focusNode(node);
-    });
     fillFrom(0);
 }
 

@@ -1,6 +1,7 @@
 #include "controls/quicknav/QuickNavLinkTable.h"
 
 #include "controls/parts/Handler.h"
+#include "controls/parts/ListCommands.h"
 #include "controls/quicknav/ProblemLook.h"
 #include "controls/quicknav/QuickNavLinkDelegate.h"
 #include "controls/session/ProjectPages.h"
@@ -61,37 +62,31 @@ void QuickNavLinkTable::layOut()
     header()->resizeSection(State, character * 24);
 }
 
-QAction *QuickNavLinkTable::addOne(const QString &text, QLatin1StringView picture,
-                                   const QKeySequence &key, const std::function<void()> &does)
-{
-    auto *action = new QAction(icon(picture), text, this);
-    action->setShortcut(key);
-    action->setShortcutContext(Qt::WidgetShortcut);
-    action->setShortcutVisibleInContextMenu(true);
-    connect(action, &QAction::triggered, this, does);
-    addAction(action);
-    return action;
-}
-
 void QuickNavLinkTable::addActions()
 {
     const auto needsLink = [this](QAction *action) { m_forCurrent.append(action); };
     const auto move = [this](int places) {
         return [this, places] { m_editing.moveLinksBy(m_category, chosenIds(), places); };
     };
-    needsLink(addOne(tr("Open page"), "edit"_L1, {}, [this] { openCurrent(); }));
-    m_add = addOne(tr("Add link..."), "add"_L1, Qt::Key_Insert, [this] { Q_EMIT addWanted(); });
-    needsLink(addOne(tr("Choose another page..."), "page"_L1, Qt::CTRL | Qt::Key_R,
-                     [this] { Q_EMIT retargetWanted(); }));
-    needsLink(addOne(tr("Change title"), "edit"_L1, Qt::Key_F2, [this] { edit(Title); }));
-    needsLink(addOne(tr("Change place in the page"), "link"_L1, Qt::SHIFT | Qt::Key_F2,
-                     [this] { edit(Anchor); }));
-    needsLink(addOne(tr("Delete"), "delete"_L1, QKeySequence::Delete, [this] { removeChosen(); }));
-    needsLink(addOne(tr("Move up"), "up"_L1, Qt::ALT | Qt::Key_Up, move(-1)));
-    needsLink(addOne(tr("Move down"), "down"_L1, Qt::ALT | Qt::Key_Down, move(1)));
-    needsLink(addOne(tr("Cut"), ""_L1, QKeySequence::Cut, [this] { toClipboard(true); }));
-    needsLink(addOne(tr("Copy"), "copy"_L1, QKeySequence::Copy, [this] { toClipboard(false); }));
-    m_paste = addOne(tr("Paste links or pages"), ""_L1, QKeySequence::Paste, [this] { paste(); });
+    needsLink(addListAction(this, tr("Open page"), "edit"_L1, {}, [this] { openCurrent(); }));
+    m_add = addListAction(this, tr("Add link..."), "add"_L1, Qt::Key_Insert,
+                          [this] { Q_EMIT addWanted(); });
+    needsLink(addListAction(this, tr("Choose another page..."), "page"_L1, Qt::CTRL | Qt::Key_R,
+                            [this] { Q_EMIT retargetWanted(); }));
+    needsLink(
+        addListAction(this, tr("Change title"), "edit"_L1, Qt::Key_F2, [this] { edit(Title); }));
+    needsLink(addListAction(this, tr("Change place in the page"), "link"_L1, Qt::SHIFT | Qt::Key_F2,
+                            [this] { edit(Anchor); }));
+    needsLink(addListAction(this, tr("Delete"), "delete"_L1, QKeySequence::Delete,
+                            [this] { removeChosen(); }));
+    needsLink(addListAction(this, tr("Move up"), "up"_L1, Qt::ALT | Qt::Key_Up, move(-1)));
+    needsLink(addListAction(this, tr("Move down"), "down"_L1, Qt::ALT | Qt::Key_Down, move(1)));
+    needsLink(
+        addListAction(this, tr("Cut"), ""_L1, QKeySequence::Cut, [this] { toClipboard(true); }));
+    needsLink(addListAction(this, tr("Copy"), "copy"_L1, QKeySequence::Copy,
+                            [this] { toClipboard(false); }));
+    m_paste = addListAction(this, tr("Paste links or pages"), ""_L1, QKeySequence::Paste,
+                            [this] { paste(); });
 }
 
 void QuickNavLinkTable::enableActions()

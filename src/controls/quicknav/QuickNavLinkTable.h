@@ -38,8 +38,6 @@ private:
 
     void layOut();
     void addActions();
-    QAction *addOne(const QString &text, QLatin1StringView picture, const QKeySequence &key,
-                    const std::function<void()> &does);
     void enableActions();
     QTreeWidgetItem *itemFor(const QuickNavLink &link);
     [[nodiscard]] QStringList chosenIds() const; ///< in the order of the rows

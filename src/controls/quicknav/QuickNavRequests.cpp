@@ -1,7 +1,7 @@
 #include "controls/quicknav/QuickNavRequests.h"
 
 #include "controls/parts/Handler.h"
-#include "controls/quicknav/NodeNameDialog.h"
+#include "controls/parts/NameDialog.h"
 
 #include <QApplication>
 #include <QWidget>
@@ -50,12 +50,12 @@ void QuickNavRequests::handleNode(const ProjectRequest &request, const QuickNavR
 {
     using Action = ProjectRequest::Action;
     if (request.action == Action::New && node.level < QuickNavTree::categoryLevel)
-        return NodeNameDialog::forNew(m_editing, node, window())->open();
+        return askNewName(node);
     if (node.level < 0) // nothing else can be done to the quick navigation as a whole
         return;
     switch (request.action) {
     case Action::Rename:
-        return NodeNameDialog::forOld(m_editing, node, window())->open();
+        return askOtherName(node);
     case Action::Delete:
         return m_editing.remove(node);
     case Action::MoveUp:
@@ -67,6 +67,35 @@ void QuickNavRequests::handleNode(const ProjectRequest &request, const QuickNavR
     default:
         return;
     }
+}
+
+void QuickNavRequests::askNewName(const QuickNavRef &parent)
+{
+    const auto problem = [this, parent](const QString &name) {
+        return m_editing.newNameProblem(parent, name);
+    };
+    const auto add = [this, parent](const QString &name) {
+        m_editing.add(parent, name);
+        return true;
+    };
+    const QString title = tr("New %1").arg(QuickNavTree::word(parent.level + 1));
+    (new NameDialog({title, tr("&Name:"), tr("&Create")}, problem, add, window()))->open();
+}
+
+void QuickNavRequests::askOtherName(const QuickNavRef &node)
+{
+    const auto problem = [this, node](const QString &name) {
+        return m_editing.nameProblem(node, name);
+    };
+    const auto rename = [this, node](const QString &name) {
+        m_editing.rename(node, name);
+        return true;
+    };
+    const QuickNavNode *old = QuickNavTree::find(m_editing.contents().nav(), node);
+    const QString title = tr("Rename %1").arg(QuickNavTree::word(node.level));
+    (new NameDialog({title, tr("&Name:"), tr("&Rename"), old != nullptr ? old->name : QString()},
+                    problem, rename, window()))
+        ->open();
 }
 
 void QuickNavRequests::moveTo(const ProjectRequest &request, const QuickNavRef &node)

@@ -18,6 +18,8 @@ private:
     void handle(const ProjectRequest &request);
     void handleNode(const ProjectRequest &request, const QuickNavRef &node);
     void addLinks(const ProjectRequest &request);
+    void askNewName(const QuickNavRef &parent);
+    void askOtherName(const QuickNavRef &node);
     void moveTo(const ProjectRequest &request, const QuickNavRef &node);
     [[nodiscard]] std::optional<QuickNavRef> nodeOf(const ProjectRequest::Node &node);
     [[nodiscard]] QWidget *window() const;

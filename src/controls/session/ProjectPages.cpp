@@ -2,6 +2,8 @@
 
 #include "controls/session/ProjectSession.h"
 #include "platform/Paths.h"
+#include "platform/QvError.h"
+#include "platform/TreeWalker.h"
 #include "startup/Session.h"
 
 #include <QScopeGuard>
@@ -11,6 +13,27 @@
 #include <utility>
 
 using namespace std::chrono_literals;
+
+namespace {
+
+/// Removes what killed programs left of pages that they were writing. No folder goes, whatever it
+/// is called, and failing to do so harms nobody.
+void tidyUp(FileSystem &files, const QString &folder)
+{
+    trap([](const QvError &) {},
+         [&] {
+             if (files.status(folder).kind != FileKind::Folder)
+                 return;
+             QStringList folders;
+             for (const FolderEntry &entry : files.kinds(folder)) {
+                 if (entry.status.kind == FileKind::Folder)
+                     folders.append(entry.name);
+             }
+             removeAbandoned(files, folder, folders);
+         });
+}
+
+} // namespace
 
 ProjectPages::ProjectPages(ProjectSession &session)
     : m_session(session)
@@ -79,7 +102,8 @@ void ProjectPages::readNow()
     }
     stopReading();
     m_next.outdate(std::exchange(m_outdated, {}));
-    const auto read = [this, work = job(), number = m_readings](const std::stop_token &stop) {
+    const auto read = [this, work = job(), number = m_readings,
+                       isFirst = !m_isReady](const std::stop_token &stop) {
         try {
             m_next.update(m_session.program().files, work.folder, work.folders, work.language,
                           {{}, stop});
@@ -92,6 +116,11 @@ void ProjectPages::readNow()
                 publish();
         };
         QMetaObject::invokeMethod(this, arrive, Qt::QueuedConnection);
+        for (const QString &name : work.folders) {
+            const auto place = insideOf(work.folder, name);
+            if (isFirst && place && !stop.stop_requested())
+                tidyUp(m_session.program().files, *place);
+        }
     };
     m_reader = std::jthread(read);
 }

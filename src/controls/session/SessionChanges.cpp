@@ -41,6 +41,14 @@ ProjectAreas areasOf(const QStringList &paths)
     return areas;
 }
 
+/// Raises Unwinding when the author does not want them unlocked.
+void unlockAsked(const ProjectSession &session, const QStringList &locked, UnlockedFiles &unlocked)
+{
+    if (!mayUnlock(session, locked))
+        throw Unwinding{Unwinding::Reason::Stopped};
+    unlocked.unlock(locked);
+}
+
 QString bookFileOf(const TocBook &entry)
 {
     return QString(entry.folder + u'\\' + entry.file).replace(u'/', u'\\');
@@ -56,11 +64,8 @@ bool ProjectSession::perform(const QString &name, const std::function<void(Stage
     staged.allowLocked();
     command(staged);
     const FileChanges changes = staged.changes();
-    const QStringList locked = lockedBy(*this, changes);
-    if (!mayUnlock(*this, locked))
-        throw Unwinding{Unwinding::Reason::Stopped};
     UnlockedFiles unlocked(*this);
-    unlocked.unlock(locked);
+    unlockAsked(*this, lockedBy(*this, changes), unlocked);
     const bool done = performChanges(name, changes);
     unlocked.keep();
     return done;
@@ -72,11 +77,13 @@ bool ProjectSession::performLong(
 {
     return performPrepared(name, title, [&](const Progress &progress) {
         StagedFiles staged(m_program.files, folder());
+        staged.allowLocked();
         command(staged, progress);
         return staged.changes();
     });
 }
 
+// The author is asked here, in the window's own thread, and only when there is something to unlock.
 bool ProjectSession::performPrepared(const QString &name, const QString &title,
                                      const std::function<FileChanges(const Progress &)> &prepare)
 {
@@ -84,13 +91,25 @@ bool ProjectSession::performPrepared(const QString &name, const QString &title,
     const ChangeWatch::Pause pause(*m_watch);
     const QString project = folder();
     FileChanges changes;
+    QStringList locked;
+    const auto apply = [&](const Progress &progress) {
+        applyChanges(m_program.files, project, changes, progress);
+    };
     runLong(title, [&](const Progress &progress) {
         changes = prepare(progress.piece(0, 2));
         changes.name = name;
-        applyChanges(m_program.files, project, changes, progress.piece(1, 2));
+        locked = lockedBy(*this, changes);
+        if (locked.isEmpty())
+            apply(progress.piece(1, 2));
     });
     if (changes.isEmpty())
         return false;
+    if (!locked.isEmpty()) {
+        UnlockedFiles unlocked(*this);
+        unlockAsked(*this, locked, unlocked);
+        runLong(title, apply);
+        unlocked.keep();
+    }
     m_history.add(name, changes);
     absorb(changes);
     return true;
@@ -155,10 +174,11 @@ void ProjectSession::move(bool back)
 void ProjectSession::refuse(bool back, const QString &name, const QString &path)
 {
     const QString text =
-        back ? tr("\"%1\" cannot be undone any more: %2 was changed since. Nothing was changed "
-                  "now, and what was done before stays as it is.")
-             : tr("\"%1\" cannot be done again any more: %2 was changed since. Nothing was changed "
-                  "now.");
+        back ? tr("\"%1\" cannot be undone any more, because this file was changed since:\n%2\n\n"
+                  "Nothing was changed now, and what was done before stays as it is. To go back all "
+                  "the same, give the opposite command: rename or move it back, for instance.")
+             : tr("\"%1\" cannot be done again any more, because this file was changed since:\n%2"
+                  "\n\nNothing was changed now. Give the command itself once more.");
     if (back)
         m_history.forgetUndo();
     else

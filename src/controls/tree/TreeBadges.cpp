@@ -1,6 +1,7 @@
 #include "controls/tree/TreeBadges.h"
 
 #include "controls/session/ProjectPages.h"
+#include "controls/tree/TreeFindings.h"
 
 #include <QCoreApplication>
 
@@ -42,6 +43,8 @@ QLatin1StringView TreeBadge::icon() const
         return "error"_L1;
     case Kind::BrokenLinks:
         return "link-broken"_L1;
+    case Kind::Findings:
+        return "warning"_L1;
     case Kind::Locked:
         break;
     }
@@ -63,6 +66,9 @@ QString TreeBadge::words() const
         return one ? translated("cannot be read", 1) : translated("%n pages cannot be read", count);
     case Kind::BrokenLinks:
         return one ? translated("1 broken link", 1) : translated("%n broken links", count);
+    case Kind::Findings:
+        return one ? translated("1 finding of the quality checks", 1)
+                   : translated("%n findings of the quality checks", count);
     case Kind::Locked:
         break;
     }
@@ -80,9 +86,11 @@ QString wordsOf(const TreeBadgeList &badges)
 TreeBadges::TreeBadges(ProjectSession &session, QObject *parent)
     : QObject(parent)
     , m_session(session)
+    , m_findings(new TreeFindings(session, this))
 {
     connect(&session.pages(), &ProjectPages::updated, this, &TreeBadges::takeUpdate);
     connect(&session, &ProjectSession::wasReset, this, &TreeBadges::takeUpdate);
+    connect(m_findings, &TreeFindings::changed, this, &TreeBadges::takeFindings);
     connect(&session, &ProjectSession::pageStateChanged, this,
             [this](const QString &path) { forget({path.mid(m_session.folder().size())}); });
     connect(&session, &ProjectSession::filesChanged, this, [this](const QStringList &paths) {
@@ -96,6 +104,11 @@ void TreeBadges::takeUpdate()
 {
     m_written.clear();
     m_isSorted = false;
+    takeFindings();
+}
+
+void TreeBadges::takeFindings()
+{
     m_pages.clear();
     forget({});
 }
@@ -156,6 +169,8 @@ TreeBadgeList TreeBadges::look(const QString &path) const
         badges.append({Kind::Unreadable});
     if (const int broken = index.problemsIn(path); broken > 0)
         badges.append({Kind::BrokenLinks, broken});
+    if (const int findings = m_findings->of(path); findings > 0)
+        badges.append({Kind::Findings, findings});
     if (page->readOnly)
         badges.append({Kind::Locked});
     return badges;

@@ -4,6 +4,8 @@
 
 #include <QMetaType>
 
+class TreeFindings;
+
 /// A mark at the right of a row of the project tree.
 struct TreeBadge
 {
@@ -13,6 +15,7 @@ struct TreeBadge
         Missing,       ///< the file is not there
         Unreadable,
         BrokenLinks,
+        Findings, ///< of the last quality checks, links aside
         Locked,
     } kind = Kind::Unsaved;
     int count = 1;
@@ -47,10 +50,12 @@ Q_SIGNALS:
 private:
     void forget(const QStringList &paths);
     void takeUpdate();
+    void takeFindings();
     [[nodiscard]] TreeBadgeList look(const QString &path) const;
     [[nodiscard]] TreeBadgeList sumOf(const QString &folder);
 
     ProjectSession &m_session;
+    TreeFindings *m_findings;
     // What was asked for since the last change; pages in one letter case.
     QHash<QString, TreeBadgeList> m_pages, m_folders;
     QStringList m_sorted; ///< paths of all pages

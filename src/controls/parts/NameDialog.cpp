@@ -1,4 +1,4 @@
-#include "controls/books/NameDialog.h"
+#include "controls/parts/NameDialog.h"
 
 #include <QDialogButtonBox>
 #include <QFormLayout>
@@ -7,11 +7,13 @@
 
 using namespace Qt::StringLiterals;
 
-NameDialog::NameDialog(const Texts &texts, const CheckedField::Rule &problem, QWidget *parent)
+NameDialog::NameDialog(const Texts &texts, const CheckedField::Rule &problem, Run run,
+                       QWidget *parent, const CheckedField::Rule &advice)
     : QDialog(parent)
     , m_old(texts.name)
+    , m_run(std::move(run))
     , m_name(new CheckedField(u"txtNewName"_s, QString(texts.label).remove(u'&').remove(u':'),
-                              problem, {}, this))
+                              problem, advice, this))
 {
     setObjectName(u"NameDialog"_s);
     setWindowTitle(texts.title);
@@ -44,7 +46,6 @@ NameDialog::NameDialog(const Texts &texts, const CheckedField::Rule &problem, QW
 void NameDialog::accept()
 {
     const QString name = m_name->text();
-    QDialog::accept();
-    if (name != m_old)
-        Q_EMIT entered(name);
+    if (m_name->problem().isEmpty() && (name == m_old || m_run(name)))
+        QDialog::accept();
 }
