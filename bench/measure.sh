@@ -9,7 +9,7 @@ set -euo pipefail
 [ $# -ge 1 ] && [ -f "$1/installations/pair.py" ] || { say "usage: measure.sh TOOLS_FOLDER [JOB]..."; exit 64; }
 tools=$(cd "$1/installations" && pwd)
 shift
-[ $# -gt 0 ] || set -- launcher second open pages blocked copy rewrite import links rows tables catalogue delete index finding scanning packing words linkcheck typing renaming
+[ $# -gt 0 ] || set -- launcher second open pages blocked copy rewrite import links rows tables catalogue delete index finding scanning packing words linkcheck checking typing renaming
 configure_and_build release bench driver qv_tour quovane-developer qvdeveloper peer_dialog peer_empty
 bin=$root/build/release/bin
 work=$(mktemp -d "${MEASURE_DIR:-/dev/shm}/measure-XXXXXX")
@@ -214,6 +214,18 @@ linkcheck() {
         RUNS=${RUNS:-3} pair "$bin/bench links $pages 2" "'$peer' $pages"
     else
         echo "check-html-links is not installed: nothing to compare with"
+    fi
+}
+checking() {
+    local pages
+    pages=$(page_folder)
+    "$bin/bench" check "$pages"
+    if command -v tidy >/dev/null; then
+        echo "== all quality checks, from reading the pages to the report, 1 thread, against tidy over the pages"
+        RUNS=${RUNS:-3} pair "$bin/bench check $pages 1" \
+            "find $pages -name '*.html' -print0 | xargs -0 tidy -e -q"
+    else
+        echo "tidy is not installed: nothing to compare with"
     fi
 }
 typing() {

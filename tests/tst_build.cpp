@@ -187,6 +187,7 @@ void tst_build::runsWhatIsStale()
     QTRY_COMPARE(textOf(form, "lblWhySearchIndex"), "Pages changed: start.htm."_L1);
     QCOMPARE(ticked(form), (QStringList{u"DoctoDoc"_s, u"QuickNav"_s, u"SearchIndex"_s}));
 
+    QVERIFY(QTest::qWaitForWindowActive(form));
     QTest::keyClick(form, Qt::Key_F1);
     QVERIFY(world.processes.started.constLast().contains("Building a project"_L1));
 

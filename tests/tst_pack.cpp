@@ -179,8 +179,9 @@ void tst_pack::leavesOutWhatStaysHere()
     const QStringList before = world.names();
     for (const QString &path :
          {u"QVOld_Server.Zip"_s, u"DocToDoc_Log.txt"_s, u"Plant 300_QA_Log.txt"_s,
-          u"QV_PageFacts.bin"_s, u"QV_SearchWords.bin"_s, u"_Backup\\QV_Toc.xml.1"_s,
-          u"_Backup\\Open-1.lock"_s, u"QV_Toc.xml.qvtmp12"_s, u"Search_Words.qvnew\\a.xml"_s,
+          u"QV_PageFacts.bin"_s, u"QV_SearchWords.bin"_s, u"QV_QAReport.xml"_s,
+          u"QV_QABaseline.xml"_s, u"_Backup\\QV_Toc.xml.1"_s, u"_Backup\\Open-1.lock"_s,
+          u"QV_Toc.xml.qvtmp12"_s, u"Search_Words.qvnew\\a.xml"_s,
           u"Search_Words\\SearchWords_Log.txt"_s, u"Search_Words.qvold\\a.xml"_s})
         world.put(path, "ours");
     world.make();

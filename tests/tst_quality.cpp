@@ -3,6 +3,7 @@
 #include "controls/session/ProjectPages.h"
 #include "controls/tree/TreeBadges.h"
 #include "platform/Xml.h"
+#include "support/Audit.h"
 #include "support/DisturbedFiles.h"
 #include "support/FormDriver.h"
 #include "support/SampleProject.h"
@@ -391,6 +392,7 @@ void tst_quality::showsTheFindings()
     QCOMPARE(desk.label(), u"3 new, 0 known, 0 fixed since the last run."_s);
     QCOMPARE(desk.shown(), (QStringList{u"New Linked file missing"_s, u"New Id given twice"_s,
                                         u"New Unused file"_s}));
+    QCOMPARE(audit::findingsIn(&desk.view), QStringList());
     desk.choose(1);
     QCOMPARE(control<QPlainTextEdit>(&desk.view, "txtFinding")->toPlainText(),
              u"Book_OPG\\start.htm(5): PAGE08 The id \"a\" stands further up already.\n"
@@ -444,6 +446,7 @@ void tst_quality::decidesAboutTheFindings()
     // Switched on again, it is looked for in the next run, and is known still.
     click(&desk.view, "cmdFindingKinds");
     auto *const dialog = openWindow<FindingKindsDialog>();
+    QCOMPARE(audit::findingsIn(dialog), QStringList());
     auto *const kinds = control<QTreeWidget>(dialog, "lstKinds");
     QCOMPARE(size_t(kinds->topLevelItemCount()), findingKinds().size());
     QTreeWidgetItem *const twice = kinds->findItems(u"PAGE08"_s, Qt::MatchExactly).value(0);

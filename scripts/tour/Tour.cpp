@@ -64,6 +64,7 @@ void Tour::play()
     findInPages();
     planQuickNav();
     lookAtGlobals();
+    buildAndPack();
     deleteBook();
     leaveForLauncher();
     copyProject();

@@ -4,6 +4,7 @@
 #include "TourWorld.h"
 
 class FormWindow;
+class QTabWidget;
 
 /// The path an author walks, through the real windows: from the first start to an edited project,
 /// and through the life of whole projects.
@@ -31,6 +32,10 @@ private:
     void findInPages();
     void planQuickNav();
     void lookAtGlobals();
+
+    // TourBuild.cpp: build, findings, search, packing
+    void buildAndPack();
+    void pack(QWidget *build, QTabWidget *results);
 
     // TourLifeCycle.cpp: whole projects
     void createSecondProject();

@@ -137,7 +137,7 @@ void PackPane::makeList()
     QHeaderView *header = lstItems->horizontalHeader();
     const int letter = fontMetrics().averageCharWidth();
     for (const int column : {PackItemsModel::Change, PackItemsModel::Size, PackItemsModel::Before})
-        header->resizeSection(column, 16 * letter);
+        header->resizeSection(column, 18 * letter);
     header->setSectionResizeMode(PackItemsModel::File, QHeaderView::Stretch);
 }
 

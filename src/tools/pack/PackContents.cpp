@@ -70,7 +70,8 @@ bool isWorkFile(const QString &path)
 bool isOurNote(const QString &path)
 {
     static const QRegularExpression note(
-        uR"((^|\\)([^\\]*_Log\.txt|QV_PageFacts\.bin|QV_SearchWords\.bin)$)"_s,
+        uR"((^|\\)([^\\]*_Log\.txt|QV_PageFacts\.bin|QV_SearchWords\.bin)"
+        uR"(|QV_QA(Report|Baseline)\.xml)$)"_s,
         QRegularExpression::CaseInsensitiveOption);
     return note.match(path).hasMatch();
 }
