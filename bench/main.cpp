@@ -35,6 +35,7 @@
 //   bench packplan SERVER PROJECT        compares the project with its packed copy
 // SERVER and FOLDER are native paths.
 
+#include "BuildJobs.h"
 #include "CheckJobs.h"
 #include "LinkJobs.h"
 #include "PackJobs.h"
@@ -196,6 +197,7 @@ int main(int argc, char *argv[])
     jobs += scanJobs();
     jobs += wordJobs();
     jobs += checkJobs();
+    jobs += buildJobs();
     for (const Job &job : jobs) {
         if (argc < 2 || QLatin1StringView(argv[1]) != job.name || argc < 2 + job.arguments)
             continue;

@@ -9,7 +9,7 @@ set -euo pipefail
 [ $# -ge 1 ] && [ -f "$1/installations/pair.py" ] || { say "usage: measure.sh TOOLS_FOLDER [JOB]..."; exit 64; }
 tools=$(cd "$1/installations" && pwd)
 shift
-[ $# -gt 0 ] || set -- launcher second open pages blocked copy rewrite import links rows tables catalogue delete index finding scanning packing words linkcheck checking typing renaming
+[ $# -gt 0 ] || set -- launcher second open pages blocked copy rewrite import links rows tables catalogue delete index finding scanning packing words linkcheck checking building typing renaming
 configure_and_build release bench driver qv_tour quovane-developer qvdeveloper peer_dialog peer_empty
 bin=$root/build/release/bin
 work=$(mktemp -d "${MEASURE_DIR:-/dev/shm}/measure-XXXXXX")
@@ -227,6 +227,24 @@ checking() {
     else
         echo "tidy is not installed: nothing to compare with"
     fi
+}
+building() {
+    yardstick
+    local dir=$work/building some=$work/some tool alone="" anew
+    mkdir "$dir"
+    cp -r "$(page_folder)/." "$dir"
+    anew="rm -rf $dir/QV_* $dir/Search_Words $dir/DocToDoc $dir/DynamicHelp $dir/QuickNav"
+    echo "== a whole build, 1 thread, in CPU against reading the pages and listing their words"
+    pair "$anew; $bin/bench build $dir 1 all" "$work/yardstick html $dir words"
+    for tool in words links checks; do
+        alone+="$anew; $bin/bench build $dir 1 $tool; "
+    done
+    echo "== against words, links and checks each alone"
+    pair "$anew; $bin/bench build $dir 1 all" "$alone"
+    find "$dir" -name '*.htm*' | sort | awk 'NR % 100 == 0' >"$some"
+    echo "== again after 1 % of the pages changed against the first build, 2 threads"
+    pair "while read -r page; do echo '<!-- changed -->' >>\"\$page\"; done <$some; $bin/bench build $dir 2 all" \
+        "$anew; $bin/bench build $dir 2 all"
 }
 typing() {
     local length

@@ -6,6 +6,7 @@
 #include "platform/Paths.h"
 #include "platform/Progress.h"
 #include "platform/QvError.h"
+#include "resources/Counted.h"
 
 #include <QCheckBox>
 #include <QHBoxLayout>

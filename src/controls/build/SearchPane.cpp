@@ -4,6 +4,7 @@
 #include "controls/parts/Handler.h"
 #include "controls/parts/PlainLabel.h"
 #include "projectfiles/KeyWordFile.h"
+#include "resources/Counted.h"
 #include "tools/words/SearchQuery.h"
 
 #include <QHBoxLayout>

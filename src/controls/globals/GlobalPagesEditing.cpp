@@ -10,6 +10,7 @@
 #include "controls/parts/NameDialog.h"
 #include "platform/FileSystem.h"
 #include "platform/Paths.h"
+#include "resources/Counted.h"
 #include "startup/PageText.h"
 #include "startup/Session.h"
 #include "tools/html/HtmlScan.h"

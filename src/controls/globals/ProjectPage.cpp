@@ -9,6 +9,7 @@
 #include "controls/parts/Handler.h"
 #include "controls/parts/PlainLabel.h"
 #include "platform/FileSystem.h"
+#include "resources/Counted.h"
 
 #include <QFormLayout>
 #include <QHBoxLayout>

@@ -6,6 +6,7 @@
 #include "controls/parts/Handler.h"
 #include "controls/parts/ListCommands.h"
 #include "controls/parts/PlainLabel.h"
+#include "resources/Counted.h"
 
 #include <QAction>
 #include <QHBoxLayout>

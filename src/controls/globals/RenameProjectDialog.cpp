@@ -7,6 +7,7 @@
 #include "controls/parts/PlainLabel.h"
 #include "controls/session/LockedFiles.h"
 #include "projectfiles/TableOfContents.h"
+#include "resources/Counted.h"
 
 #include <QCheckBox>
 #include <QDialogButtonBox>

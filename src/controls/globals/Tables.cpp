@@ -66,11 +66,6 @@ void sayProblem(QLabel *label, const QString &problem)
     label->setVisible(!problem.isEmpty());
 }
 
-QString counted(qsizetype count, const QString &one, const QString &many)
-{
-    return count == 1 ? one : many.arg(count);
-}
-
 QPushButton *makeButton(const QString &objectName, QLatin1StringView iconName, const QString &text,
                         QWidget *parent)
 {

@@ -26,9 +26,6 @@ QString chosenRow(const QTreeWidget *table);
 QLabel *makeProblemLabel(const QString &objectName, QWidget *parent);
 void sayProblem(QLabel *label, const QString &problem);
 
-/// "1 page" or "7 pages": `one` as it is, `many` with its %1.
-QString counted(qsizetype count, const QString &one, const QString &many);
-
 QPushButton *makeButton(const QString &objectName, QLatin1StringView iconName, const QString &text,
                         QWidget *parent);
 /// A button with a picture only.

@@ -187,5 +187,11 @@ BuildResult runBuild(Session &session, FileSystem &files, const QString &project
                      const BuildObserver &observer, const Progress &progress)
 {
     const BuildInput input = readBuildInput(session, files, project, language, progress);
+    return runBuild(files, input, order, observer, progress);
+}
+
+BuildResult runBuild(FileSystem &files, const BuildInput &input, const BuildOrder &order,
+                     const BuildObserver &observer, const Progress &progress)
+{
     return Run(files, input, order, observer, progress).result();
 }

@@ -58,3 +58,6 @@ struct BuildResult
 BuildResult runBuild(Session &session, FileSystem &files, const QString &project,
                      const QString &language, const BuildOrder &order,
                      const BuildObserver &observer, const Progress &progress);
+/// The same for author files that were read before.
+BuildResult runBuild(FileSystem &files, const BuildInput &input, const BuildOrder &order,
+                     const BuildObserver &observer, const Progress &progress);

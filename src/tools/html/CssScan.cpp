@@ -1,25 +1,11 @@
 #include "tools/html/CssScan.h"
 
 #include "tools/html/HtmlTokens.h"
+#include "tools/html/PageUnits.h"
 
 #include <algorithm>
 
 namespace {
-
-char32_t unit(QChar c)
-{
-    return c.unicode();
-}
-
-char32_t unit(char c)
-{
-    return static_cast<unsigned char>(c);
-}
-
-bool isBlank(char32_t c)
-{
-    return c == ' ' || c == '\n' || c == '\t' || c == '\r' || c == '\f';
-}
 
 /// Goes through a style sheet and notes what it refers to.
 template <typename View>

@@ -1,6 +1,7 @@
 #include "tools/html/TagReferences.h"
 
 #include "tools/html/CssScan.h"
+#include "tools/html/PageUnits.h"
 
 #include <algorithm>
 #include <optional>
@@ -8,21 +9,6 @@
 namespace {
 
 using Kind = PageReference::Kind;
-
-char32_t unit(QChar c)
-{
-    return c.unicode();
-}
-
-char32_t unit(char c)
-{
-    return static_cast<unsigned char>(c);
-}
-
-bool isBlank(char32_t c)
-{
-    return c == ' ' || c == '\n' || c == '\t' || c == '\r' || c == '\f';
-}
 
 template <typename View>
 View piece(View text, size_t from, size_t to)
