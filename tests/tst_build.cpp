@@ -124,6 +124,23 @@ public:
     }
     ~HeldBuild() { letGo(); }
     void letGo() { gate.release(500); }
+    /// Lets the worker do one write after the other until then.
+    template <typename Condition>
+    void stepUntil(Condition &&isReached)
+    {
+        while (!isReached()) {
+            if (isHeld.exchange(false))
+                gate.release();
+            QTest::qWait(1);
+        }
+    }
+    /// From now on the worker waits again.
+    void hold()
+    {
+        while (gate.try_acquire()) {
+        }
+        isHeld = false;
+    }
 };
 
 } // namespace
@@ -138,8 +155,11 @@ private Q_SLOTS:
     void stopsWhenTold();
     void asksBeforeItClosesOnARun();
     void noticesEditsMeanwhile();
+    void noticesPagesThatChangeOnDisk();
+    void tellsWhatItCannotRead();
     void savesPageTextFirst();
     void packsAndReleases();
+    void stopsPacking();
     void triesASearch();
 };
 
@@ -268,6 +288,83 @@ void tst_build::noticesEditsMeanwhile()
     QCOMPARE(held.form->windowTitle(), "Build Step 1 of 2"_L1);
 }
 
+void tst_build::noticesPagesThatChangeOnDisk()
+{
+    const QString page = u"Book_REP\\start.htm"_s;
+    {
+        HeldBuild held; // the pages are read, nothing is written
+        held.world.put(held.world.projectPath() + page, BuildWorld::page("Pumps", "Meanwhile"));
+        held.letGo();
+        QTRY_VERIFY(isEnabled(held.form, "cmdBack"));
+        QVERIFY(textOf(held.form, "lblOutcome").startsWith("The project was edited while"_L1));
+        QVERIFY(held.world.session.booksChanged);
+        click(held.form, "cmdBack");
+        QTRY_COMPARE(textOf(held.form, "lblWhySearchIndex"),
+                     "The project was edited after the last run."_L1);
+        QCOMPARE(ticked(held.form).size(), 4);
+    }
+    HeldBuild held;
+    held.stepUntil([&] { return held.world.lights().docToDoc == Light::warnings; });
+    held.world.put(held.world.projectPath() + page, BuildWorld::page("Pumps", "Meanwhile"));
+    click(held.form, "cmdStop");
+    held.letGo();
+    QTRY_VERIFY(isEnabled(held.form, "cmdBack"));
+    QVERIFY(textOf(held.form, "lblOutcome").startsWith("Stopped."_L1));
+    QCOMPARE(held.world.lights().docToDoc, Light::mustRun);
+}
+
+void tst_build::tellsWhatItCannotRead()
+{
+    BuildWorld world;
+    frmBuild *const form = world.open();
+    const QString statusFile = world.projectPath() + ProjectFile::status;
+    world.files.removeFile(statusFile);
+    form->ctlBuildTab1().RefreshStatus(u"MainUI"_s);
+    QTRY_VERIFY(hasReasons(form));
+    QVERIFY(textOf(form, "lblProblem")
+                .endsWith("The status file of this project is missing or "
+                          "cannot be read. A build makes a new one."_L1));
+    QCOMPARE(ticked(form).size(), 4);
+    build(form);
+    QCOMPARE(textOf(form, "lblOutcome"), "The build is done."_L1);
+    QCOMPARE(world.lights().contextSettings, Light::good);
+
+    click(form, "cmdBack");
+    world.session.booksChanged = true;
+    StatusIndicators(world.session, world.files, world.real).UpdateStatusXml(Light::mustRun);
+    form->ctlBuildTab1().RefreshStatus(u"MainUI"_s);
+    world.files.setAttributes(statusFile, ReadOnlyFile);
+    build(form);
+    QVERIFY(textOf(form, "lblOutcome").contains("QV_StatusIndicators.xml"_L1));
+    QVERIFY(world.session.booksChanged);
+    world.files.setAttributes(statusFile, 0);
+    StatusIndicators(world.session, world.files, world.real).UpdateStatusXml(Light::good);
+
+    const QString toc = world.projectPath() + ProjectFile::toc;
+    const QByteArray whole = world.bytes(toc);
+    world.put(toc, whole.first(whole.size() / 2));
+    click(form, "cmdBack");
+    QTRY_VERIFY2(textOf(form, "lblProblem").contains("QV_Toc.xml"_L1),
+                 qPrintable(textOf(form, "lblProblem")));
+    QCOMPARE(textOf(form, "lblWhySearchIndex"), QString());
+    QSignalSpy completed(&form->ctlBuildTab1(), &ctlBuildTab::evtProcessComplete);
+    click(form, "chkRebuildAll");
+    build(form);
+    QCOMPARE(completed, QList<QVariantList>{{false}});
+    QVERIFY(textOf(form, "lblOutcome").contains("QV_Toc.xml"_L1));
+    QCOMPARE(statesIn(form).values(), QStringList(6, u"Not run"_s));
+    QCOMPARE(world.lights().contextSettings, Light::good);
+
+    control<QTabWidget>(form, "tabResults")
+        ->setCurrentWidget(control<QWidget>(form, "lstPackItems")->parentWidget());
+    QTRY_VERIFY(textOf(form, "lblPackPlan").contains("QV_Toc.xml"_L1));
+    click(form, "cmdPack");
+    QTRY_VERIFY(textOf(form, "lblPacked").contains("QV_Toc.xml"_L1));
+    QVERIFY(!world.files.fileExists(world.projectPath() + u"QVPlant_Server.Zip"_s));
+    QCOMPARE(world.bytes(toc), whole.first(whole.size() / 2));
+    QVERIFY(world.messages.shown.isEmpty());
+}
+
 void tst_build::savesPageTextFirst()
 {
     BuildWorld world;
@@ -312,10 +409,18 @@ void tst_build::packsAndReleases()
         return ProjectCatalogue(world.session, world.files).entries().constLast();
     };
     QCOMPARE(entry().addDate, QString());
+    click(form, "chkRelease");
+    StatusIndicators(world.session, world.files, world.real).UpdateStatusXml(Light::mustRun);
+    click(form, "cmdPack");
+    QTRY_VERIFY(textOf(form, "lblPacked")
+                    .endsWith("It was not released: the project was edited. Go "
+                              "back and build again."_L1));
+    QTRY_VERIFY(!isEnabled(form, "chkRelease"));
+    QCOMPARE(entry().addDate, QString());
 
     world.put(world.projectPath() + u"Book_REP\\start.htm"_s, BuildWorld::page("Pumps", "Newer"));
     click(form, "cmdBack");
-    control<QCheckBox>(form, "chkSearchIndex")->setChecked(true);
+    click(form, "chkRebuildAll");
     control<QComboBox>(form, "cboChecks")->setCurrentIndex(0);
     build(form);
     showPack();
@@ -338,6 +443,39 @@ void tst_build::packsAndReleases()
     const QPointer window = form;
     click(form, "cmdClose");
     QTRY_VERIFY(!window);
+}
+
+void tst_build::stopsPacking()
+{
+    HeldBuild held;
+    held.letGo();
+    QTRY_VERIFY(isEnabled(held.form, "cmdBack"));
+    control<QTabWidget>(held.form, "tabResults")
+        ->setCurrentWidget(control<QWidget>(held.form, "lstPackItems")->parentWidget());
+    QTRY_VERIFY(textOf(held.form, "lblPackPlan").contains("go in"_L1));
+    const auto names = [&] {
+        QStringList list;
+        for (const FolderEntry &entry : held.world.files.entries(held.world.projectPath()))
+            list.append(entry.name);
+        return list;
+    };
+    const QStringList before = names();
+
+    held.hold();
+    click(held.form, "cmdPack");
+    QTRY_VERIFY(held.isHeld);
+    QVERIFY(!isEnabled(held.form, "cmdPack") && !isEnabled(held.form, "cmdClose"));
+    held.world.messages.answers = {Answer::No};
+    QVERIFY(!held.form->close());
+    click(held.form, "cmdStopPack");
+    held.letGo();
+    QTRY_COMPARE(textOf(held.form, "lblPacked"), "Stopped. The last packed copy is as it was."_L1);
+    QCOMPARE(names(), before);
+
+    QTRY_VERIFY(isEnabled(held.form, "cmdPack"));
+    click(held.form, "cmdPack");
+    QTRY_VERIFY(textOf(held.form, "lblPacked").contains("packed into QVPlant_Server.Zip"_L1));
+    QVERIFY(isEnabled(held.form, "cmdClose"));
 }
 
 void tst_build::triesASearch()

@@ -5,6 +5,7 @@
 #include "controls/session/ProjectSession.h"
 #include "support/FormDriver.h"
 #include "support/SampleProject.h"
+#include "tools/ByteSieve.h"
 #include "tools/LinkContext.h"
 #include "tools/PageReference.h"
 #include "tools/TextDiff.h"
@@ -67,6 +68,7 @@ class tst_findpages final : public QObject
 
 private Q_SLOTS:
     void findsTextsAndPatterns();
+    void passesOverNoPageThatHoldsIt();
     void givesUpEndlessPatterns();
     void findsInEveryEncoding();
     void replacesWhatWasChecked();
@@ -103,6 +105,30 @@ void tst_findpages::findsTextsAndPatterns()
              u"pump \\1"_s);
     QCOMPARE(TextFinder({u"a(b"_s, false, false, true}).problem(),
              u"missing closing parenthesis (character 4)"_s);
+}
+
+void tst_findpages::passesOverNoPageThatHoldsIt()
+{
+    QMultiHash<QChar, QChar> forms; // letters by what they are without regard to case
+    for (char16_t c = 0x21; c < 0xFFFE; ++c) {
+        if (!QChar::isSurrogate(c))
+            forms.insert(QChar(c).toCaseFolded(), QChar(c));
+    }
+    for (char16_t c = 0x21; c < 0x590; ++c) {
+        const FindOptions find{QString(QChar(c)) + u'a'};
+        const ByteSieve sieve(find);
+        for (const QChar form : forms.values(QChar(c).toCaseFolded())) {
+            const QString page = u"\u4e00 "_s + form + u'A';
+            if (!TextFinder(find).in(page).hits.isEmpty())
+                QVERIFY2(sieve.mayHold(page.toUtf8()), qPrintable(page));
+        }
+    }
+    const ByteSieve sieve({u"K\u00e4fer"_s});
+    QVERIFY(!sieve.mayHold("wei\xc3\x9f, K\xc3\xb6rper"));
+    QVERIFY(sieve.mayHold("K\xc3\x84"
+                          "FER")
+            && sieve.mayHold("K\xe4"
+                             "fer"));
 }
 
 void tst_findpages::givesUpEndlessPatterns()

@@ -129,7 +129,7 @@ void tst_linktools::judgesEveryKindOfLink()
     const ToolReport report = project.link();
     QCOMPARE(report.outcome, ToolReport::Outcome::Warnings);
     QCOMPARE(project.log(u"DocToDoc_Log.txt"_s), lines(uR"(Document to document links
-15 links between pages; 13 bad links; 1 published identifiers, 2 references to identifiers.
+15 links between pages; 13 bad links; 1 published identifier, 2 references to identifiers.
 
 Book_OPG\based.htm(2): LINK02 Book_VLV\sub is a folder without an index page (index.html or index.htm).
 Book_OPG\start.htm(2): LINK05 Book_OPG\stop.htm has no place #here.
@@ -464,7 +464,7 @@ void tst_linktools::writesTheQuickNavigation()
 
     QCOMPARE(project.writeQuickNav().outcome, ToolReport::Outcome::Warnings);
     QCOMPARE(project.log(u"QuickNav\\QuickNav_Log.txt"_s), lines(uR"(Quick navigation
-3 entries; 3 dead links, 1 places without links, 1 pages that no entry leads to.
+3 entries; 3 dead links, 1 place without links, 1 page that no entry leads to.
 
 QuickNav\Book_QuickNav.xml: NAV02 Operator > Pumps > Starting > Steps: the link "stop" leads to the place #two, which Book_OPG\stop.htm does not have.
 QuickNav\Book_QuickNav.xml: NAV01 Operator > Pumps > Starting > Steps: the link "Nothing" leads to page P0009 of book OPG, which is in no book's outline.

@@ -2,7 +2,7 @@
 // and stops when the two forms of the scanner disagree, when a result points outside its page, or
 // when what was kept reads back as something else.
 
-#include "tools/build/Checksum.h"
+#include "tools/Checksum.h"
 #include "tools/build/PageFactsCache.h"
 #include "tools/build/PageScan.h"
 #include "tools/html/HtmlTokens.h"

@@ -69,7 +69,7 @@ BuildChoice::BuildChoice(Program &program, QWidget *parent)
     m_later.setInterval(betweenPlans);
     connect(&m_later, &QTimer::timeout, this, &BuildChoice::plan);
     connect(&m_planning, &BackgroundWork::ended, this,
-            [this](bool, const QString &problem) { sayProblems(problem); });
+            [this](bool, const QString &problem) { endPlanning(problem); });
 }
 
 void BuildChoice::addRows(QGridLayout *grid)
@@ -204,6 +204,17 @@ void BuildChoice::workOut(const BuiltProject &project, const Progress &progress)
     const Planned planned{planBuild(input, listing, lights),
                           countOpen(m_program.files, input.folder) > 1};
     m_planning.tell([this, planned] { showPlanned(planned); });
+}
+
+void BuildChoice::endPlanning(const QString &problem)
+{
+    sayProblems(problem);
+    if (problem.isEmpty())
+        return;
+    for (const Row &row : m_rows) { // nobody knows
+        row.lastRun->clear();
+        row.why->clear();
+    }
 }
 
 void BuildChoice::showPlanned(const Planned &planned)

@@ -54,6 +54,7 @@ private:
     void workOut(const BuiltProject &project, const Progress &progress);
     void sayProblems(const QString &problem);
     void showPlanned(const Planned &planned);
+    void endPlanning(const QString &problem);
     void showReasons(Row &row, const ToolState &state);
     void showLights();
     void preset(Row &row, bool isStale);

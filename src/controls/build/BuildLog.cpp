@@ -1,6 +1,5 @@
 #include "controls/build/BuildLog.h"
 
-#include "controls/globals/Tables.h"
 #include "resources/Counted.h"
 
 using namespace Qt::StringLiterals;

@@ -183,6 +183,12 @@ void BuildRunPage::stop()
     m_build->stop();
 }
 
+void BuildRunPage::noteChange()
+{
+    m_build->noteChange();
+    m_pack->noteChange();
+}
+
 bool BuildRunPage::isBusy() const
 {
     return m_build->isRunning() || isPacking();

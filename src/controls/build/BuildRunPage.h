@@ -27,7 +27,7 @@ public:
 
     /// Runs what is ordered; when that is nothing, goes straight to packing.
     void begin(const BuiltProject &project, const BuildOrder &order);
-    void noteChange() { m_build->noteChange(); }
+    void noteChange();                 ///< the project was edited
     [[nodiscard]] bool isBusy() const; ///< builds or packs
     [[nodiscard]] bool isPacking() const;
     void finish(); ///< stops what runs and waits for it

@@ -19,6 +19,7 @@
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QStyledItemDelegate>
 #include <QTreeView>
 
 using namespace Qt::StringLiterals;
@@ -49,6 +50,20 @@ QString meaningOf(const Finding &finding)
         lines.append(kind->name() + u". "_s + kind->explanation());
     return lines.join(u'\n');
 }
+
+/// Shows both ends of a path.
+class PathDelegate final : public QStyledItemDelegate
+{
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+protected:
+    void initStyleOption(QStyleOptionViewItem *option, const QModelIndex &index) const override
+    {
+        QStyledItemDelegate::initStyleOption(option, index);
+        option->textElideMode = Qt::ElideMiddle;
+    }
+};
 
 } // namespace
 
@@ -119,13 +134,13 @@ void FindingsView::makeTable()
     lstFindings->setUniformRowHeights(true);
     lstFindings->setAllColumnsShowFocus(true);
     lstFindings->setAlternatingRowColors(true);
-    lstFindings->setTextElideMode(Qt::ElideMiddle);
+    lstFindings->setItemDelegateForColumn(FindingsModel::FileColumn, new PathDelegate(lstFindings));
     lstFindings->setSelectionMode(QAbstractItemView::ExtendedSelection);
     lstFindings->setTabKeyNavigation(false);
     lstFindings->header()->setSortIndicatorClearable(true);
-    lstFindings->header()->setSortIndicator(-1, Qt::AscendingOrder);
+    lstFindings->header()->setSortIndicator(FindingsModel::SeverityColumn, Qt::AscendingOrder);
     lstFindings->setSortingEnabled(true);
-    constexpr std::array letters{13, 9, 34, 7, 32};
+    constexpr std::array letters{12, 9, 24, 6, 22};
     for (int column = 0; column < static_cast<int>(letters.size()); ++column)
         lstFindings->header()->resizeSection(column, letters[static_cast<size_t>(column)]
                                                          * fontMetrics().averageCharWidth());

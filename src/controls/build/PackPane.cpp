@@ -18,10 +18,15 @@
 #include <QThread>
 
 #include <algorithm>
+#include <chrono>
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace {
+
+/// Shorter times show the author nothing, and each takes a look at all files of the project.
+constexpr auto betweenPlans = 400ms;
 
 QString shownSize(qint64 bytes)
 {
@@ -92,6 +97,9 @@ PackPane::PackPane(Program &program, QWidget *parent)
         cmdStopPack->setEnabled(false);
         m_packing.stop();
     });
+    m_later.setSingleShot(true);
+    m_later.setInterval(betweenPlans);
+    connect(&m_later, &QTimer::timeout, this, &PackPane::plan);
     connect(&m_planning, &BackgroundWork::ended, this, [this](bool, const QString &problem) {
         if (!problem.isEmpty())
             lblPlan->setText(problem);
@@ -184,6 +192,13 @@ void PackPane::setProject(const BuiltProject &project)
     plan();
 }
 
+void PackPane::noteChange()
+{
+    m_isPlanned = false;
+    if (isVisible())
+        m_later.start();
+}
+
 void PackPane::finish()
 {
     m_planning.giveUp();
@@ -208,6 +223,7 @@ void PackPane::plan()
 {
     if (m_project.isNone() || !isVisible() || isPacking())
         return;
+    m_later.stop();
     m_isPlanned = true;
     lblPlan->setText(tr("Comparing with the last pack..."));
     m_planning.start([this, project = m_project, chosen = options()](const Progress &progress) {
@@ -299,6 +315,8 @@ void PackPane::release()
                            + tr("It was not released: %1").arg(error.description()));
     };
     trap(refused, [this] {
+        if (!m_project.isBuilt(m_program)) // an edit since the pane looked
+            throw QvError(5, {}, tr("the project was edited. Go back and build again."));
         m_project.release(m_program);
         lblPacked->setText(lblPacked->text() + u' ' + tr("The set is released."));
     });

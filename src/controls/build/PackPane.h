@@ -4,6 +4,7 @@
 #include "controls/build/BuiltProject.h"
 #include "tools/pack/PackProject.h"
 
+#include <QTimer>
 #include <QWidget>
 
 class PackItemsModel;
@@ -24,6 +25,8 @@ public:
 
     /// What would go in is looked at when the pane is seen.
     void setProject(const BuiltProject &project);
+    /// The project was edited: compares anew in a moment.
+    void noteChange();
     [[nodiscard]] bool isPacking() const { return m_packing.isRunning(); }
     void finish(); ///< stops what runs and waits for it
 
@@ -71,6 +74,7 @@ private:
     QPushButton *cmdStopPack;
     QLabel *lblPacked;
     bool m_isPlanned = false;
+    QTimer m_later;            ///< plans when it ends
     BackgroundWork m_planning; ///< last: they use the rest
     BackgroundWork m_packing;
 };

@@ -58,10 +58,11 @@ void ProjectBuild::build(const BuildOrder &order, const Progress &progress)
     const auto ends = [this](BuildStage stage, const ToolReport &report) {
         m_work.tell([this, stage, report] { noteStage(stage, report); });
     };
+    const auto outdated = [this] { m_work.tell([this] { m_outdated = true; }); };
     Session session = m_project.session();
     const BuildResult result =
         runBuild(session, m_program.files, m_project.name(), m_project.language(m_program.files),
-                 order, {begins, ends}, progress);
+                 order, {begins, ends, outdated}, progress);
     m_work.tell([this, success = result.success] { m_success = success; });
 }
 

@@ -75,6 +75,7 @@ StageTable::StageTable(Program &program, QWidget *parent)
     row->addWidget(cmdOpenLog, 0, Qt::AlignTop);
     lstStages->header()->setSectionResizeMode(StateColumn, QHeaderView::Interactive);
     lstStages->header()->resizeSection(StateColumn, 28 * fontMetrics().averageCharWidth());
+    lstStages->setTextElideMode(Qt::ElideRight);
     lstStages->setTabKeyNavigation(false);
     // Six parts and the head are seen without scrolling.
     lstStages->setFixedHeight(8 * (fontMetrics().height() + 4));

@@ -3,7 +3,6 @@
 #include "platform/Paths.h"
 #include "platform/QvError.h"
 #include "platform/TreeWalker.h"
-#include "resources/Counted.h"
 
 #include <chrono>
 #include <optional>

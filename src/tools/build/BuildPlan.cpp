@@ -5,6 +5,8 @@
 
 #include <QCoreApplication>
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -12,6 +14,20 @@ namespace {
 QString tr(const char *text, int count = -1)
 {
     return QCoreApplication::translate("BuildPlan", text, nullptr, count);
+}
+
+/// Null when there is no such file, or several in other letter case.
+const ProjectListing::File *fileAt(const ProjectListing &listing, const QString &path)
+{
+    using Match = ProjectListing::Match;
+    const auto found = listing.find(ProjectListing::listed(path));
+    const bool isThere = found.match == Match::Exact || found.match == Match::OtherCase;
+    return isThere ? &listing.files()[found.file] : nullptr;
+}
+
+QString globalBookPath()
+{
+    return withBackslash(ProjectFile::globalFolder) + ProjectFile::globalBook;
 }
 
 /// What the files of a project say about one tool.
@@ -35,8 +51,7 @@ public:
         takeLight();
         takeFile(ProjectFile::toc, tr("The list of books changed."));
         if (tool == BuildTool::QuickNav || tool == BuildTool::SearchIndex)
-            takeFile(withBackslash(ProjectFile::globalFolder) + ProjectFile::globalBook,
-                     tr("The list of global pages changed."));
+            takeFile(globalBookPath(), tr("The list of global pages changed."));
         if (tool == BuildTool::QuickNav)
             takeFile(ProjectFile::quickNav, tr("The quick navigation changed."));
         if (tool == BuildTool::SearchIndex)
@@ -103,10 +118,7 @@ private:
 
     [[nodiscard]] const ProjectListing::File *fileAt(const QString &path) const
     {
-        using Match = ProjectListing::Match;
-        const auto found = m_listing.find(ProjectListing::listed(path));
-        const bool isThere = found.match == Match::Exact || found.match == Match::OtherCase;
-        return isThere ? &m_listing.files()[found.file] : nullptr;
+        return ::fileAt(m_listing, path);
     }
 
     [[nodiscard]] bool isNewer(const ProjectListing::File *file) const
@@ -119,7 +131,39 @@ private:
     ToolState &m_state;
 };
 
+/// The pages in the order of paths, then the project's own files; null for one that is not there.
+std::vector<const ProjectListing::File *> sourcesOf(const BuildInput &input,
+                                                    const ProjectListing &listing)
+{
+    std::vector<const ProjectListing::File *> sources;
+    for (const ProjectListing::File &file : listing.files()) {
+        if (isPageName(ProjectListing::shown(file.path)))
+            sources.push_back(&file);
+    }
+    for (const QString &path : {QString(ProjectFile::toc), globalBookPath(),
+                                QString(ProjectFile::quickNav), QString(ProjectFile::keyWords)})
+        sources.push_back(fileAt(listing, path));
+    for (const BuildBook &book : input.books)
+        sources.push_back(fileAt(listing, book.folder + book.entry.file));
+    return sources;
+}
+
+bool isAsItWas(const ProjectListing::File *before, const ProjectListing::File *now)
+{
+    if (before == nullptr || now == nullptr)
+        return before == now;
+    return before->path == now->path && before->size == now->size
+           && before->modified == now->modified;
+}
+
 } // namespace
+
+bool sourcesDiffer(const BuildInput &input, const ProjectListing &before, const ProjectListing &now)
+{
+    const auto old = sourcesOf(input, before);
+    const auto current = sourcesOf(input, now);
+    return !std::equal(old.begin(), old.end(), current.begin(), current.end(), isAsItWas);
+}
 
 BuildPlan planBuild(const BuildInput &input, const ProjectListing &listing,
                     const std::array<std::optional<qint64>, 4> &lights)

@@ -33,3 +33,7 @@ struct BuildPlan
 /// `lights` as the status file holds them, in the order of `BuildTool`.
 BuildPlan planBuild(const BuildInput &input, const ProjectListing &listing,
                     const std::array<std::optional<qint64>, 4> &lights);
+
+/// Whether an author's file that tools look at changed, came or went between two looks.
+bool sourcesDiffer(const BuildInput &input, const ProjectListing &before,
+                   const ProjectListing &now);

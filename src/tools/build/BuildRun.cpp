@@ -3,6 +3,8 @@
 #include "platform/Paths.h"
 #include "platform/QvError.h"
 #include "platform/TreeWalker.h"
+#include "resources/Counted.h"
+#include "tools/build/BuildPlan.h"
 #include "tools/build/FreshFolder.h"
 #include "tools/build/PageAnchors.h"
 #include "tools/build/ScannedPages.h"
@@ -52,6 +54,21 @@ public:
 
     BuildResult result()
     {
+        try {
+            runStages();
+        } catch (const Unwinding &) {
+            tellChanges(); // what tools did before the stop is there
+            throw;
+        }
+        tellChanges();
+        m_result.success = std::none_of(m_result.tools.begin(), m_result.tools.end(), hasFailed)
+                           && !hasFailed(m_result.checks);
+        return std::move(m_result);
+    }
+
+private:
+    void runStages()
+    {
         recover();
         readPages();
         const PageAnchors anchors(m_pages);
@@ -77,12 +94,28 @@ public:
                 return checkQuality(m_files, m_input, m_pages, check, m_order.checks, progress);
             });
         }
-        m_result.success = std::none_of(m_result.tools.begin(), m_result.tools.end(), hasFailed)
-                           && !hasFailed(m_result.checks);
-        return std::move(m_result);
     }
 
-private:
+    void tellChanges() const
+    {
+        const bool hasMade =
+            std::any_of(m_result.tools.begin(), m_result.tools.end(),
+                        [](const std::optional<ToolReport> &report) { return report.has_value(); });
+        if (hasMade && m_observer.outdated && hasChanged())
+            m_observer.outdated();
+    }
+
+    [[nodiscard]] bool hasChanged() const
+    {
+        bool isOther = false;
+        trap([&](const QvError &) { isOther = true; }, // the project itself is gone, or locked
+             [&] {
+                 const auto now = ProjectListing::read(m_files, m_input.folder);
+                 isOther = sourcesDiffer(m_input, m_pages.listing(), now);
+             });
+        return isOther;
+    }
+
     static bool hasFailed(const std::optional<ToolReport> &report)
     {
         return report && report->outcome == ToolReport::Outcome::Failed;
@@ -92,8 +125,10 @@ private:
 
     void recover()
     {
+        // What is in the way now is told by the tool that needs the folder.
         for (const QLatin1StringView folder : freshFolders)
-            recoverFreshFolder(m_files, m_input.folder + folder);
+            trap([](const QvError &) {},
+                 [&] { recoverFreshFolder(m_files, m_input.folder + folder); });
     }
 
     void readPages()
@@ -105,11 +140,14 @@ private:
                                 .threads = m_order.threads};
         begin(BuildStage::Pages);
         m_pages = ScannedPages::read(m_files, m_input, wishes, stageProgress());
-        m_pages.save(m_files, m_input);
+        // What cannot be kept is read again by the next build.
+        trap([](const QvError &) {}, [this] { m_pages.save(m_files, m_input); });
         end(BuildStage::Pages,
-            {ToolReport::Outcome::Good, tr("%1 pages and style sheets, %2 of them read anew.")
-                                            .arg(m_pages.pages().size())
-                                            .arg(m_pages.freshCount())});
+            {ToolReport::Outcome::Good,
+             tr("%1, %2 of them read anew.")
+                 .arg(counted(qsizetype(m_pages.pages().size()), tr("1 page or style sheet"),
+                              tr("%1 pages and style sheets")))
+                 .arg(m_pages.freshCount())});
     }
 
     [[nodiscard]] LinkCheck checkLinks(const PageAnchors &anchors) const
@@ -161,6 +199,28 @@ private:
     int m_stage = 0;
 };
 
+/// Two builds would write into the same folders. Null where no lock can be made: who may only read
+/// there disturbs nobody.
+std::unique_ptr<FileLock> lockBuild(FileSystem &files, const QString &folder)
+{
+    const QString backups = folder + ProjectFile::backupFolder;
+    const QString path = backups + u"\\Build.lock"_s;
+    bool isUsable = true;
+    std::unique_ptr<FileLock> lock;
+    trap([&](const QvError &) { isUsable = false; },
+         [&] {
+             if (!files.folderExists(backups))
+                 files.makeFolder(backups);
+             lock = files.lock(path, folder + ProjectFile::toc, std::chrono::seconds(1));
+         });
+    if (isUsable && !lock)
+        throw QvError(PermissionDenied, {},
+                      tr("Another QV Developer builds this project now. Build again when it has "
+                         "ended. The file that it holds is %1")
+                          .arg(path));
+    return lock;
+}
+
 } // namespace
 
 QString nameOf(BuildStage stage)
@@ -186,6 +246,8 @@ BuildResult runBuild(Session &session, FileSystem &files, const QString &project
                      const QString &language, const BuildOrder &order,
                      const BuildObserver &observer, const Progress &progress)
 {
+    const QString folder = existingProjectFolder(files, session.serverPath, project);
+    const auto lock = lockBuild(files, folder);
     const BuildInput input = readBuildInput(session, files, project, language, progress);
     return runBuild(files, input, order, observer, progress);
 }

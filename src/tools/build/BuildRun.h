@@ -37,6 +37,9 @@ struct BuildObserver
     std::function<void(BuildStage stage)> begins;
     /// `report` of `Pages` has only a summary.
     std::function<void(BuildStage stage, const ToolReport &report)> ends;
+    /// Somebody changed an author's file since the pages were listed: what tools made may not show
+    /// it. Comes last, also before a stop is raised.
+    std::function<void()> outdated = {};
 };
 
 struct BuildResult
@@ -54,7 +57,7 @@ struct BuildResult
 /// pages that are as they were are not read again. A tool that fails is reported as failed, and the
 /// others run all the same. Never changes what the author made. The status file is the caller's to
 /// bring up to date. Raises `Unwinding{Stopped}`; tools that were done stay done then. Raises 53 or
-/// 75 when the table of contents cannot be read.
+/// 75 when the table of contents cannot be read, 70 while another program builds the project.
 BuildResult runBuild(Session &session, FileSystem &files, const QString &project,
                      const QString &language, const BuildOrder &order,
                      const BuildObserver &observer, const Progress &progress);

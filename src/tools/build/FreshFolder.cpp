@@ -4,6 +4,8 @@
 #include "platform/QvError.h"
 #include "platform/TreeWalker.h"
 
+#include <QCoreApplication>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -19,10 +21,22 @@ QString oldPlace(const QString &folder)
     return folder + u".qvold"_s;
 }
 
+// What is no folder is not ours.
 void removeIfThere(FileSystem &files, const QString &folder)
 {
-    if (files.exists(folder))
+    if (files.folderExists(folder))
         deleteTree(files, folder);
+}
+
+void refuseUnlessFree(FileSystem &files, const QString &place)
+{
+    const FileKind kind = files.status(place).kind;
+    if (kind != FileKind::Missing && kind != FileKind::Folder)
+        throw QvError(PathFileAccess, {},
+                      QCoreApplication::translate(
+                          "FreshFolder", "A build makes a folder %1, but something else has that "
+                                         "name. Rename it or move it away, then build again.")
+                          .arg(place));
 }
 
 } // namespace
@@ -31,6 +45,8 @@ FreshFolder::FreshFolder(FileSystem &files, QString folder)
     : m_files(files)
     , m_folder(std::move(folder))
 {
+    for (const QString &place : {m_folder, freshPlace(m_folder), oldPlace(m_folder)})
+        refuseUnlessFree(m_files, place);
     recoverFreshFolder(m_files, m_folder);
     if (m_files.folderExists(m_folder)) {
         for (const FolderEntry &entry : m_files.entries(m_folder)) {
@@ -118,8 +134,8 @@ void recoverFreshFolder(FileSystem &files, const QString &folder)
     if (files.exists(folder)) {
         removeIfThere(files, oldPlace(folder));
         removeIfThere(files, freshPlace(folder));
-    } else if (files.exists(oldPlace(folder))) {
-        if (files.exists(freshPlace(folder)))
+    } else if (files.folderExists(oldPlace(folder))) {
+        if (files.folderExists(freshPlace(folder)))
             files.move(freshPlace(folder), folder);
         else
             files.move(oldPlace(folder), folder);

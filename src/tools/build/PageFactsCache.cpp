@@ -1,6 +1,6 @@
 #include "tools/build/PageFactsCache.h"
 
-#include "tools/build/Checksum.h"
+#include "tools/Checksum.h"
 #include "tools/build/PackedBytes.h"
 
 #include <QtEndian>

@@ -1,6 +1,7 @@
 #include "tools/build/ProjectListing.h"
 
 #include "platform/Paths.h"
+#include "platform/QvError.h"
 
 #include <algorithm>
 
@@ -48,7 +49,7 @@ struct ProjectListing::Walk
     void enter(const QString &folder, const std::string &path, int depth)
     {
         progress.step(static_cast<int>(listing.m_files.size()), 0);
-        const QList<FolderEntry> entries = files.entries(folder);
+        const QList<FolderEntry> entries = entriesOf(folder, depth);
         for (const FolderEntry &entry : entries) {
             std::string place = path + entry.name.toStdString();
             if (entry.status.kind == FileKind::File) {
@@ -59,6 +60,17 @@ struct ProjectListing::Walk
                 enter(folder + entry.name + u'\\', place + '/', depth + 1);
             }
         }
+    }
+    /// A folder that went since the one above was read is as good as empty.
+    QList<FolderEntry> entriesOf(const QString &folder, int depth) const
+    {
+        try {
+            return files.entries(folder);
+        } catch (const QvError &error) {
+            if (depth == 1 || error.number() != PathNotFound)
+                throw;
+        }
+        return {};
     }
     static bool isLeftOut(const std::string &path)
     {

@@ -3,7 +3,7 @@
 #include "platform/Paths.h"
 #include "platform/QvError.h"
 #include "tools/PageIndexReader.h"
-#include "tools/build/Checksum.h"
+#include "tools/Checksum.h"
 #include "tools/build/PageFactsCache.h"
 #include "tools/build/PageScan.h"
 

@@ -1,6 +1,7 @@
 #include "tools/checks/QualityChecks.h"
 
 #include "platform/QvError.h"
+#include "resources/Counted.h"
 #include "tools/checks/AssetChecks.h"
 #include "tools/checks/BookChecks.h"
 #include "tools/checks/DataChecks.h"
@@ -49,14 +50,14 @@ QaReport reportBefore(FileSystem &files, const QString &folder)
 
 QString summaryOf(const QaReport &report, const ScannedPages &pages, const LinkCheck &links)
 {
-    return tr("%1; new errors: %2, warnings: %3, notes: %4. Looked at: %5 pages and style sheets, "
-              "%6 links.")
+    return tr("%1; new errors: %2, warnings: %3, notes: %4. Looked at: %5, %6.")
         .arg(report.counts())
         .arg(report.newCount(Severity::Error))
         .arg(report.newCount(Severity::Warning))
         .arg(report.newCount(Severity::Note))
-        .arg(pages.pages().size())
-        .arg(links.count());
+        .arg(counted(qsizetype(pages.pages().size()), tr("1 page or style sheet"),
+                     tr("%1 pages and style sheets")),
+             counted(links.count(), tr("1 link"), tr("%1 links")));
 }
 
 ToolReport::Outcome outcomeOf(const QaReport &report)

@@ -2,6 +2,7 @@
 
 #include "platform/Paths.h"
 #include "platform/Xml.h"
+#include "resources/Counted.h"
 #include "tools/build/FreshFolder.h"
 
 #include <QCoreApplication>
@@ -166,7 +167,9 @@ ToolReport reportOf(ContextMap map)
         std::any_of(map.findings.cbegin(), map.findings.cend(),
                     [](const Finding &finding) { return finding.severity != Severity::Note; });
     return {hasErrors ? ToolReport::Outcome::Warnings : ToolReport::Outcome::Good,
-            tr("%1 context ids, %2 of them usable.").arg(map.ids).arg(map.byNumber.size()),
+            tr("%1, %2 of them usable.")
+                .arg(counted(map.ids, tr("1 context id"), tr("%1 context ids")))
+                .arg(map.byNumber.size()),
             std::move(map.findings)};
 }
 

@@ -1,9 +1,9 @@
 // What stands in the way of the files of an import: unsafe names, names taken in the book.
 
 #include "platform/Paths.h"
+#include "tools/Checksum.h"
 #include "tools/import/ImportPlanner.h"
 
-#include <QCryptographicHash>
 #include <QLocale>
 
 #include <algorithm>
@@ -149,8 +149,7 @@ void ImportPlanner::offerNewVersion(ImportItem &item, const BookSource &earlier,
 
 bool ImportPlanner::wasEdited(const BookSource &earlier, const QString &page)
 {
-    const QByteArray sum =
-        QCryptographicHash::hash(m_files.readFile(page), QCryptographicHash::Md5).toHex();
+    const QByteArray sum = checksumText(m_files.readFile(page));
     return sum != (earlier.pageSum.isEmpty() ? earlier.sum : earlier.pageSum).toLatin1();
 }
 

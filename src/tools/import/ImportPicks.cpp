@@ -4,12 +4,11 @@
 #include "platform/Paths.h"
 #include "platform/QvError.h"
 #include "platform/TreeWalker.h"
+#include "tools/Checksum.h"
 #include "tools/NaturalOrder.h"
 #include "tools/PageNames.h"
 #include "tools/import/ImportPlanner.h"
 #include "tools/import/ZipArchive.h"
-
-#include <QCryptographicHash>
 
 #include <algorithm>
 #include <map>
@@ -173,8 +172,7 @@ void ImportPlanner::takeNewer(const BookSource &source)
         omit(source.path, page, u"It is no longer there; the page stays as it is."_s);
         return;
     }
-    const QByteArray sum =
-        QCryptographicHash::hash(m_files.readFile(*path), QCryptographicHash::Md5).toHex();
+    const QByteArray sum = checksumText(m_files.readFile(*path));
     if (sum == source.sum.toLatin1())
         return;
     // Below the folder that was added then, the source lies where the page does in the book.

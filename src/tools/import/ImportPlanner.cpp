@@ -2,10 +2,9 @@
 
 #include "platform/Paths.h"
 #include "platform/QvError.h"
+#include "tools/Checksum.h"
 #include "tools/OrderedWork.h"
 #include "tools/import/BaseFolder.h"
-
-#include <QCryptographicHash>
 
 #include <utility>
 #include <vector>
@@ -107,7 +106,7 @@ ImportPlanner::ReadPage ImportPlanner::read(const ImportItem &item, const QStrin
 {
     const QByteArray bytes = m_files.readFile(item.source);
     ReadPage read{.page = decodePage(bytes, m_language),
-                  .sum = QCryptographicHash::hash(bytes, QCryptographicHash::Md5).toHex(),
+                  .sum = checksumText(bytes),
                   .title = {},
                   .facts = {}};
     const QString name = lastComponent(relative);

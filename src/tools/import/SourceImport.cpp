@@ -3,6 +3,7 @@
 #include "platform/Paths.h"
 #include "platform/QvError.h"
 #include "projectfiles/changes/StagedFiles.h"
+#include "tools/Checksum.h"
 #include "tools/ReferenceRewriter.h"
 #include "tools/html/HtmlScan.h"
 #include "tools/import/BaseFolder.h"
@@ -11,7 +12,6 @@
 #include "tools/import/ImportPlanner.h"
 #include "tools/import/ImportSources.h"
 
-#include <QCryptographicHash>
 #include <QHash>
 
 #include <algorithm>
@@ -106,8 +106,7 @@ private:
             return;
         }
         m_onTheWay.stageContent(item, *content);
-        m_pageSums.insert(index,
-                          QCryptographicHash::hash(*content, QCryptographicHash::Md5).toHex());
+        m_pageSums.insert(index, checksumText(*content));
     }
 
     bool usesRenamed(const ImportItem &item) const

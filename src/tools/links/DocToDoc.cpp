@@ -2,6 +2,7 @@
 
 #include "platform/Paths.h"
 #include "platform/Xml.h"
+#include "resources/Counted.h"
 #include "tools/build/FreshFolder.h"
 #include "tools/links/DocLinksFile.h"
 #include "tools/links/LinkCheck.h"
@@ -10,7 +11,6 @@
 
 #include <QCoreApplication>
 #include <QHash>
-#include <QLocale>
 
 #include <algorithm>
 
@@ -25,11 +25,6 @@ constexpr auto logName = "DocToDoc_Log.txt"_L1;
 QString tr(const char *text)
 {
     return QCoreApplication::translate("DocToDoc", text);
-}
-
-QString shown(qint64 number)
-{
-    return QLocale(QLocale::English).toString(number);
 }
 
 /// What the project publishes and asks for, and what is wrong with that.
@@ -101,7 +96,7 @@ Finding goneFinding(int gone)
 {
     return {u"LINK11"_s, Severity::Note, ProjectFile::links, 0,
             tr("Entries that nothing in the project says any more, and that were left out: %1.")
-                .arg(shown(gone))};
+                .arg(gone)};
 }
 
 QList<Finding> badLinks(const BuildInput &input, const ScannedPages &pages, const LinkCheck &check)
@@ -127,10 +122,13 @@ ToolReport reportOf(const QList<Finding> &others, const QList<Finding> &badLinks
     const qsizetype bad = worseThanNotes(badLinks);
     return {bad + worseThanNotes(others) == 0 ? ToolReport::Outcome::Good
                                               : ToolReport::Outcome::Warnings,
-            tr("%1 links between pages; %2 bad links; %3 published identifiers, %4 references to "
-               "identifiers.")
-                .arg(shown(links), shown(bad), shown(identifiers.targets.size()),
-                     shown(identifiers.references.size())),
+            tr("%1; %2; %3, %4.")
+                .arg(counted(links, tr("1 link between pages"), tr("%1 links between pages")),
+                     counted(bad, tr("1 bad link"), tr("%1 bad links")),
+                     counted(identifiers.targets.size(), tr("1 published identifier"),
+                             tr("%1 published identifiers")),
+                     counted(identifiers.references.size(), tr("1 reference to identifiers"),
+                             tr("%1 references to identifiers"))),
             others + badLinks};
 }
 

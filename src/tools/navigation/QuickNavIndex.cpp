@@ -3,6 +3,7 @@
 #include "platform/Paths.h"
 #include "platform/QvError.h"
 #include "platform/Xml.h"
+#include "resources/Counted.h"
 #include "tools/build/PageAnchors.h"
 
 #include <QCoreApplication>
@@ -58,10 +59,13 @@ public:
 
     [[nodiscard]] ToolReport report() const
     {
-        const QString summary = tr("%1 entries; %2 dead links, %3 places without links, %4 pages "
-                                   "that no entry leads to.")
-                                    .arg(QString::number(m_entries.size()), QString::number(m_dead),
-                                         QString::number(m_empty), QString::number(m_unreached));
+        const QString summary =
+            tr("%1; %2, %3, %4.")
+                .arg(counted(qsizetype(m_entries.size()), tr("1 entry"), tr("%1 entries")),
+                     counted(m_dead, tr("1 dead link"), tr("%1 dead links")),
+                     counted(m_empty, tr("1 place without links"), tr("%1 places without links")),
+                     counted(m_unreached, tr("1 page that no entry leads to"),
+                             tr("%1 pages that no entry leads to")));
         return {m_dead + m_empty > 0 ? ToolReport::Outcome::Warnings : ToolReport::Outcome::Good,
                 summary, m_findings};
     }

@@ -2,6 +2,7 @@
 
 #include "platform/Paths.h"
 #include "platform/QvError.h"
+#include "resources/Counted.h"
 #include "tools/OrderedWork.h"
 #include "tools/build/FreshFolder.h"
 #include "tools/words/AuthorKeyWords.h"
@@ -11,7 +12,6 @@
 #include "tools/words/WordPage.h"
 
 #include <QCoreApplication>
-#include <QLocale>
 
 #include <algorithm>
 
@@ -26,9 +26,9 @@ QString tr(const char *text)
     return QCoreApplication::translate("SearchWords", text);
 }
 
-QString grouped(qulonglong number)
+QString pagesWorded(size_t count)
 {
-    return QLocale(QLocale::English).toString(number);
+    return counted(qsizetype(count), tr("1 page"), tr("%1 pages"));
 }
 
 WordCache keptWords(FileSystem &files, const BuildInput &input)
@@ -164,15 +164,18 @@ ToolReport SearchWords::finish(const ScannedPages &scanned, const Progress &prog
     const std::vector<std::string> shards = writeShards(folder, sources, progress);
     const ToolReport report =
         reportOf(findingsOf(scanned, pages) + keyWords.findings(),
-                 tr("%1 pages, %2 words; %3 pages read anew.")
-                     .arg(grouped(pages.size()), grouped(folder.words), grouped(counted())));
+                 tr("%1, %2; %3 read anew.")
+                     .arg(pagesWorded(pages.size()),
+                          ::counted(qsizetype(folder.words), tr("1 word"), tr("%1 words")),
+                          pagesWorded(counted())));
     folder.fresh.write(SearchFile::pages, searchPagesFile(list));
     folder.fresh.write(SearchFile::stopWords, stopWordsFile(m_input.language));
     folder.fresh.write(SearchFile::log, logFile(tr("Search words"), report));
     progress.step(10, 10);
     folder.fresh.putInPlace();
     removeOldLog();
-    keep(pages, numbers.next, shards);
+    // The index is in place; what cannot be kept is counted again by the next build.
+    trap([](const QvError &) {}, [&] { keep(pages, numbers.next, shards); });
     return report;
 }
 

@@ -1,7 +1,7 @@
 #include "tools/words/WordCache.h"
 
 #include "platform/QvError.h"
-#include "tools/build/Checksum.h"
+#include "tools/Checksum.h"
 #include "tools/build/PackedBytes.h"
 
 #include <QCoreApplication>

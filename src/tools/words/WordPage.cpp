@@ -3,6 +3,8 @@
 #include "platform/Paths.h"
 #include "platform/QvError.h"
 
+#include <QSet>
+
 #include <algorithm>
 
 using namespace Qt::StringLiterals;
@@ -48,6 +50,22 @@ SearchPage shownPage(const BuildInput &input, const ScannedPage &page, const QSt
             .words = 0};
 }
 
+/// Only those that a build can have given: each once, and no more than there ever were pages.
+void takeNumbers(PageNumbers &numbers, const SearchPages &pages)
+{
+    constexpr quint32 mostNumbers = 100'000'000;
+    if (pages.next > mostNumbers)
+        return;
+    QSet<quint32> taken;
+    for (const SearchPage &page : pages.pages) {
+        if (page.number >= pages.next || taken.contains(page.number))
+            continue;
+        taken.insert(page.number);
+        numbers.known.insert(page.target, page.number);
+    }
+    numbers.next = pages.next;
+}
+
 } // namespace
 
 PageNumbers pageNumbers(FileSystem &files, const QString &folder)
@@ -59,12 +77,7 @@ PageNumbers pageNumbers(FileSystem &files, const QString &folder)
          [&] {
              if (!files.exists(path))
                  return;
-             const SearchPages pages = readSearchPages(files, path);
-             for (const SearchPage &page : pages.pages) {
-                 if (page.number < pages.next)
-                     numbers.known.insert(page.target, page.number);
-             }
-             numbers.next = pages.next;
+             takeNumbers(numbers, readSearchPages(files, path));
          });
     return numbers;
 }

@@ -1,4 +1,4 @@
-#include "tools/build/Checksum.h"
+#include "tools/Checksum.h"
 
 #include <QtEndian>
 
@@ -50,4 +50,11 @@ quint64 checksum(std::string_view bytes)
     whole ^= whole >> 32U;
     whole *= spread;
     return whole ^ (whole >> 29U);
+}
+
+QByteArray checksumText(QByteArrayView bytes)
+{
+    constexpr int digits = 16;
+    const quint64 sum = checksum(std::string_view(bytes.data(), static_cast<size_t>(bytes.size())));
+    return QByteArray::number(sum, 16).rightJustified(digits, '0');
 }
