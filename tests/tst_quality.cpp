@@ -359,7 +359,8 @@ public:
 
     FindingsDesk()
     {
-        put(u"Book_OPG\\unused.png"_s, "x");
+        put(u"Book_OPG\\a note.png"_s,
+            "x"); // comes before the others by name, after them as a note
         check();
         view.setProject(name);
         view.show();

@@ -11,8 +11,10 @@
 #include "tools/words/SearchQuery.h"
 #include "tools/words/SearchWords.h"
 
+#include <QFile>
 #include <QMap>
 #include <QRandomGenerator>
+#include <QRegularExpression>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -127,6 +129,7 @@ private Q_SLOTS:
     void findsEveryPieceOfCjkText();
     void readsOnlyWhatChanged();
     void takesNothingFromADamagedCache();
+    void takesNoNumbersThatCannotBe();
     void standsHostilePages();
     void leavesWholeFilesWhateverHappens();
 };
@@ -324,6 +327,36 @@ void tst_searchwords::takesNothingFromADamagedCache()
         (void)world.build();
         QCOMPARE(world.index(), good);
         QCOMPARE(world.bytes(world.cache), cache);
+    }
+}
+
+void tst_searchwords::takesNoNumbersThatCannotBe()
+{
+    for (const char *const wrong : {"NextPage=\"4294967295\"", "NextPage=\"4000000000\"",
+                                    "NextPage=\"1\"", "No=\"2\"", "No=\"4294967295\""}) {
+        World world;
+        for (const QString &name : {u"a"_s, u"b"_s, u"c"_s})
+            world.page(name, page(u"pump "_s + name));
+        (void)world.build();
+        world.files.removeFile(world.cache);
+        const QString path = world.folder + u'\\' + SearchFile::pages;
+        QString list = readXmlText(world.files, path);
+        const QString attribute = QString::fromLatin1(wrong).section(u'=', 0, 0);
+        list.replace(QRegularExpression(u"\\b%1=\"[0-9]+\""_s.arg(attribute)),
+                     QString::fromLatin1(wrong));
+        QFile file(world.files.nativePath(path));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write("\xFF\xFE");
+        file.write(reinterpret_cast<const char *>(list.utf16()), list.size() * 2);
+        file.close();
+
+        world.page(u"d"_s, page(u"pump d"_s));
+        (void)world.build();
+        QCOMPARE(world.foundInOrder(u"pump"_s), QStringList({u"a"_s, u"b"_s, u"c"_s, u"d"_s}));
+        QSet<quint32> numbers;
+        for (const SearchHit &hit : world.ask(u"pump"_s).hits)
+            numbers.insert(hit.page.number);
+        QCOMPARE(numbers.size(), 4);
     }
 }
 

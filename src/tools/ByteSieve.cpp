@@ -15,6 +15,17 @@ bool holdsMoreThanAscii(QByteArrayView page)
     return std::any_of(page.begin(), page.end(), [](char c) { return (uchar(c) & 0x80) != 0; });
 }
 
+/// Goes from one first byte to the next, of which most pages have few.
+bool holds(QByteArrayView page, const QByteArray &letter)
+{
+    for (qsizetype at = page.indexOf(letter.front()); at >= 0;
+         at = page.indexOf(letter.front(), at + 1)) {
+        if (page.sliced(at).startsWith(letter))
+            return true;
+    }
+    return false;
+}
+
 /// The first letter beyond ASCII in its upper and lower case. Nothing where case means more than
 /// these two, or plain ASCII letters.
 QList<QByteArray> otherLetter(const FindOptions &find)
@@ -47,15 +58,17 @@ bool ByteSieve::mayHold(QByteArrayView page) const
 {
     if (m_any || isOddlyWritten(page))
         return true;
+    if (!m_letter.isEmpty())
+        return mayHoldLetter(page);
     if (!m_needle.isValid())
-        return holdsMoreThanAscii(page) && mayHoldLetter(page);
+        return holdsMoreThanAscii(page);
     return m_needle.indexIn(page) >= 0 || (m_hasOddLetters && holdsMoreThanAscii(page));
 }
 
 // Other sets than UTF-8 write the letter otherwise; which one it is shows only when it is decoded.
 bool ByteSieve::mayHoldLetter(QByteArrayView page) const
 {
-    const auto isThere = [&](const QByteArray &letter) { return page.indexOf(letter) >= 0; };
-    return m_letter.isEmpty() || std::any_of(m_letter.begin(), m_letter.end(), isThere)
+    return std::any_of(m_letter.begin(), m_letter.end(),
+                       [&](const QByteArray &letter) { return holds(page, letter); })
            || !page.isValidUtf8();
 }

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <numeric>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -85,10 +86,9 @@ void FindingsModel::showRows(std::vector<int> candidates)
     beginResetModel();
     m_rows = std::move(candidates);
     std::erase_if(m_rows, [this](int row) { return !isShown(m_report.findings.at(row)); });
-    if (m_sortColumn >= 0)
-        std::stable_sort(m_rows.begin(), m_rows.end(), [this](int a, int b) {
-            return comesBefore(m_report.findings.at(a), m_report.findings.at(b));
-        });
+    std::stable_sort(m_rows.begin(), m_rows.end(), [this](int a, int b) {
+        return comesBefore(m_report.findings.at(a), m_report.findings.at(b));
+    });
     endResetModel();
 }
 
@@ -107,6 +107,8 @@ bool FindingsModel::comesBefore(const QaFinding &first, const QaFinding &second)
     const QaFinding &a = isUp ? first : second;
     const QaFinding &b = isUp ? second : first;
     switch (m_sortColumn) {
+    case NoColumn:
+        return std::pair(a.isKnown, b.finding.severity) < std::pair(b.isKnown, a.finding.severity);
     case SeverityColumn:
         return a.finding.severity > b.finding.severity; // the worst on top
     case StateColumn:
@@ -123,7 +125,7 @@ bool FindingsModel::comesBefore(const QaFinding &first, const QaFinding &second)
 void FindingsModel::sort(int column, Qt::SortOrder order)
 {
     m_sortColumn = column;
-    m_order = order;
+    m_order = column < 0 ? Qt::AscendingOrder : order;
     showRows(column < 0 ? allRows() : m_rows);
 }
 

@@ -40,7 +40,8 @@ public:
     int columnCount(const QModelIndex &parent = {}) const override;
     QVariant data(const QModelIndex &index, int role) const override;
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
-    /// By a column; by none (-1) in the order of the report.
+    /// By a column; by none (-1) what is new first, and of that the worst, else in the order of the
+    /// report.
     void sort(int column, Qt::SortOrder order) override;
 
 private:
@@ -54,6 +55,7 @@ private:
     std::vector<int> m_rows; ///< places in the report, in the order shown
     FindingsFilter m_filter;
     QSet<QString> m_codes; ///< of the kinds whose name holds the text of the filter
-    int m_sortColumn = -1;
+    static constexpr int NoColumn = -1;
+    int m_sortColumn = NoColumn;
     Qt::SortOrder m_order = Qt::AscendingOrder;
 };

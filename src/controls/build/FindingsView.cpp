@@ -138,7 +138,7 @@ void FindingsView::makeTable()
     lstFindings->setSelectionMode(QAbstractItemView::ExtendedSelection);
     lstFindings->setTabKeyNavigation(false);
     lstFindings->header()->setSortIndicatorClearable(true);
-    lstFindings->header()->setSortIndicator(FindingsModel::SeverityColumn, Qt::AscendingOrder);
+    lstFindings->header()->setSortIndicator(-1, Qt::AscendingOrder);
     lstFindings->setSortingEnabled(true);
     constexpr std::array letters{12, 9, 24, 6, 22};
     for (int column = 0; column < static_cast<int>(letters.size()); ++column)
