@@ -28,10 +28,13 @@ int build(const QStringList &arguments)
     FileSystem &files = windows.console.files;
     BuildOrder order = orderOf(arguments.at(2));
     order.threads = arguments.at(1).toInt();
-    const BuildObserver observer{
-        .begins = {}, .ends = [](BuildStage stage, const ToolReport &report) {
-            std::printf("%s: %s\n", qPrintable(nameOf(stage)), qPrintable(report.summary));
-        }};
+    const BuildObserver observer{.begins = {},
+                                 .ends =
+                                     [](BuildStage stage, const ToolReport &report) {
+                                         std::printf("%s: %s\n", qPrintable(nameOf(stage)),
+                                                     qPrintable(report.summary));
+                                     },
+                                 .outdated = [] { std::puts("The pages changed meanwhile."); }};
     const BuildResult result =
         runBuild(files, booksIn(files, arguments.at(0)), order, observer, {});
     return result.success ? 0 : 1;

@@ -2,11 +2,14 @@
 
 #include "Windows.h"
 
+#include "projectfiles/ProductFolders.h"
 #include "tools/build/PageScan.h"
 #include "tools/build/ScannedPages.h"
 
+#include <algorithm>
 #include <array>
 #include <ctime>
+#include <iterator>
 
 using namespace Qt::StringLiterals;
 
@@ -104,8 +107,12 @@ BuildInput booksIn(FileSystem &files, const QString &nativeFolder)
     input.project = lastComponent(withoutBackslash(input.folder));
     input.language = u"ENU"_s;
     const QList<FolderEntry> entries = files.kinds(withoutBackslash(input.folder));
+    const auto isOfTheProduct = [](const QString &name) {
+        return std::find(std::begin(productFolders), std::end(productFolders), name)
+               != std::end(productFolders);
+    };
     for (const FolderEntry &entry : entries) {
-        if (entry.status.kind == FileKind::Folder)
+        if (entry.status.kind == FileKind::Folder && !isOfTheProduct(entry.name))
             input.books.append({{}, {}, entry.name + u'\\'});
     }
     return input;

@@ -4,7 +4,6 @@
 #include "controls/ctlBuildTab.h"
 #include "controls/parts/StatusLight.h"
 #include "projectfiles/OpenMark.h"
-#include "platform/TreeWalker.h"
 #include "support/DisturbedFiles.h"
 #include "support/WorkspaceWorld.h"
 #include "tools/build/BuildTools.h"
@@ -161,9 +160,6 @@ private Q_SLOTS:
     void savesPageTextFirst();
     void packsAndReleases();
     void stopsPacking();
-    void tmpA();
-    void tmpB();
-    void tmpC();
     void triesASearch();
 };
 
@@ -482,44 +478,6 @@ void tst_build::stopsPacking()
     QVERIFY(isEnabled(held.form, "cmdClose"));
 }
 
-void tst_build::tmpA()
-{
-    HeldBuild held;
-    ScriptedMessages &messages = held.world.messages;
-    messages.answers = {Answer::Yes, Answer::Yes};
-    messages.echo = [&](const QStringList &) { held.letGo(); };
-    auto *main = held.windows.window(Form::MainUI);
-    main->findChild<QAction *>("mnuSelProject")->trigger();
-    qDebug() << messages.shown;
-    QTest::qWait(200);
-    qDebug() << bool(held.form) << held.world.lights().docToDoc.value_or(-1) << held.windows.window(Form::SelPrjType)->isVisible();
-}
-void tst_build::tmpB()
-{
-    HeldBuild held;
-    deleteTree(held.world.files, held.world.projectPath().chopped(1));
-    held.letGo();
-    QTRY_VERIFY(isEnabled(held.form, "cmdBack"));
-    qDebug() << textOf(held.form, "lblOutcome") << statesIn(held.form) << held.world.messages.shown;
-    qDebug().noquote() << logOf(held.form);
-    click(held.form, "cmdBack");
-    QTest::qWait(600);
-    qDebug() << textOf(held.form, "lblProblem") << held.world.files.exists(held.world.projectPath().chopped(1));
-    click(held.form, "cmdNext");
-    QTRY_VERIFY(isEnabled(held.form, "cmdBack"));
-    qDebug() << textOf(held.form, "lblOutcome");
-}
-void tst_build::tmpC()
-{
-    BuildWorld world;
-    frmBuild *const form = world.open();
-    QTRY_VERIFY(hasReasons(form));
-    for (const QString &f : {u"QV_PageFacts.bin"_s, u"DocToDoc"_s, u"QuickNav\\QuickNav.xml"_s})
-        { if (f=="DocToDoc"_L1) world.put(world.projectPath()+f, "x"); else world.files.makeFolder(world.projectPath()+f); }
-    build(form);
-    qDebug() << textOf(form, "lblOutcome") << statesIn(form);
-    qDebug().noquote() << logOf(form);
-}
 void tst_build::triesASearch()
 {
     BuildWorld world;

@@ -75,7 +75,7 @@ struct BuildWorld : SampleProject
         Files all{{u"QV_LinkID.xml"_s, world.bytes(folder + ProjectFile::links)}};
         for (const QLatin1StringView place : derived) {
             for (const QString &file : world.below(folder + place)) {
-                if (!file.endsWith(u"_Log.txt"_s))
+                if (!file.endsWith(u"_Log.txt"_s) && file.contains(u'.'))
                     all.insert(place + u'\\' + file, world.bytes(folder + place + u'\\' + file));
             }
         }
@@ -135,6 +135,7 @@ private Q_SLOTS:
     void buildsChangesAsItBuildsEverything();
     void worksWithoutItsCaches();
     void leavesAloneWhatIsInTheWay();
+    void keepsWhatAuthorsPutBesideItsFiles();
     void letsOneBuildAtATime();
     void standsFoldersThatVanish();
 };
@@ -200,6 +201,32 @@ void tst_buildrun::leavesAloneWhatIsInTheWay()
     QVERIFY(project.build().success);
 }
 
+void tst_buildrun::keepsWhatAuthorsPutBesideItsFiles()
+{
+    BuildWorld project;
+    for (const QLatin1StringView place : derived)
+        project.world.put(project.folder + place + u"\\own\\notes.txt"_s, "the author's own");
+    project.world.put(project.folder + u"Search_Words\\Words_017.xml"_s, "of a larger project");
+    QVERIFY(project.build().success);
+    for (const QLatin1StringView place : derived)
+        QCOMPARE(project.world.bytes(project.folder + place + u"\\own\\notes.txt"_s),
+                 "the author's own");
+    QVERIFY(!project.made().contains(u"Search_Words\\Words_017.xml"_s));
+
+    const TocBook book{
+        u"Words"_s, u"WRD"_s, project.name, u"search_words\\Book_WRD"_s, u"Book_WRD.xml"_s, {}, {}};
+    TableOfContents(project.world.session, project.world.files).addBook(project.name, book);
+    const QString page = project.folder + u"Search_Words\\Book_WRD\\page.htm"_s;
+    project.world.put(page, ::page("turbine"));
+    const BuildResult result = project.build();
+    QCOMPARE(result.of(BuildTool::SearchIndex)->outcome, ToolReport::Outcome::Failed);
+    QCOMPARE(result.of(BuildTool::SearchIndex)->summary,
+             u"The book \"Words\" lies in the folder Search_Words, which a build writes anew as a "
+             "whole. Give the book a folder of its own, then build again."_s);
+    QCOMPARE(project.world.bytes(page), ::page("turbine"));
+    QVERIFY(result.of(BuildTool::DocToDoc)->outcome != ToolReport::Outcome::Failed);
+}
+
 void tst_buildrun::letsOneBuildAtATime()
 {
     BuildWorld project;
@@ -223,13 +250,13 @@ void tst_buildrun::letsOneBuildAtATime()
 
 void tst_buildrun::standsFoldersThatVanish()
 {
+    BuildWorld project;
+    const QString inner = project.book + u"inner"_s;
+    const QString page = inner + u"\\notes.htm"_s;
     bool vanished = true;
     for (int looks = 0; vanished; ++looks) {
-        BuildWorld project;
-        const QString inner = project.book + u"inner"_s;
-        const QString page = inner + u"\\notes.htm"_s;
-        project.world.put(page, ::page("turbine"));
         vanished = false;
+        project.world.put(page, ::page("turbine"));
         std::atomic_int left = looks;
         project.files.look = [&] {
             if (left-- != 0)

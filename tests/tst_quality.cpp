@@ -359,8 +359,8 @@ public:
 
     FindingsDesk()
     {
-        put(u"Book_OPG\\a note.png"_s,
-            "x"); // comes before the others by name, after them as a note
+        // A note, in a file that stands before those with worse findings.
+        put(u"Book_OPG\\a note.png"_s, "x");
         check();
         view.setProject(name);
         view.show();

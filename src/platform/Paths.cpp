@@ -25,7 +25,12 @@ bool isForbidden(QChar c)
 /// Names that Windows keeps for devices, whatever follows the first dot.
 bool isDeviceName(const QString &name)
 {
-    const QString stem = name.section(u'.', 0, 0).trimmed().toUpper();
+    const qsizetype dot = name.indexOf(u'.');
+    const QStringView trimmed = QStringView(name).first(dot < 0 ? name.size() : dot).trimmed();
+    constexpr qsizetype shortest = 3, longest = 7;
+    if (trimmed.size() < shortest || trimmed.size() > longest)
+        return false;
+    const QString stem = trimmed.toString().toUpper();
     static constexpr std::array plain{"CON"_L1, "PRN"_L1,    "AUX"_L1,
                                       "NUL"_L1, "CONIN$"_L1, "CONOUT$"_L1};
     if (std::find(plain.begin(), plain.end(), stem) != plain.end())

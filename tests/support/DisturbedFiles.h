@@ -88,7 +88,11 @@ public:
         if (syncs)
             m_files.syncFolder(folder);
     }
-    void syncTree(const QString &folder) override { m_files.syncTree(folder); }
+    void syncTree(const QString &folder) override
+    {
+        if (syncs)
+            m_files.syncTree(folder);
+    }
     std::unique_ptr<FileLock> lock(const QString &path, const QString &like,
                                    std::chrono::milliseconds patience) override
     {

@@ -1,7 +1,5 @@
 #include "controls/build/ProjectBuild.h"
 
-#include "platform/QvError.h"
-
 #include <optional>
 
 namespace {
@@ -70,16 +68,22 @@ void ProjectBuild::noteStage(BuildStage stage, const ToolReport &report)
 {
     const auto tool = toolOf(stage);
     if (tool && !m_outdated) {
-        trap([this](const QvError &error) { m_lightProblem = error.description(); },
+        trap([this](const QvError &error) { cannotSetLights(error); },
              [&] { m_project.setLight(m_program, *tool, lightOf(report.outcome)); });
     }
     Q_EMIT stageEnded(stage, report);
 }
 
+void ProjectBuild::cannotSetLights(const QvError &error)
+{
+    m_lightProblem = tr("The lights do not show this build, for they cannot be noted: %1")
+                         .arg(error.description());
+}
+
 void ProjectBuild::end(bool stopped, const QString &problem)
 {
     BuildEnd end{.stopped = stopped, .outdated = m_outdated, .problem = problem};
-    trap([&](const QvError &error) { m_lightProblem = error.description(); },
+    trap([this](const QvError &error) { cannotSetLights(error); },
          [this] {
              if (m_outdated)
                  m_project.setAllLights(m_program, Light::mustRun);

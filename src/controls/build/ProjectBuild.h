@@ -2,6 +2,7 @@
 
 #include "controls/build/BackgroundWork.h"
 #include "controls/build/BuiltProject.h"
+#include "platform/QvError.h"
 #include "tools/build/BuildRun.h"
 
 /// How a build ended.
@@ -38,6 +39,7 @@ Q_SIGNALS:
 private:
     void build(const BuildOrder &order, const Progress &progress);
     void noteStage(BuildStage stage, const ToolReport &report);
+    void cannotSetLights(const QvError &error);
     void end(bool stopped, const QString &problem);
 
     Program &m_program;

@@ -107,13 +107,12 @@ private:
 
     [[nodiscard]] bool hasChanged() const
     {
-        bool isOther = false;
-        trap([&](const QvError &) { isOther = true; }, // the project itself is gone, or locked
-             [&] {
-                 const auto now = ProjectListing::read(m_files, m_input.folder);
-                 isOther = sourcesDiffer(m_input, m_pages.listing(), now);
-             });
-        return isOther;
+        // A project that is gone by now made the tools fail, which says more.
+        return trap([](const QvError &) {},
+                    [this] {
+                        const auto now = ProjectListing::read(m_files, m_input.folder);
+                        return sourcesDiffer(m_input, m_pages.listing(), now);
+                    });
     }
 
     static bool hasFailed(const std::optional<ToolReport> &report)

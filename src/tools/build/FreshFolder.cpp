@@ -28,23 +28,40 @@ void removeIfThere(FileSystem &files, const QString &folder)
         deleteTree(files, folder);
 }
 
+QString tr(const char *text)
+{
+    return QCoreApplication::translate("FreshFolder", text);
+}
+
 void refuseUnlessFree(FileSystem &files, const QString &place)
 {
     const FileKind kind = files.status(place).kind;
     if (kind != FileKind::Missing && kind != FileKind::Folder)
         throw QvError(PathFileAccess, {},
-                      QCoreApplication::translate(
-                          "FreshFolder", "A build makes a folder %1, but something else has that "
-                                         "name. Rename it or move it away, then build again.")
+                      tr("A build makes a folder %1, but something else has that name. Rename it "
+                         "or move it away, then build again.")
                           .arg(place));
+}
+
+/// Pages that an author saves while the folder is swapped would be lost.
+void refuseBooksIn(const BuildInput &input, const QString &name)
+{
+    for (const BuildBook &book : input.books) {
+        if (book.folder.startsWith(withBackslash(name), Qt::CaseInsensitive))
+            throw QvError(PathFileAccess, {},
+                          tr("The book \"%1\" lies in the folder %2, which a build writes anew as "
+                             "a whole. Give the book a folder of its own, then build again.")
+                              .arg(book.entry.name, name));
+    }
 }
 
 } // namespace
 
-FreshFolder::FreshFolder(FileSystem &files, QString folder)
+FreshFolder::FreshFolder(FileSystem &files, const BuildInput &input, const QString &name)
     : m_files(files)
-    , m_folder(std::move(folder))
+    , m_folder(input.folder + name)
 {
+    refuseBooksIn(input, name);
     for (const QString &place : {m_folder, freshPlace(m_folder), oldPlace(m_folder)})
         refuseUnlessFree(m_files, place);
     recoverFreshFolder(m_files, m_folder);
@@ -73,13 +90,13 @@ void FreshFolder::write(const QString &name, const QByteArray &content)
         m_files.setAttributes(freshPath(name), m_files.attributes(freshPath(name)) | ReadOnlyFile);
 }
 
-void FreshFolder::keepOthers()
+void FreshFolder::keepOthers(const std::function<bool(const QString &name)> &isOurs)
 {
     if (!m_files.folderExists(m_folder))
         return;
     for (const FolderEntry &entry : m_files.entries(m_folder)) {
         const QString old = m_folder + u'\\' + entry.name;
-        if (m_written.contains(entry.name.toCaseFolded()))
+        if (m_written.contains(entry.name.toCaseFolded()) || (isOurs && isOurs(entry.name)))
             continue;
         if (entry.status.kind == FileKind::File)
             m_files.copyFile(old, freshPath(entry.name), NameCheck::Exact);

@@ -1,10 +1,12 @@
 #pragma once
 
-#include "platform/FileSystem.h"
+#include "tools/build/BuildInput.h"
 
 #include <QByteArray>
 #include <QSet>
 #include <QString>
+
+#include <functional>
 
 /// A folder of derived files that is written anew beside the old one ("Search_Words.qvnew") and
 /// takes its place as a whole at the end. Until then the old one stays as it is; when this goes
@@ -12,16 +14,18 @@
 class FreshFolder final
 {
 public:
-    /// `folder` without a backslash at its end; it may be missing.
-    FreshFolder(FileSystem &files, QString folder);
+    /// `name` of a folder of the project; it may be missing. Raises 75 when something else has that
+    /// name, or a book lies there.
+    FreshFolder(FileSystem &files, const BuildInput &input, const QString &name);
     FreshFolder(const FreshFolder &) = delete;
     FreshFolder &operator=(const FreshFolder &) = delete;
     ~FreshFolder();
 
     /// A file that was read-only in the old folder is read-only in the new one.
     void write(const QString &name, const QByteArray &content);
-    /// Takes over what the old folder holds beside the files written so far.
-    void keepOthers();
+    /// Takes over what the old folder holds beside the files written so far and those that
+    /// `isOurs` says true to.
+    void keepOthers(const std::function<bool(const QString &name)> &isOurs = {});
     /// Flushes everything to the disk, then puts it in place of the old folder, which goes.
     void putInPlace();
 

@@ -3,21 +3,54 @@
 #include <QCoreApplication>
 
 #include <algorithm>
+#include <compare>
+#include <vector>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-bool comesFirst(const QaFinding &a, const QaFinding &b)
+/// The files of all findings in the order of their names; each is compared once, not once for each
+/// of its findings.
+QHash<QString, qsizetype> filesInOrder(const QList<QaFinding> &findings)
 {
-    if (a.isKnown != b.isKnown)
-        return b.isKnown;
-    const QString &first = a.finding.file, &second = b.finding.file;
-    const bool isShared =
-        first.constData() == second.constData(); // as those of one file mostly are
-    if (const int files = isShared ? 0 : first.compare(second, Qt::CaseInsensitive); files != 0)
-        return files < 0;
-    return a.finding.line < b.finding.line;
+    QHash<QString, qsizetype> places;
+    for (const QaFinding &one : findings)
+        places.insert(one.finding.file, 0);
+    QStringList files = places.keys();
+    files.sort();
+    std::stable_sort(files.begin(), files.end(), [](const QString &a, const QString &b) {
+        return a.compare(b, Qt::CaseInsensitive) < 0;
+    });
+    for (qsizetype place = 0; place < files.size(); ++place)
+        places[files[place]] = place;
+    return places;
+}
+
+/// New ones first, then by file and line.
+void sort(QList<QaFinding> &findings)
+{
+    struct Place
+    {
+        bool isKnown;
+        qsizetype file;
+        int line;
+        qsizetype finding; ///< the last to count, so that the order of the checks stays
+        auto operator<=>(const Place &) const = default;
+    };
+    const QHash<QString, qsizetype> files = filesInOrder(findings);
+    std::vector<Place> order;
+    order.reserve(static_cast<size_t>(findings.size()));
+    for (qsizetype at = 0; at < findings.size(); ++at) {
+        const QaFinding &one = findings[at];
+        order.push_back({one.isKnown, files[one.finding.file], one.finding.line, at});
+    }
+    std::sort(order.begin(), order.end());
+    QList<QaFinding> sorted;
+    sorted.reserve(findings.size());
+    for (const Place &place : order)
+        sorted.append(std::move(findings[place.finding]));
+    findings = std::move(sorted);
 }
 
 } // namespace
@@ -57,8 +90,7 @@ void judge(QaReport &report, const Baseline &baseline)
         [&off](const QaFinding &one) { return off.contains(one.finding.code); });
     for (QaFinding &one : report.findings)
         one.isKnown = !accepted.isEmpty() && accepted.contains(identityOf(one.finding));
-    if (!std::is_sorted(report.findings.begin(), report.findings.end(), comesFirst))
-        std::stable_sort(report.findings.begin(), report.findings.end(), comesFirst);
+    sort(report.findings);
 }
 
 QHash<QString, int> newFindingsByFile(const QaReport &report)

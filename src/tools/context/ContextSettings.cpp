@@ -189,7 +189,7 @@ ToolReport writeContextSettings(FileSystem &files, const BuildInput &input,
     findGaps(map);
     const ToolReport report = reportOf(map);
 
-    FreshFolder folder(files, input.folder + folderName);
+    FreshFolder folder(files, input, folderName);
     folder.write(u"ContextMap.h"_s, headerFile(input, map));
     folder.write(u"ContextMap.csv"_s, tableFile(map));
     folder.write(u"ContextSettings_Log.txt"_s, logFile(tr("Context settings"), report));

@@ -157,7 +157,7 @@ ToolReport linkDocuments(FileSystem &files, const BuildInput &input, const Scann
         reportOf(findings, badLinks(input, pages, check), docLinks.links, lists.links());
 
     constexpr ReplaceOptions ours{.throughReadOnly = true};
-    FreshFolder folder(files, input.folder + folderName);
+    FreshFolder folder(files, input, folderName);
     folder.write(linksName, docLinks.bytes);
     folder.keepOthers();
     files.replaceFile(input.folder + logName, logFile(tr("Document to document links"), report),

@@ -3,6 +3,8 @@
 #include "platform/Xml.h"
 #include "tools/links/LinkIdentifiers.h"
 
+#include <QSet>
+
 #include <algorithm>
 #include <map>
 #include <string_view>
@@ -26,6 +28,47 @@ bool isOneOf(const pugi::xml_node &node, std::initializer_list<std::string_view>
     return std::find(names.begin(), names.end(), std::string_view(node.name())) != names.end();
 }
 
+/// Pages and folders whose content is not known.
+class UnreadPlaces final
+{
+public:
+    explicit UnreadPlaces(const QStringList &places)
+    {
+        for (const QString &place : places) {
+            if (place.endsWith(u'\\'))
+                m_folders.append(place);
+            else
+                note(place.toCaseFolded());
+        }
+    }
+
+    /// `path` may name a place in a page: "Plant\\Book_A\\start.htm#top".
+    [[nodiscard]] bool hold(const QString &path) const
+    {
+        const QString folded = path.toCaseFolded();
+        qsizetype end = folded.indexOf(u'#');
+        for (; end >= 0 && end <= m_longest; end = folded.indexOf(u'#', end + 1)) {
+            if (m_pages.contains(folded.first(end)))
+                return true;
+        }
+        return m_pages.contains(folded)
+               || std::any_of(m_folders.cbegin(), m_folders.cend(), [&](const QString &folder) {
+                      return path.startsWith(folder, Qt::CaseInsensitive);
+                  });
+    }
+
+private:
+    void note(const QString &page)
+    {
+        m_pages.insert(page);
+        m_longest = std::max(m_longest, page.size());
+    }
+
+    QSet<QString> m_pages; ///< folded
+    qsizetype m_longest = 0;
+    QStringList m_folders;
+};
+
 /// Makes one section of the new file.
 class Section final
 {
@@ -38,7 +81,7 @@ public:
     }
 
     /// Finds what the file said of the entries; how many entries are none any more.
-    int takeOld(const pugi::xml_node &root, const QStringList &unread)
+    int takeOld(const pugi::xml_node &root, const UnreadPlaces &unread)
     {
         int gone = 0;
         for (const pugi::xml_node &section : root.children(m_names.section)) {
@@ -65,28 +108,18 @@ public:
     }
 
 private:
-    bool stays(const pugi::xml_node &entry, const QStringList &unread)
+    bool stays(const pugi::xml_node &entry, const UnreadPlaces &unread)
     {
         const QString identifier = linkIdentifier(textOf(entry.child(identifierName)));
         const QString path = textOf(entry.child(m_names.path)).trimmed();
         const auto known = m_entries.find({identifier, path});
-        if (known == m_entries.end() && !isUnread(path, unread))
+        if (known == m_entries.end() && !unread.hold(path))
             return false;
         pugi::xml_node &old =
             known == m_entries.end() ? m_entries[{identifier, path}] : known->second;
         if (!old)
             old = entry;
         return true;
-    }
-
-    static bool isUnread(const QString &path, const QStringList &unread)
-    {
-        return std::any_of(unread.cbegin(), unread.cend(), [&](const QString &place) {
-            const bool isBelow = path.startsWith(place, Qt::CaseInsensitive);
-            return isBelow
-                   && (place.endsWith(u'\\') || path.size() == place.size()
-                       || path[place.size()] == u'#');
-        });
     }
 
     const SectionNames &m_names;
@@ -101,11 +134,12 @@ LinkFileUpdate updatedLinkFile(const pugi::xml_document &old, const ProjectLinks
     pugi::xml_document document;
     pugi::xml_node root = document.append_child("LINKS");
     LinkFileUpdate update;
+    const UnreadPlaces unread(links.unread);
     Section targets(targetNames, links.targets);
-    update.gone += targets.takeOld(oldRoot, links.unread);
+    update.gone += targets.takeOld(oldRoot, unread);
     targets.write(root);
     Section references(referenceNames, links.references);
-    update.gone += references.takeOld(oldRoot, links.unread);
+    update.gone += references.takeOld(oldRoot, unread);
     references.write(root);
     for (const pugi::xml_node &other : oldRoot.children()) {
         if (other.type() == pugi::node_element

@@ -140,12 +140,7 @@ public:
 
     void look(const QString &path, QList<Finding> &warnings)
     {
-        for (const QString &name : path.split(u'\\')) {
-            if (!isSafeName(name))
-                warnings.append(
-                    warning("PACK02", Severity::Warning, path,
-                            tr("Windows refuses the name \"%1\". Rename it.").arg(name)));
-        }
+        lookAtNames(path, warnings);
         if (m_project.size() + 1 + path.size() > longestPath)
             warnings.append(
                 warning("PACK03", Severity::Warning, path,
@@ -162,7 +157,28 @@ public:
     }
 
 private:
+    /// Folders are looked at with their first file.
+    void lookAtNames(const QString &path, QList<Finding> &warnings)
+    {
+        const qsizetype end = path.lastIndexOf(u'\\');
+        if (const QString folder = path.first(qMax(end, 0));
+            !folder.isEmpty() && folder != m_folder) {
+            m_folder = folder;
+            for (const QString &name : folder.split(u'\\'))
+                lookAtName(name, path, warnings);
+        }
+        lookAtName(path.sliced(end + 1), path, warnings);
+    }
+
+    static void lookAtName(const QString &name, const QString &path, QList<Finding> &warnings)
+    {
+        if (!isSafeName(name))
+            warnings.append(warning("PACK02", Severity::Warning, path,
+                                    tr("Windows refuses the name \"%1\". Rename it.").arg(name)));
+    }
+
     QString m_project;
+    QString m_folder; ///< of the last file
     QHash<QString, QString> m_spelled;
 };
 

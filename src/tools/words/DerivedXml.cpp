@@ -65,12 +65,22 @@ void DerivedXml::number(quint64 value)
 
 void DerivedXml::text(QStringView value)
 {
-    for (qsizetype i = 0; i < value.size(); ++i) {
-        const char16_t unit = value[i].unicode();
-        if (const std::string_view reference = escapedAs(unit); !reference.empty())
+    const auto isPlain = [](QChar unit) {
+        return unit >= u' ' && unit < QChar(0xD800) && escapedAs(unit.unicode()).empty();
+    };
+    qsizetype i = 0;
+    while (i < value.size()) {
+        const qsizetype from = i;
+        while (i < value.size() && isPlain(value[i]))
+            ++i;
+        filledTo(std::copy(value.utf16() + from, value.utf16() + i, room(i - from)));
+        if (i == value.size())
+            return;
+        if (const std::string_view reference = escapedAs(value[i].unicode()); !reference.empty())
             markup(reference);
         else
-            append(isForbidden(value, i) ? u' ' : unit);
+            append(isForbidden(value, i) ? u' ' : value[i].unicode());
+        ++i;
     }
 }
 

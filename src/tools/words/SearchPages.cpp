@@ -5,6 +5,8 @@
 #include "platform/XmlTokens.h"
 #include "tools/words/DerivedXml.h"
 
+#include <QRegularExpression>
+
 #include <algorithm>
 #include <bit>
 
@@ -83,6 +85,13 @@ void writePage(DerivedXml &xml, const SearchPage &page)
 QString SearchFile::words(quint32 shard)
 {
     return u"Words_%1.xml"_s.arg(shard, 3, 10, QLatin1Char('0'));
+}
+
+bool SearchFile::isWords(const QString &name)
+{
+    static const QRegularExpression words(uR"(^Words_[0-9]{3}\.xml$)"_s,
+                                          QRegularExpression::CaseInsensitiveOption);
+    return words.match(name).hasMatch();
 }
 
 SearchPages readSearchPages(FileSystem &files, const QString &path)

@@ -32,6 +32,7 @@ inline constexpr QLatin1StringView pages{"Search_Pages.xml"};
 inline constexpr QLatin1StringView stopWords{"Stop_Words.xml"};
 inline constexpr QLatin1StringView log{"SearchWords_Log.txt"};
 QString words(quint32 shard); ///< "Words_017.xml"
+bool isWords(const QString &name);
 } // namespace SearchFile
 
 /// Raises 53 when it is missing and 75 when it cannot be read.

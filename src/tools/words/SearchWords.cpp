@@ -160,7 +160,7 @@ ToolReport SearchWords::finish(const ScannedPages &scanned, const Progress &prog
     const std::vector<std::string_view> stopWords = StopWords::sorted(m_input.language);
     const ShardSources sources{m_kept, isKept, fresh, byKeyWord, stopWords, list.shards};
 
-    Folder folder{{m_files, m_input.folder + ProjectFile::searchWordsFolder}};
+    Folder folder{{m_files, m_input, ProjectFile::searchWordsFolder}};
     const std::vector<std::string> shards = writeShards(folder, sources, progress);
     const ToolReport report =
         reportOf(findingsOf(scanned, pages) + keyWords.findings(),
@@ -172,6 +172,7 @@ ToolReport SearchWords::finish(const ScannedPages &scanned, const Progress &prog
     folder.fresh.write(SearchFile::stopWords, stopWordsFile(m_input.language));
     folder.fresh.write(SearchFile::log, logFile(tr("Search words"), report));
     progress.step(10, 10);
+    folder.fresh.keepOthers(SearchFile::isWords); // there were more, perhaps
     folder.fresh.putInPlace();
     removeOldLog();
     // The index is in place; what cannot be kept is counted again by the next build.
