@@ -4,6 +4,8 @@
 
 namespace {
 
+constexpr qsizetype together = 64; // places that are looked at at once
+
 bool isAscii(QChar c)
 {
     return c.unicode() < 0x80;
@@ -37,6 +39,57 @@ AsciiNeedle::AsciiNeedle(QStringView text, bool matchCase)
         skip[uchar(m_needle[at])] = m_needle.size() - 1 - at;
     for (size_t byte = 0; byte < m_skip.size(); ++byte)
         m_skip[byte] = skip[m_small[byte]];
+    makeBeginning();
+}
+
+// Characters that are a letter in other writing as well are not compared here.
+void AsciiNeedle::makeBeginning()
+{
+    constexpr char16_t caseBit = 0x20, all = 0xFFFF;
+    const auto count = std::min<size_t>(m_beginning.units.size(), size_t(m_needle.size()));
+    m_beginning.units.fill(all);
+    m_beginning.bits.fill(all);
+    for (size_t at = 0; at < count; ++at) {
+        const char letter = m_needle[qsizetype(at)];
+        if (m_folds && (letter == 's' || letter == 'k'))
+            continue;
+        const bool hasCase = m_folds && letter >= 'a' && letter <= 'z';
+        m_beginning.units[at] = uchar(letter);
+        m_beginning.bits[at] = hasCase ? caseBit : char16_t(0);
+    }
+}
+
+/// Goes on as long as the needle begins at none of the next places.
+template <typename Unit>
+qsizetype AsciiNeedle::passOver(const Unit *all, qsizetype size, qsizetype from) const
+{
+    const auto [units, bits] = m_beginning;
+    for (; from + together + 2 <= size; from += together) {
+        char16_t isThere = 0;
+        for (qsizetype at = from; at < from + together; ++at) {
+            const auto begins = [&](qsizetype n) {
+                return char16_t((char16_t(all[at + n] | bits[size_t(n)])) == units[size_t(n)]);
+            };
+            isThere = char16_t(isThere | (begins(0) & begins(1) & begins(2)));
+        }
+        if (isThere != 0)
+            break;
+    }
+    return from;
+}
+
+template <typename Unit, typename CodeAt>
+qsizetype AsciiNeedle::findFar(const Unit *all, qsizetype size, qsizetype from, CodeAt codeAt) const
+{
+    if (m_needle.size() < qsizetype(m_beginning.units.size()))
+        return find(size, from, codeAt);
+    while (true) {
+        from = passOver(all, size, from);
+        const qsizetype end = std::min(size, from + together + m_needle.size() - 1);
+        if (const qsizetype found = find(end, from, codeAt); found >= 0 || end == size)
+            return found;
+        from += together;
+    }
 }
 
 template <typename CodeAt>
@@ -59,11 +112,12 @@ qsizetype AsciiNeedle::find(qsizetype size, qsizetype from, CodeAt codeAt) const
 qsizetype AsciiNeedle::indexIn(QByteArrayView bytes, qsizetype from) const
 {
     const auto *all = reinterpret_cast<const uchar *>(bytes.data());
-    return find(bytes.size(), from, [=](qsizetype at) { return all[at]; });
+    return findFar(all, bytes.size(), from, [=](qsizetype at) { return all[at]; });
 }
 
 qsizetype AsciiNeedle::indexIn(QStringView text, qsizetype from) const
 {
     const char16_t *all = text.utf16();
-    return find(text.size(), from, [=, this](qsizetype at) { return codeOf(all[at], m_folds); });
+    return findFar(all, text.size(), from,
+                   [=, this](qsizetype at) { return codeOf(all[at], m_folds); });
 }

@@ -25,10 +25,24 @@ public:
     [[nodiscard]] qsizetype indexIn(QStringView text, qsizetype from = 0) const;
 
 private:
+    /// The first characters of the needle, compared with many places of a text at a time.
+    struct Beginning
+    {
+        std::array<char16_t, 3> units{};
+        std::array<char16_t, 3> bits{}; ///< set before comparing: letter case, or all for any
+    };
+
+    void makeBeginning();
+    template <typename Unit>
+    [[nodiscard]] qsizetype passOver(const Unit *all, qsizetype size, qsizetype from) const;
+    template <typename Unit, typename CodeAt>
+    [[nodiscard]] qsizetype findFar(const Unit *all, qsizetype size, qsizetype from,
+                                    CodeAt codeAt) const;
     template <typename CodeAt>
     [[nodiscard]] qsizetype find(qsizetype size, qsizetype from, CodeAt codeAt) const;
 
     QByteArray m_needle;
+    Beginning m_beginning;
     bool m_folds = false;
     std::array<uchar, 256> m_small{};
     std::array<qsizetype, 256> m_skip{}; ///< how far to go on with this byte under the last one

@@ -16,7 +16,7 @@ public:
     [[nodiscard]] qsizetype end() const { return m_end; } ///< without "\n"
 
 private:
-    void findEnd();
+    void findEnd(qsizetype from);
 
     QStringView m_text;
     int m_number = 1;
