@@ -4,9 +4,9 @@
 #include "platform/QvError.h"
 #include "platform/Xml.h"
 #include "platform/XmlTokens.h"
+#include "tools/build/DerivedXml.h"
 #include "tools/checks/FindingKinds.h"
 #include "tools/checks/QaReport.h"
-#include "tools/words/DerivedXml.h"
 
 #include <array>
 

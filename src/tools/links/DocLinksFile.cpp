@@ -1,6 +1,6 @@
 #include "tools/links/DocLinksFile.h"
 
-#include "tools/words/DerivedXml.h"
+#include "tools/build/DerivedXml.h"
 
 #include <array>
 #include <unordered_set>

@@ -3,7 +3,7 @@
 #include "platform/QvError.h"
 #include "platform/Xml.h"
 #include "platform/XmlTokens.h"
-#include "tools/words/DerivedXml.h"
+#include "tools/build/DerivedXml.h"
 
 #include <QRegularExpression>
 

@@ -1,7 +1,7 @@
 #include "tools/words/ShardMaker.h"
 
+#include "tools/build/DerivedXml.h"
 #include "tools/build/PackedBytes.h"
-#include "tools/words/DerivedXml.h"
 #include "tools/words/SearchPages.h"
 
 #include <algorithm>

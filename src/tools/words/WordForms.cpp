@@ -1,7 +1,7 @@
 #include "tools/words/WordForms.h"
 
+#include "tools/build/Utf8.h"
 #include "tools/words/LetterTable.h"
-#include "tools/words/Utf8.h"
 
 #include <algorithm>
 #include <new>

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "tools/build/Utf8.h"
 #include "tools/words/LetterTable.h"
-#include "tools/words/Utf8.h"
 
 #include <array>
 #include <string>

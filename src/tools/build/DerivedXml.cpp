@@ -1,7 +1,7 @@
-#include "tools/words/DerivedXml.h"
+#include "tools/build/DerivedXml.h"
 
 #include "platform/Xml.h"
-#include "tools/words/Utf8.h"
+#include "tools/build/Utf8.h"
 
 #include <algorithm>
 #include <array>

@@ -1,4 +1,4 @@
-#include "tools/words/Utf8.h"
+#include "tools/build/Utf8.h"
 
 #include <algorithm>
 
