@@ -292,7 +292,6 @@ void FindingsView::changeBaseline(const std::function<void(Baseline &)> &change)
     judged();
     if (m_model->rowCount() > 0)
         lstFindings->setCurrentIndex(m_model->index(qBound(0, row, m_model->rowCount() - 1), 0));
-    Q_EMIT baselineChanged();
 }
 
 void FindingsView::accept()

@@ -36,8 +36,6 @@ Q_SIGNALS:
     /// The author wants to see a place: file relative to the project folder, with backslashes; line
     /// 0 is the file as a whole.
     void opened(const QString &file, int line);
-    /// The author decided something about the checks: other counts hold.
-    void baselineChanged();
 
 private:
     QWidget *makeFilters();
