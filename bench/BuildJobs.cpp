@@ -5,6 +5,8 @@
 
 #include "tools/build/BuildRun.h"
 
+#include <QElapsedTimer>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -28,10 +30,14 @@ int build(const QStringList &arguments)
     FileSystem &files = windows.console.files;
     BuildOrder order = orderOf(arguments.at(2));
     order.threads = arguments.at(1).toInt();
+    QElapsedTimer timer;
+    timer.start();
     const BuildObserver observer{.begins = {},
                                  .ends =
-                                     [](BuildStage stage, const ToolReport &report) {
-                                         std::printf("%s: %s\n", qPrintable(nameOf(stage)),
+                                     [&](BuildStage stage, const ToolReport &report) {
+                                         std::printf("%.3f s %s: %s\n",
+                                                     double(timer.restart()) / 1000,
+                                                     qPrintable(nameOf(stage)),
                                                      qPrintable(report.summary));
                                      },
                                  .outdated = [] { std::puts("The pages changed meanwhile."); }};

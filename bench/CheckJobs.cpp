@@ -27,7 +27,9 @@ int check(const QStringList &arguments)
     const PageAnchors anchors(pages);
     const LinkCheck links(input, pages, anchors);
     const std::clock_t before = std::clock();
-    const ToolReport report = checkQuality(files, input, pages, links, CheckLevel::Everything, {});
+    QualityChecks checks(files, input, pages, links, CheckLevel::Everything);
+    checks.look({});
+    const ToolReport report = checks.finish();
     number("checks alone, CPU", static_cast<double>(std::clock() - before) / CLOCKS_PER_SEC, "s");
     std::map<QString, int> counts;
     for (const Finding &finding : report.findings)

@@ -29,7 +29,8 @@ int words(const QStringList &arguments)
     const ScannedPages pages = ScannedPages::read(files, input, wishes);
     const double read = cpuSeconds();
     pages.save(files, input);
-    const ToolReport report = search.finish(pages);
+    search.prepare(pages);
+    const ToolReport report = search.putInPlace();
     number("writing, CPU", cpuSeconds() - read, "s");
     std::puts(qPrintable(report.summary));
     return 0;

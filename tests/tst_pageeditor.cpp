@@ -128,6 +128,7 @@ private Q_SLOTS:
     void replacesInThePage();
     void takesMarksOutWithTheText();
     void keepsTextWhileItIsTyped();
+    void leavesTheTextOfOthersAlone();
     void comparesWithAnotherAuthor();
     void savesEveryEncoding();
     void offersLinks();
@@ -296,6 +297,69 @@ void tst_pageeditor::keepsTextWhileItIsTyped()
     QTest::keyClick(desk.text(), Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
     QVERIFY(desk.pane->save());
     QVERIFY(!desk.world.files.fileExists(desk.kept()));
+}
+
+void tst_pageeditor::leavesTheTextOfOthersAlone()
+{
+    Desk mine("<p>old</p>");
+    FileSystem &files = mine.world.files;
+    KeptTexts texts(mine.world.files);
+    const auto left = [&] { return texts.pages(mine.sample.folder).size(); };
+    const QString lock = mine.kept(u".lock"_s);
+    const auto keep = [&] {
+        QVERIFY_THROWS_EXCEPTION(Unwinding, mine.world.ending.endNow());
+        QVERIFY(files.fileExists(mine.kept()) && files.fileExists(lock));
+    };
+    // What is undone needs no keeping, and a place is free again.
+    mine.type(u"x"_s);
+    keep();
+    QTest::keyClick(mine.text(), Qt::Key_Z, Qt::ControlModifier);
+    QVERIFY(!files.exists(mine.kept()) && !files.exists(lock));
+    mine.type(u"mine "_s);
+    keep();
+
+    // Another program on the same page sees nothing of it, and keeps its own text elsewhere.
+    ProjectSession session(mine.program);
+    session.open(mine.sample.name);
+    session.select(mine.book, u"P0001"_s);
+    PagePane theirs(session);
+    theirs.show();
+    theirs.showPage(currentPageOf(session));
+    auto *bar = control<QWidget>(&theirs, "recoveryBar");
+    QVERIFY(!bar->isVisible());
+    QCOMPARE(left(), 0);
+    QTest::keyClicks(control<QPlainTextEdit>(&theirs, "txtSource"), u"their "_s);
+    keep();
+    QCOMPARE(mine.world.bytes(mine.kept(u"~2"_s)), "their <p>old</p>");
+    theirs.showPage(std::nullopt);
+    QCOMPARE(left(), 1);
+    QVERIFY(!files.exists(mine.kept(u"~2.lock"_s)));
+    theirs.showPage(currentPageOf(session));
+    click(&theirs, "cmdDiscardRecovered");
+    QVERIFY(!files.exists(mine.kept(u"~2"_s)));
+    QVERIFY2(!bar->isVisible() && files.exists(mine.kept()), "that one is needed");
+    QVERIFY(errorOf([&] { texts.discard(mine.kept()); }).contains(u"another QV Developer keeps"_s));
+    QCOMPARE(mine.world.bytes(mine.kept()), "mine <p>old</p>");
+
+    // A lock that cannot be used tells nothing: the text is offered, and stays.
+    mine.pane.reset();
+    QVERIFY(!files.exists(lock));
+    files.makeFolder(lock);
+    theirs.showPage(std::nullopt);
+    theirs.showPage(currentPageOf(session));
+    QVERIFY(bar->accessibleDescription().endsWith(u"Another author may still be working on it."_s));
+    click(&theirs, "cmdDiscardRecovered");
+    QVERIFY(mine.world.messages.shown.last().contains(u"delete that file yourself"_s));
+    QVERIFY(bar->isVisible() && files.exists(mine.kept()));
+
+    // A program that died left its lock behind.
+    files.removeFolder(lock);
+    mine.world.put(lock, {});
+    mine.world.put(mine.kept(u"~3.lock"_s), {});
+    QCOMPARE(left(), 1);
+    QVERIFY(!files.exists(lock) && !files.exists(mine.kept(u"~3.lock"_s)));
+    click(&theirs, "cmdDiscardRecovered");
+    QVERIFY(!files.exists(mine.kept()) && !bar->isVisible());
 }
 
 void tst_pageeditor::comparesWithAnotherAuthor()

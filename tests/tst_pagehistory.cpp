@@ -64,9 +64,14 @@ void tst_pagehistory::offersTextOfPagesThatWentToo()
     SampleProject sample;
     sample.addBook(u"Pump"_s, u"PUMP"_s, {{u"a.htm"_s, "a"}});
     KeptTexts texts(sample.world.files);
-    texts.keep(sample.folder, u"Book_PUMP\\a.htm"_s, u"kept a"_s);
-    const QString gone =
-        texts.keep(sample.folder, u"Book_PUMP\\gone.htm"_s, u"<meta charset=big5>\u6f22"_s);
+    const auto keep = [&](const QString &page, const QString &text) {
+        auto place = texts.take(sample.folder, u"Book_PUMP\\"_s + page);
+        texts.keep(*place, text);
+        return place;
+    };
+    keep(u"a.htm"_s, u"kept a"_s);
+    const QString gone = keep(u"gone.htm"_s, u"<meta charset=big5>\u6f22"_s)->path();
+    const auto running = keep(u"theirs.htm"_s, u"their program runs"_s);
     ScriptedMessages &messages = sample.world.messages;
     messages.choices = {0};
     Desk desk(sample);
@@ -85,6 +90,13 @@ void tst_pagehistory::offersTextOfPagesThatWentToo()
     messages.choices = {1, 0};
     click(dialog, "cmdDiscardKept");
     QVERIFY(sample.world.files.fileExists(gone));
+    {
+        const auto claimed = KeptPlace::claim(sample.world.files, gone, gone);
+        click(dialog, "cmdDiscardKept");
+        QVERIFY2(messages.shown.last().contains(u"a QV Developer that is running keeps it"_s)
+                     && sample.world.files.fileExists(gone),
+                 qPrintable(messages.shown.last()));
+    }
     click(dialog, "cmdDiscardKept");
     QVERIFY(!sample.world.files.fileExists(gone));
     QCOMPARE(list->count(), 1);

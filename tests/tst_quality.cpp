@@ -47,7 +47,10 @@ public:
         const BuildInput input = readBuildInput(world.session, files, name, u"ENU"_s);
         const ScannedPages pages = ScannedPages::read(files, input, {.threads = 1});
         const PageAnchors anchors(pages);
-        return checkQuality(files, input, pages, LinkCheck(input, pages, anchors), level, {});
+        const LinkCheck links(input, pages, anchors);
+        QualityChecks checks(files, input, pages, links, level);
+        checks.look({});
+        return checks.finish();
     }
     /// "CODE file(line) subject" of what is new.
     QStringList found(CheckLevel level = CheckLevel::Everything)

@@ -62,7 +62,8 @@ struct World : TestProgram
         const ScanWishes wishes{.words = &words, .everything = everything};
         const ScannedPages pages = ScannedPages::read(disturbed, input, wishes, progress);
         pages.save(disturbed, input);
-        return words.finish(pages, progress);
+        words.prepare(pages, progress);
+        return words.putInPlace();
     }
     /// All files of the index but the log, which tells of the run.
     Files index()

@@ -39,6 +39,7 @@ void ctlBuildTab::layOut()
     connect(m_run, &BuildRunPage::placeRequested, this, &ctlBuildTab::placeRequested);
     showProject();
     showStep();
+    cmdNext->setFocus();
 }
 
 QLayout *ctlBuildTab::buttonRow()

@@ -42,7 +42,8 @@ ToolReport run(FileSystem &files, const BuildInput &input, const QString &tool)
     const ScannedPages pages =
         ScannedPages::read(files, input, {.words = words ? &*words : nullptr});
     if (words) {
-        const ToolReport report = words->finish(pages);
+        words->prepare(pages);
+        const ToolReport report = words->putInPlace();
         files.removeFile(input.folder + u"QV_SearchWords.bin"_s);
         return report;
     }

@@ -50,8 +50,8 @@ BuildChoice::BuildChoice(Program &program, QWidget *parent)
 {
     auto *grid = new QGridLayout(this);
     grid->setContentsMargins({});
-    QLabel *advice = plainLabel(tr("What is out of date is ticked. Next runs what is ticked; when "
-                                   "nothing is, it goes straight to packing."),
+    QLabel *advice = plainLabel(tr("What is out of date is ticked. Next runs what is ticked and the "
+                                   "quality checks; without either, it goes straight to packing."),
                                 this);
     advice->setContentsMargins(0, 0, 0, fontMetrics().height());
     grid->addWidget(advice, 0, 0, 1, -1);
@@ -93,6 +93,8 @@ void BuildChoice::addRows(QGridLayout *grid)
               addRow(grid, BuildTool::SearchIndex, tr("&Search words"))};
     for (Row &row : m_rows)
         connect(row.run, &QCheckBox::clicked, this, [&row] { row.isTouched = true; });
+    setTabOrder(m_rows.back().run, chkRebuildAll);
+    setTabOrder(chkRebuildAll, cboChecks);
 }
 
 BuildChoice::Row BuildChoice::addRow(QGridLayout *grid, BuildTool tool, const QString &caption)
@@ -133,6 +135,7 @@ QLayout *BuildChoice::optionRow()
     checks->setBuddy(cboChecks);
     auto *row = new QHBoxLayout;
     row->setContentsMargins(0, fontMetrics().height(), 0, 0);
+    row->setSpacing(fontMetrics().averageCharWidth());
     row->addWidget(chkRebuildAll);
     row->addSpacing(fontMetrics().height());
     row->addWidget(checks);

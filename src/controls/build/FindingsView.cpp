@@ -85,7 +85,7 @@ FindingsView::FindingsView(Program &program, QWidget *parent)
     txtFinding->setAccessibleName(tr("What the finding means"));
     txtFinding->setReadOnly(true);
     txtFinding->setTabChangesFocus(true);
-    txtFinding->setFixedHeight(fontMetrics().lineSpacing() * 6);
+    txtFinding->setFixedHeight(fontMetrics().lineSpacing() * 4);
     makeTable();
     auto *layout = new QVBoxLayout(this);
     layout->addWidget(makeFilters());
@@ -93,6 +93,7 @@ FindingsView::FindingsView(Program &program, QWidget *parent)
     layout->addWidget(lstFindings, 1);
     layout->addWidget(txtFinding);
     layout->addWidget(makeButtons());
+    setTabOrder(cboState, lstFindings);
     connect(m_reading, &BackgroundWork::ended, this, [this](bool, const QString &problem) {
         if (!problem.isEmpty())
             sayProblem(problem);
@@ -161,7 +162,8 @@ QWidget *FindingsView::makeButtons()
         row->addWidget(button);
         return commands->add(button, keys, [this, run] { (this->*run)(); });
     };
-    add(u"cmdOpenFinding"_s, "edit"_L1, tr("S&how the place"), {}, &FindingsView::openCurrent);
+    m_open =
+        add(u"cmdOpenFinding"_s, "edit"_L1, tr("S&how the place"), {}, &FindingsView::openCurrent);
     m_accept = add(u"cmdAcceptFinding"_s, "ok"_L1, tr("&Accept into the baseline"), Qt::Key_Insert,
                    &FindingsView::accept);
     m_takeOut = add(u"cmdTakeOutFinding"_s, "undo"_L1, tr("Take o&ut of the baseline"),
@@ -265,6 +267,9 @@ void FindingsView::showCurrent()
     const QaFinding *const one = current();
     txtFinding->setPlainText(one == nullptr ? QString() : meaningOf(one->finding));
     const QString none = tr("Choose a finding first.");
+    ListCommands::offer(m_open, one == nullptr                ? none
+                                : one->finding.file.isEmpty() ? tr("It is about no single file.")
+                                                              : QString());
     ListCommands::offer(m_accept, one == nullptr            ? none
                                   : chosen(false).isEmpty() ? tr("It is in the baseline already.")
                                                             : QString());

@@ -66,5 +66,5 @@ private:
     QLabel *lblFindings;
     QPlainTextEdit *txtFinding;
     QPushButton *cmdFindingKinds = nullptr;
-    QAction *m_accept = nullptr, *m_takeOut = nullptr, *m_switchOff = nullptr;
+    QAction *m_open = nullptr, *m_accept = nullptr, *m_takeOut = nullptr, *m_switchOff = nullptr;
 };

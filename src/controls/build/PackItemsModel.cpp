@@ -93,6 +93,8 @@ QVariant PackItemsModel::data(const QModelIndex &index, int role) const
 
 QVariant PackItemsModel::headerData(int section, Qt::Orientation orientation, int role) const
 {
+    if (role == Qt::TextAlignmentRole && section >= Size)
+        return int(Qt::AlignRight | Qt::AlignVCenter);
     if (orientation != Qt::Horizontal || role != Qt::DisplayRole)
         return {};
     const QStringList heads{tr("Change"), tr("File"), tr("Size"), tr("In the last pack")};

@@ -144,6 +144,7 @@ void PackPane::makeList()
     lstItems->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     lstItems->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 6);
     QHeaderView *header = lstItems->horizontalHeader();
+    header->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     const int letter = fontMetrics().averageCharWidth();
     for (const int column : {PackItemsModel::Change, PackItemsModel::Size, PackItemsModel::Before})
         header->resizeSection(column, 18 * letter);
@@ -324,11 +325,14 @@ void PackPane::release()
 
 void PackPane::endPacking(bool stopped, const QString &problem)
 {
+    const bool hadFocus = cmdStopPack->hasFocus();
     if (stopped)
         lblPacked->setText(tr("Stopped. The last packed copy is as it was."));
     else if (!problem.isEmpty())
         lblPacked->setText(problem);
     offerPacking();
+    if (hadFocus)
+        cmdPack->setFocus();
     plan();
     Q_EMIT busyChanged();
 }

@@ -1,6 +1,7 @@
 #include "controls/pages/KeptTexts.h"
 
 #include "platform/Paths.h"
+#include "platform/QvError.h"
 #include "startup/PageText.h"
 
 #include <algorithm>
@@ -30,6 +31,11 @@ QString withoutNumber(const QString &name)
     return numbered && name.back().isDigit() ? name.chopped(2) : name;
 }
 
+QString like(const QString &projectFolder)
+{
+    return projectFolder + ProjectFile::toc;
+}
+
 } // namespace
 
 KeptTexts::KeptTexts(FileSystem &files)
@@ -37,39 +43,71 @@ KeptTexts::KeptTexts(FileSystem &files)
 {
 }
 
-QString KeptTexts::keep(const QString &projectFolder, const QString &page, const QString &text,
-                        const QString &place)
+std::unique_ptr<KeptPlace> KeptTexts::take(const QString &projectFolder, const QString &page)
 {
-    const QString path = place.isEmpty() ? freePlace(projectFolder, page) : place;
-    makeFolders(projectFolder, path);
-    m_files.replaceFile(path, encodePage(text, {"UTF-8"}));
-    return path;
+    makeFolders(projectFolder, place(projectFolder, page, 1));
+    if (auto free = freePlace(projectFolder, page))
+        return free;
+    if (auto oldest = oldestPlace(projectFolder, page))
+        return oldest;
+    throw QvError(PermissionDenied, {},
+                  u"The unsaved text of this page cannot be kept: others keep text of it already, "
+                  "in %1 and beside it. Save the page."_s.arg(place(projectFolder, page, 1)));
 }
 
-QStringList KeptTexts::placesOf(const QString &projectFolder, const QString &page)
+std::unique_ptr<KeptPlace> KeptTexts::freePlace(const QString &projectFolder, const QString &page)
 {
-    QList<std::pair<QDateTime, QString>> kept;
     for (int number = 1; number <= mostTexts; ++number) {
         const QString path = place(projectFolder, page, number);
-        if (const FileStatus status = m_files.status(path); status.kind == FileKind::File)
-            kept.append({status.modified, path});
+        if (m_files.exists(path) || keeperOf(m_files, path) != Keeper::Gone)
+            continue;
+        auto free = KeptPlace::take(m_files, path, like(projectFolder));
+        if (free && !m_files.exists(path)) // or another program was faster
+            return free;
     }
-    std::stable_sort(kept.begin(), kept.end(),
+    return {};
+}
+
+std::unique_ptr<KeptPlace> KeptTexts::oldestPlace(const QString &projectFolder, const QString &page)
+{
+    const QList<KeptText> left = leftOf(projectFolder, page);
+    for (auto text = left.crbegin(); text != left.crend(); ++text) {
+        if (text->mayBeNeeded)
+            continue;
+        if (auto oldest = KeptPlace::claim(m_files, text->place, like(projectFolder)))
+            return oldest;
+    }
+    return {};
+}
+
+void KeptTexts::keep(const KeptPlace &place, const QString &text)
+{
+    m_files.replaceFile(place.path(), encodePage(text, {"UTF-8"}));
+}
+
+void KeptTexts::forget(const KeptPlace &place)
+{
+    if (m_files.fileExists(place.path()))
+        m_files.removeFile(place.path());
+}
+
+QList<KeptText> KeptTexts::leftOf(const QString &projectFolder, const QString &page)
+{
+    QList<std::pair<QDateTime, KeptText>> left;
+    for (int number = 1; number <= mostTexts; ++number) {
+        const QString path = place(projectFolder, page, number);
+        const FileStatus status = m_files.status(path);
+        if (status.kind != FileKind::File)
+            continue;
+        if (const Keeper keeper = keeperOf(m_files, path); keeper != Keeper::Running)
+            left.append({status.modified, {path, keeper == Keeper::Unknown}});
+    }
+    std::stable_sort(left.begin(), left.end(),
                      [](const auto &a, const auto &b) { return a.first > b.first; });
-    QStringList paths;
-    for (const auto &entry : kept)
-        paths.append(entry.second);
-    return paths;
-}
-
-QString KeptTexts::freePlace(const QString &projectFolder, const QString &page)
-{
-    for (int number = 1; number <= mostTexts; ++number) {
-        const QString path = place(projectFolder, page, number);
-        if (!m_files.exists(path))
-            return path;
-    }
-    return placesOf(projectFolder, page).constLast();
+    QList<KeptText> texts;
+    for (const auto &entry : left)
+        texts.append(entry.second);
+    return texts;
 }
 
 QString KeptTexts::textIn(const QString &place)
@@ -77,10 +115,22 @@ QString KeptTexts::textIn(const QString &place)
     return QString::fromUtf8(m_files.readFile(place));
 }
 
-void KeptTexts::forget(const QString &place)
+void KeptTexts::discard(const QString &place)
 {
-    if (m_files.fileExists(place))
-        m_files.removeFile(place);
+    if (!m_files.fileExists(place))
+        return;
+    const auto explain = [&](const QvError &error) {
+        throw QvError(PermissionDenied, {},
+                      u"%1 was not discarded: nobody can tell whether an author who is working on "
+                      "the page still needs it. %2. If you are sure that nobody does, delete that "
+                      "file yourself."_s.arg(place, error.description()));
+    };
+    const auto claimed = trap(explain, [&] { return KeptPlace::claim(m_files, place, place); });
+    if (!claimed)
+        throw QvError(PermissionDenied, {},
+                      u"%1 was not discarded: another QV Developer keeps it for an author who is "
+                      "working on the page."_s.arg(place));
+    forget(*claimed);
 }
 
 void KeptTexts::makeFolders(const QString &projectFolder, const QString &file)
@@ -107,9 +157,12 @@ QStringList KeptTexts::pages(const QString &projectFolder)
 void KeptTexts::collect(const QString &folder, const QString &below, QStringList &pages, int depth)
 {
     for (const FolderEntry &entry : m_files.kinds(folder)) {
-        if (entry.status.kind == FileKind::File)
+        const QString path = folder + u'\\' + entry.name;
+        if (const QString file = fileOfLock(path); !file.isEmpty())
+            (void)keeperOf(m_files, file); // a lock of which the text has gone goes too
+        else if (entry.status.kind == FileKind::File && keeperOf(m_files, path) != Keeper::Running)
             pages.append(below + withoutNumber(entry.name));
         else if (entry.status.kind == FileKind::Folder && depth < deepest)
-            collect(folder + u'\\' + entry.name, below + entry.name + u'\\', pages, depth + 1);
+            collect(path, below + entry.name + u'\\', pages, depth + 1);
     }
 }

@@ -12,6 +12,8 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 KeptTextsDialog::KeptTextsDialog(ProjectSession &session, const QStringList &pages, QWidget *parent)
@@ -23,11 +25,23 @@ KeptTextsDialog::KeptTextsDialog(ProjectSession &session, const QStringList &pag
     setObjectName(u"dlgKeptTexts"_s);
     setWindowTitle(tr("Unsaved text that was kept"));
     m_list->setObjectName(u"lstKept"_s);
-    m_list->addItems(pages);
+    for (const QString &page : pages)
+        addPage(page);
     m_list->setCurrentRow(0);
     connect(m_list, &QListWidget::itemDoubleClicked, this, &KeptTextsDialog::openPage);
     layOut();
     resize(80 * fontMetrics().averageCharWidth(), 15 * fontMetrics().height());
+}
+
+void KeptTextsDialog::addPage(const QString &page)
+{
+    const QList<KeptText> left = m_texts.leftOf(m_session.folder(), page);
+    const bool mayBeNeeded = std::any_of(left.cbegin(), left.cend(),
+                                         [](const KeptText &text) { return text.mayBeNeeded; });
+    auto *item = new QListWidgetItem(
+        mayBeNeeded ? tr("%1 (another author may still be working on it)").arg(page) : page,
+        m_list);
+    item->setData(Qt::UserRole, page);
 }
 
 void KeptTextsDialog::layOut()
@@ -56,7 +70,19 @@ void KeptTextsDialog::layOut()
 
 QString KeptTextsDialog::page() const
 {
-    return m_list->currentItem() != nullptr ? m_list->currentItem()->text() : QString();
+    const QListWidgetItem *item = m_list->currentItem();
+    return item != nullptr ? item->data(Qt::UserRole).toString() : QString();
+}
+
+QList<KeptText> KeptTextsDialog::left()
+{
+    const QList<KeptText> left = m_texts.leftOf(m_session.folder(), page());
+    if (left.isEmpty())
+        throw QvError(FileNotFound, {},
+                      tr("No unsaved text of %1 is left: it was used or discarded meanwhile, or a "
+                         "QV Developer that is running keeps it.")
+                          .arg(page()));
+    return left;
 }
 
 void KeptTextsDialog::openPage()
@@ -69,10 +95,9 @@ void KeptTextsDialog::openPage()
 void KeptTextsDialog::saveText()
 {
     handled(m_session.program(), [this] {
-        const QString kept = m_texts.placesOf(m_session.folder(), page()).value(0);
-        if (kept.isEmpty())
+        if (page().isEmpty())
             return;
-        const PageText text = inUtf8(m_texts.textIn(kept));
+        const PageText text = inUtf8(m_texts.textIn(left().first().place));
         Program &program = m_session.program();
         const QString path =
             program.fileDialogs.saveFile(tr("Save the kept text"), lastComponent(page()),
@@ -85,11 +110,14 @@ void KeptTextsDialog::saveText()
 void KeptTextsDialog::discard()
 {
     handled(m_session.program(), [this] {
-        const QString shown = m_session.shownPath(m_session.folder() + page());
-        if (page().isEmpty() || !PageQuestions::discardKept(m_session.program().messages, shown))
+        if (page().isEmpty())
             return;
-        for (const QString &kept : m_texts.placesOf(m_session.folder(), page()))
-            m_texts.forget(kept);
+        const QList<KeptText> texts = left();
+        const QString shown = m_session.shownPath(m_session.folder() + page());
+        if (!PageQuestions::discardKept(m_session.program().messages, shown))
+            return;
+        for (const KeptText &text : texts)
+            m_texts.discard(text.place);
         delete m_list->takeItem(m_list->currentRow());
         if (m_list->count() == 0)
             close();

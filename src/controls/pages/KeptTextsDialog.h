@@ -21,8 +21,11 @@ Q_SIGNALS:
     void pageRequested(const QString &page);
 
 private:
+    void addPage(const QString &page);
     void layOut();
     [[nodiscard]] QString page() const; ///< the chosen one, "" for none
+    /// What was left of the chosen page. Raises 53 when nothing is any more.
+    [[nodiscard]] QList<KeptText> left();
     void openPage();
     void saveText();
     void discard();

@@ -213,18 +213,27 @@ void PagePane::insertLinksTo(const DraggedNodes &dropped)
 
 void PagePane::showKept()
 {
-    m_offered.clear();
-    trap(
-        [](const QvError &) {},
-        [this] {
-            if (!m_page)
-                return;
-            QStringList places =
-                KeptTexts(m_session.program().files).placesOf(m_session.folder(), m_page->relative);
-            places.removeOne(m_recovery.place());
-            m_offered = places.value(0);
-        });
-    m_keptBar->setVisible(!m_offered.isEmpty());
+    const auto kept = trap([](const QvError &) {}, [this] { return keptText(); });
+    m_offered = kept ? kept->place : QString();
+    m_keptBar->setVisible(kept.has_value());
+    if (!kept)
+        return;
+    const QString what = tr("Text of this page that was never saved has been kept.");
+    m_keptBar->setText(
+        kept->mayBeNeeded ? what + u' ' + tr("Another author may still be working on it.") : what);
+}
+
+/// The newest that may be offered.
+std::optional<KeptText> PagePane::keptText()
+{
+    if (!m_page)
+        return {};
+    for (const KeptText &text :
+         KeptTexts(m_session.program().files).leftOf(m_session.folder(), m_page->relative)) {
+        if (text.place != m_recovery.place())
+            return text;
+    }
+    return {};
 }
 
 void PagePane::useKept()
@@ -243,10 +252,9 @@ void PagePane::useKept()
 
 void PagePane::discardKept()
 {
-    handled(m_session.program(), [this] {
-        KeptTexts(m_session.program().files).forget(m_offered);
-        showKept();
-    });
+    handled(m_session.program(),
+            [this] { KeptTexts(m_session.program().files).discard(m_offered); });
+    showKept();
 }
 
 // Kept text that the author has neither used nor refused stays. Where it cannot be removed it is
@@ -256,7 +264,7 @@ void PagePane::forgetKept()
     m_recovery.forget();
     if (m_used.isEmpty())
         return;
-    trap([](const QvError &) {}, [this] { KeptTexts(m_session.program().files).forget(m_used); });
+    trap([](const QvError &) {}, [this] { KeptTexts(m_session.program().files).discard(m_used); });
     m_used.clear();
     showKept();
 }

@@ -80,6 +80,7 @@ private:
     void noticeFiles(const QStringList &paths);
 
     void showKept();
+    [[nodiscard]] std::optional<KeptText> keptText();
     void useKept();
     void discardKept();
     void forgetKept();

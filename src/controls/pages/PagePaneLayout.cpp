@@ -45,7 +45,6 @@ QWidget *PagePane::head()
 
 void PagePane::makeBars()
 {
-    m_keptBar->setText(tr("Text of this page that was never saved has been kept."));
     connect(m_keptBar->addButton(u"cmdUseRecovered"_s, tr("Use the &kept text")),
             &QPushButton::clicked, this, &PagePane::useKept);
     connect(m_keptBar->addButton(u"cmdDiscardRecovered"_s, tr("&Discard it")),
@@ -79,6 +78,10 @@ void PagePane::connectParts()
     connect(m_save, &QPushButton::clicked, this, &PagePane::save);
     connect(m_revert, &QPushButton::clicked, this, &PagePane::askRevert);
     connect(m_editor, &PageEditor::modificationChanged, this, &PagePane::updateState);
+    connect(m_editor, &PageEditor::modificationChanged, this, [this](bool modified) {
+        if (!modified)
+            m_recovery.forget(); // undone to what the file holds, too
+    });
     connect(m_editor, &PageEditor::textChanged, &m_recovery, &RecoveryKeeper::textChanged);
     connect(m_editor, &PageEditor::unlockRequested, this, &PagePane::unlock);
     connect(m_editor, &PageEditor::insertLinkRequested, this, &PagePane::insertLink);

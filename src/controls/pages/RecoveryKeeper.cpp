@@ -25,7 +25,7 @@ void RecoveryKeeper::begin(const QString &projectFolder, const QString &page)
     settle();
     m_folder = projectFolder;
     m_page = page;
-    m_place.clear();
+    m_place.reset();
 }
 
 void RecoveryKeeper::textChanged()
@@ -68,17 +68,22 @@ void RecoveryKeeper::work(const std::stop_token &stop)
     }
 }
 
+// Only this thread changes the place while it is busy, and only the other one while it is not.
 void RecoveryKeeper::keep(const Order &order)
 {
-    const QString kept = KeptTexts(m_files).keep(order.folder, order.page, order.text, place());
-    const std::lock_guard guard(m_guard);
-    m_place = kept;
+    KeptTexts texts(m_files);
+    if (!m_place) {
+        auto taken = texts.take(order.folder, order.page);
+        const std::lock_guard guard(m_guard);
+        m_place = std::move(taken);
+    }
+    texts.keep(*m_place, order.text);
 }
 
 QString RecoveryKeeper::place()
 {
     const std::lock_guard guard(m_guard);
-    return m_place;
+    return m_place ? m_place->path() : QString();
 }
 
 void RecoveryKeeper::settle()
@@ -99,8 +104,8 @@ void RecoveryKeeper::keepNow(const QString &text)
 void RecoveryKeeper::forget()
 {
     settle();
-    if (m_place.isEmpty())
+    if (!m_place)
         return;
-    trap([](const QvError &) {}, [this] { KeptTexts(m_files).forget(m_place); });
-    m_place.clear();
+    trap([](const QvError &) {}, [this] { KeptTexts(m_files).forget(*m_place); });
+    m_place.reset();
 }

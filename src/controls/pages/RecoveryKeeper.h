@@ -14,7 +14,8 @@
 
 /// Keeps the unsaved text of the open page on disk while the author types, so that it outlives a
 /// program that dies: a few seconds after the last key, and every ten seconds while keys keep
-/// coming. The disk is touched on a thread of its own.
+/// coming. The disk is touched on a thread of its own. While this lives, other programs leave what
+/// it keeps alone.
 class RecoveryKeeper final : public QObject
 {
     Q_OBJECT
@@ -25,16 +26,16 @@ public:
     RecoveryKeeper(FileSystem &files, Text text, QObject *parent = nullptr);
     ~RecoveryKeeper() override;
 
-    /// Another page; what was kept of the one before stays. "" for none.
+    /// Another page; what was kept of the one before stays, for whoever opens it next. "" for none.
     void begin(const QString &projectFolder, const QString &page);
     /// A key was pressed.
     void textChanged();
-    /// Keeps the text before it returns. Raises as KeptTexts::keep.
+    /// Keeps the text before it returns. Raises as KeptTexts::take and keep.
     void keepNow(const QString &text);
     /// Saved or given up: what was kept here since `begin` goes. Where it cannot be removed it is
     /// offered once more, which harms nobody.
     void forget();
-    /// Where this page's text is kept; "" when none was yet.
+    /// Where this page's text is kept; "" when none is.
     [[nodiscard]] QString place();
 
 private:
@@ -57,6 +58,6 @@ private:
     std::condition_variable_any m_news;
     std::optional<Order> m_order;
     bool m_busy = false;
-    QString m_place;
+    std::unique_ptr<KeptPlace> m_place;
     std::jthread m_thread;
 };

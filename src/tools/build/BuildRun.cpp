@@ -4,6 +4,7 @@
 #include "platform/QvError.h"
 #include "platform/TreeWalker.h"
 #include "resources/Counted.h"
+#include "tools/SideWork.h"
 #include "tools/build/BuildPlan.h"
 #include "tools/build/FreshFolder.h"
 #include "tools/build/PageAnchors.h"
@@ -67,33 +68,59 @@ public:
     }
 
 private:
+    /// What tools work out runs beside the others; what they made takes its place in their turn.
     void runStages()
     {
         recover();
         readPages();
+        SideWork words = aside([this](const Progress &progress) {
+            if (m_words)
+                m_words->prepare(m_pages, progress);
+        });
         const PageAnchors anchors(m_pages);
-        const LinkCheck check = checkLinks(anchors);
-        const auto run = [&](BuildTool tool,
-                             const std::function<ToolReport(const Progress &)> &work) {
-            if (wants(tool))
-                m_result.tools[static_cast<size_t>(tool)] = runStage(stageOf(tool), work);
-        };
-        run(BuildTool::DocToDoc, [&](const Progress &progress) {
-            return linkDocuments(m_files, m_input, m_pages, check, progress);
+        const LinkCheck links(m_input, m_pages, anchors, m_progress);
+        QualityChecks checks(m_files, m_input, m_pages, links, m_order.checks);
+        SideWork looking = aside([&](const Progress &progress) {
+            if (m_order.checks != CheckLevel::Off)
+                checks.look(progress);
         });
-        run(BuildTool::ContextSettings, [&](const Progress &progress) {
-            return writeContextSettings(m_files, m_input, m_pages, progress);
+        runLinkTools(links, anchors);
+        // What cannot be kept is read again by the next build.
+        trap([](const QvError &) {}, [this] { m_pages.save(m_files, m_input); });
+        runTool(BuildTool::SearchIndex, [&](const Progress &progress) {
+            words.finish(progress);
+            return m_words->putInPlace();
         });
-        run(BuildTool::QuickNav, [&](const Progress &progress) {
-            return writeQuickNavIndex(m_files, m_input, m_pages, anchors, progress);
-        });
-        run(BuildTool::SearchIndex,
-            [&](const Progress &progress) { return m_words->finish(m_pages, progress); });
         if (m_order.checks != CheckLevel::Off) {
             m_result.checks = runStage(BuildStage::Checks, [&](const Progress &progress) {
-                return checkQuality(m_files, m_input, m_pages, check, m_order.checks, progress);
+                looking.finish(progress);
+                return checks.finish();
             });
         }
+    }
+
+    void runLinkTools(const LinkCheck &links, const PageAnchors &anchors)
+    {
+        runTool(BuildTool::DocToDoc, [&](const Progress &progress) {
+            return linkDocuments(m_files, m_input, m_pages, links, progress);
+        });
+        runTool(BuildTool::ContextSettings, [&](const Progress &progress) {
+            return writeContextSettings(m_files, m_input, m_pages, progress);
+        });
+        runTool(BuildTool::QuickNav, [&](const Progress &progress) {
+            return writeQuickNavIndex(m_files, m_input, m_pages, anchors, progress);
+        });
+    }
+
+    [[nodiscard]] SideWork aside(SideWork::Work work) const
+    {
+        return SideWork(std::move(work), m_order.threads > 1);
+    }
+
+    void runTool(BuildTool tool, const std::function<ToolReport(const Progress &)> &work)
+    {
+        if (wants(tool))
+            m_result.tools[static_cast<size_t>(tool)] = runStage(stageOf(tool), work);
     }
 
     void tellChanges() const
@@ -139,19 +166,12 @@ private:
                                 .threads = m_order.threads};
         begin(BuildStage::Pages);
         m_pages = ScannedPages::read(m_files, m_input, wishes, stageProgress());
-        // What cannot be kept is read again by the next build.
-        trap([](const QvError &) {}, [this] { m_pages.save(m_files, m_input); });
         end(BuildStage::Pages,
             {ToolReport::Outcome::Good,
              tr("%1, %2 of them read anew.")
                  .arg(counted(qsizetype(m_pages.pages().size()), tr("1 page or style sheet"),
                               tr("%1 pages and style sheets")))
                  .arg(m_pages.freshCount())});
-    }
-
-    [[nodiscard]] LinkCheck checkLinks(const PageAnchors &anchors) const
-    {
-        return {m_input, m_pages, anchors, m_progress};
     }
 
     /// What a tool raises makes it fail; the others go on.

@@ -110,9 +110,16 @@ QString FreshFolder::freshPath(const QString &name) const
     return freshPlace(m_folder) + u'\\' + name;
 }
 
-void FreshFolder::putInPlace()
+void FreshFolder::flush()
 {
     m_files.syncTree(freshPlace(m_folder));
+    m_flushed = true;
+}
+
+void FreshFolder::putInPlace()
+{
+    if (!m_flushed)
+        flush();
     const bool hadOne = m_files.exists(m_folder);
     if (hadOne)
         m_files.move(m_folder, oldPlace(m_folder));

@@ -26,7 +26,9 @@ public:
     /// Takes over what the old folder holds beside the files written so far and those that
     /// `isOurs` says true to.
     void keepOthers(const std::function<bool(const QString &name)> &isOurs = {});
-    /// Flushes everything to the disk, then puts it in place of the old folder, which goes.
+    /// Flushes everything to the disk. Nothing may be written any more.
+    void flush();
+    /// Flushes what was not yet, then puts the folder in place of the old one, which goes.
     void putInPlace();
 
 private:
@@ -36,6 +38,7 @@ private:
     QString m_folder;
     QSet<QString> m_readOnly; ///< files of the old folder, folded
     QSet<QString> m_written;  ///< folded
+    bool m_flushed = false;
     bool m_done = false;
 };
 

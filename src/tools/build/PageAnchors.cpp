@@ -26,7 +26,7 @@ PageAnchors::PageAnchors(const ScannedPages &pages)
     size_t count = 0;
     for (const ScannedPage &page : pages.pages())
         count += page.facts.anchors.size();
-    m_anchors.reserve(count);
+    m_anchors.reserve(static_cast<qsizetype>(count));
     m_pages.reserve(pages.pages().size());
     for (const ScannedPage &page : pages.pages()) {
         if (page.isStyleSheet || !page.problem.isEmpty())

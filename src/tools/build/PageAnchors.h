@@ -2,9 +2,10 @@
 
 #include "tools/build/ScannedPages.h"
 
+#include <QSet>
+
 #include <string_view>
 #include <unordered_map>
-#include <unordered_set>
 
 /// The pages of a project and their places that links can mean, for many look-ups.
 class PageAnchors final
@@ -20,5 +21,5 @@ public:
 
 private:
     std::unordered_map<quint32, const ScannedPage *> m_pages;
-    std::unordered_set<quint64> m_anchors; ///< of file and name
+    QSet<quint64> m_anchors; ///< of file and name
 };

@@ -2,8 +2,8 @@
 
 #include "platform/Paths.h"
 #include "platform/QvError.h"
-#include "tools/PageIndexReader.h"
 #include "tools/Checksum.h"
+#include "tools/PageIndexReader.h"
 #include "tools/build/PageFactsCache.h"
 #include "tools/build/PageScan.h"
 

@@ -47,18 +47,20 @@ void checkUnusedFiles(const BuildInput &input, const ScannedPages &pages, const 
 {
     const QSet<QString> listed = listedFiles(input);
     const QStringList folders = authorsFolders(input);
-    const PackContents packed = packContents(input, pages.listing(), false);
-    for (const ProjectListing::File &file : packed.files) {
-        const QString path = ProjectListing::shown(file.path);
+    const PackChoice packed(input, false);
+    const std::vector<ProjectListing::File> &all = pages.listing().files();
+    for (quint32 file = 0; file < all.size(); ++file) {
+        const QString path = ProjectListing::shown(all[file].path);
+        if (links.isUsed(file) || isPageName(path))
+            continue;
         const QString folded = path.toCaseFolded();
-        if (isPageName(path) || listed.contains(folded) || !isBelowOne(folders, folded)
-            || links.isUsed(pages.listing().find(file.path).file))
+        if (listed.contains(folded) || !isBelowOne(folders, folded) || !packed.takes(path))
             continue;
         findings.startFile(path);
         if (findings.takes("ASSET02"_L1))
             findings.add(
                 "ASSET02"_L1, 0,
                 QCoreApplication::translate("AssetChecks", "Nothing refers to this file of %1.")
-                    .arg(QLocale().formattedDataSize(file.size)));
+                    .arg(QLocale().formattedDataSize(all[file].size)));
     }
 }

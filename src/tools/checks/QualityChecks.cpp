@@ -23,21 +23,29 @@ QString tr(const char *text)
     return QCoreApplication::translate("QualityChecks", text);
 }
 
-/// What the run before found and this one looked for as well, but did not find.
-int fixedSince(const QaReport &before, const QaReport &now, const FindingList &list)
+/// Numbers findings by what makes them the same in another run.
+class IdentityNumbers final
 {
-    QSet<QString> left;
-    for (const QaFinding &one : now.findings)
-        left.insert(identityOf(one.finding));
-    QSet<QString> gone;
-    for (const QaFinding &one : before.findings) {
-        const FindingKind *const kind = findingKind(one.finding.code);
-        if (kind == nullptr || !list.wants(kind->code))
-            continue;
-        if (const QString identity = identityOf(one.finding); !left.contains(identity))
-            gone.insert(identity);
+public:
+    size_t of(const Finding &finding)
+    {
+        if (m_file != finding.file) { // most have the file of the one before
+            m_file = finding.file;
+            m_folded = m_file.toCaseFolded();
+        }
+        return qHashMulti(0, finding.code, m_folded, finding.subject);
     }
-    return static_cast<int>(gone.size());
+
+private:
+    QString m_file, m_folded;
+};
+
+int countGone(std::unordered_set<size_t> before, const QaReport &now)
+{
+    IdentityNumbers numbers;
+    for (const QaFinding &one : now.findings)
+        before.erase(numbers.of(one.finding));
+    return static_cast<int>(before.size());
 }
 
 /// The report of the run before; an empty one when there is none that could be read.
@@ -46,18 +54,6 @@ QaReport reportBefore(FileSystem &files, const QString &folder)
     std::optional<QaReport> report;
     trap([](const QvError &) {}, [&] { report = readWrittenQaReport(files, folder); });
     return report.value_or(QaReport());
-}
-
-QString summaryOf(const QaReport &report, const ScannedPages &pages, const LinkCheck &links)
-{
-    return tr("%1; new errors: %2, warnings: %3, notes: %4. Looked at: %5, %6.")
-        .arg(report.counts())
-        .arg(report.newCount(Severity::Error))
-        .arg(report.newCount(Severity::Warning))
-        .arg(report.newCount(Severity::Note))
-        .arg(counted(qsizetype(pages.pages().size()), tr("1 page or style sheet"),
-                     tr("%1 pages and style sheets")),
-             counted(links.count(), tr("1 link"), tr("%1 links")));
 }
 
 ToolReport::Outcome outcomeOf(const QaReport &report)
@@ -77,43 +73,82 @@ QList<Finding> findingsOf(const QaReport &report, bool known)
     return findings;
 }
 
-void writeLog(FileSystem &files, const BuildInput &input, const ToolReport &report,
-              const QaReport &found)
-{
-    ToolReport log = report;
-    for (const Finding &known : findingsOf(found, true)) {
-        log.findings.append(known);
-        log.findings.last().text += tr(" (known)");
-    }
-    files.replaceFile(input.folder + input.project + u"_QA_Log.txt"_s,
-                      logFile(tr("Quality checks"), log), {.throughReadOnly = true});
-}
-
 } // namespace
 
-ToolReport checkQuality(FileSystem &files, const BuildInput &input, const ScannedPages &pages,
-                        const LinkCheck &check, CheckLevel level, const Progress &progress)
+QualityChecks::QualityChecks(FileSystem &files, const BuildInput &input, const ScannedPages &pages,
+                             const LinkCheck &links, CheckLevel level)
+    : m_files(files)
+    , m_input(input)
+    , m_pages(pages)
+    , m_links(links)
+    , m_level(level)
 {
-    const Baseline baseline = BaselineFile(files, input.folder).read();
-    FindingList list(baseline.switchedOff, level);
-    checkBooks(input, pages, check, list);
-    checkPages(input, pages, check, list, progress);
-    if (list.wants("ASSET02"_L1))
-        checkUnusedFiles(input, pages, check, list);
-    if (level == CheckLevel::Everything)
-        checkData(files, input, pages, list);
+}
 
-    QaReport found{.level = level, .findings = {}};
-    const QList<Finding> all = list.take();
+void QualityChecks::look(const Progress &progress)
+{
+    m_baseline = BaselineFile(m_files, m_input.folder).read();
+    FindingList &list = m_findings.emplace(m_baseline.switchedOff, m_level);
+    checkBooks(m_input, m_pages, m_links, list);
+    checkPages(m_input, m_pages, m_links, list, progress);
+    if (list.wants("ASSET02"_L1))
+        checkUnusedFiles(m_input, m_pages, m_links, list);
+    m_before = foundBefore();
+}
+
+ToolReport QualityChecks::finish()
+{
+    if (m_level == CheckLevel::Everything)
+        checkData(m_files, m_input, m_pages, *m_findings);
+
+    QaReport found{.level = m_level, .findings = {}};
+    const QList<Finding> all = m_findings->take();
+    found.findings.reserve(all.size());
     for (const Finding &finding : all)
         found.findings.append({finding});
-    judge(found, baseline);
-    found.fixedCount = fixedSince(reportBefore(files, input.folder), found, list);
+    judge(found, m_baseline);
+    found.fixedCount = countGone(std::move(m_before), found);
 
-    const ToolReport report{outcomeOf(found), summaryOf(found, pages, check),
-                            findingsOf(found, false)};
-    writeLog(files, input, report, found);
-    files.replaceFile(qaReportPath(input.folder), qaReportFile(input.project, found),
-                      {.throughReadOnly = true});
+    const ToolReport report{outcomeOf(found), summaryOf(found), findingsOf(found, false)};
+    writeLog(report, found);
+    m_files.replaceFile(qaReportPath(m_input.folder), qaReportFile(m_input.project, found),
+                        {.throughReadOnly = true});
     return report;
+}
+
+QualityChecks::Identities QualityChecks::foundBefore() const
+{
+    Identities identities;
+    IdentityNumbers numbers;
+    const QaReport report = reportBefore(m_files, m_input.folder);
+    for (const QaFinding &one : report.findings) {
+        const FindingKind *const kind = findingKind(one.finding.code);
+        if (kind != nullptr && m_findings->wants(kind->code))
+            identities.insert(numbers.of(one.finding));
+    }
+    return identities;
+}
+
+QString QualityChecks::summaryOf(const QaReport &found) const
+{
+    return tr("%1; new errors: %2, warnings: %3, notes: %4. Looked at: %5, %6.")
+        .arg(found.counts())
+        .arg(found.newCount(Severity::Error))
+        .arg(found.newCount(Severity::Warning))
+        .arg(found.newCount(Severity::Note))
+        .arg(counted(qsizetype(m_pages.pages().size()), tr("1 page or style sheet"),
+                     tr("%1 pages and style sheets")),
+             counted(m_links.count(), tr("1 link"), tr("%1 links")));
+}
+
+void QualityChecks::writeLog(const ToolReport &report, const QaReport &found) const
+{
+    ToolReport log = report;
+    const QList<Finding> known = findingsOf(found, true);
+    for (const Finding &finding : known) {
+        log.findings.append(finding);
+        log.findings.last().text += tr(" (known)");
+    }
+    m_files.replaceFile(m_input.folder + m_input.project + u"_QA_Log.txt"_s,
+                        logFile(tr("Quality checks"), log), {.throughReadOnly = true});
 }

@@ -4,7 +4,6 @@
 
 #include <QCoreApplication>
 #include <QRegularExpression>
-#include <QSet>
 
 using namespace Qt::StringLiterals;
 
@@ -17,7 +16,7 @@ QString tr(const char *text)
     return QCoreApplication::translate("PackContents", text);
 }
 
-/// The files that pages were made from, as folded paths relative to the project.
+/// Gathers the files that pages were made from, as folded paths relative to the project.
 class Originals final
 {
 public:
@@ -32,10 +31,7 @@ public:
         }
     }
 
-    [[nodiscard]] bool contains(const QString &path) const
-    {
-        return m_paths.contains(path.toCaseFolded());
-    }
+    [[nodiscard]] QSet<QString> take() { return std::move(m_paths); }
 
 private:
     // A copied project remembers where its original had them. A file in an archive is remembered
@@ -82,39 +78,6 @@ bool isPackedCopy(const QString &path)
                                            QRegularExpression::CaseInsensitiveOption);
     return packed.match(path).hasMatch();
 }
-
-class Choice final
-{
-public:
-    Choice(const BuildInput &input, bool withSources)
-        : m_input(input)
-        , m_originals(input)
-        , m_withSources(withSources)
-    {
-        for (const QString &folder : input.pageFolders())
-            m_authors.append(withBackslash(folder).toCaseFolded());
-    }
-
-    [[nodiscard]] bool isLeftOut(const QString &path) const
-    {
-        if (isWorkFile(path) || isPackedCopy(path) || (isOurNote(path) && !isAuthors(path)))
-            return true;
-        return !m_withSources && m_originals.contains(path) && m_input.ownersOf(path).isEmpty();
-    }
-
-private:
-    [[nodiscard]] bool isAuthors(const QString &path) const
-    {
-        const QString folded = path.toCaseFolded();
-        return std::any_of(m_authors.begin(), m_authors.end(),
-                           [&](const QString &folder) { return folded.startsWith(folder); });
-    }
-
-    const BuildInput &m_input;
-    Originals m_originals;
-    QStringList m_authors; ///< folded, with backslash
-    bool m_withSources;
-};
 
 /// Whether the list of the packed files, which is an XML file, can hold a name.
 bool canBeListed(const QString &path)
@@ -189,14 +152,38 @@ QString packName(const QString &project)
     return u"QV%1_Server.Zip"_s.arg(project);
 }
 
+PackChoice::PackChoice(const BuildInput &input, bool withSources)
+    : m_input(input)
+    , m_originals(withSources ? QSet<QString>() : Originals(input).take())
+{
+    const QStringList folders = input.pageFolders();
+    for (const QString &folder : folders)
+        m_authors.append(withBackslash(folder).toCaseFolded());
+}
+
+bool PackChoice::takes(const QString &path) const
+{
+    if (isWorkFile(path) || isPackedCopy(path) || (isOurNote(path) && !isAuthors(path)))
+        return false;
+    return m_originals.isEmpty() || !m_originals.contains(path.toCaseFolded())
+           || !m_input.ownersOf(path).isEmpty();
+}
+
+bool PackChoice::isAuthors(const QString &path) const
+{
+    const QString folded = path.toCaseFolded();
+    return std::any_of(m_authors.begin(), m_authors.end(),
+                       [&](const QString &folder) { return folded.startsWith(folder); });
+}
+
 PackContents packContents(const BuildInput &input, const ProjectListing &listing, bool withSources)
 {
     PackContents contents;
-    const Choice choice(input, withSources);
+    const PackChoice choice(input, withSources);
     NameInspector names(input.project);
     for (const ProjectListing::File &file : listing.files()) {
         const QString path = ProjectListing::shown(file.path);
-        if (choice.isLeftOut(path))
+        if (!choice.takes(path))
             continue;
         if (!canBeListed(path)) {
             contents.warnings.append(

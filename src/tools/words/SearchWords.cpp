@@ -5,7 +5,6 @@
 #include "resources/Counted.h"
 #include "tools/OrderedWork.h"
 #include "tools/build/DerivedXml.h"
-#include "tools/build/FreshFolder.h"
 #include "tools/words/AuthorKeyWords.h"
 #include "tools/words/ShardMaker.h"
 #include "tools/words/StopWords.h"
@@ -115,13 +114,6 @@ QByteArray stopWordsFile(const QString &language)
 
 } // namespace
 
-/// The folder while it is written.
-struct SearchWords::Folder
-{
-    FreshFolder fresh;
-    quint32 words = 0;
-};
-
 SearchWords::SearchWords(FileSystem &files, const BuildInput &input, int threads, bool everything)
     : m_files(files)
     , m_input(input)
@@ -141,7 +133,7 @@ bool SearchWords::knows(std::string_view path, quint64 sum) const
     return m_kept.find(path, sum) != nullptr;
 }
 
-ToolReport SearchWords::finish(const ScannedPages &scanned, const Progress &progress)
+void SearchWords::prepare(const ScannedPages &scanned, const Progress &progress)
 {
     const WordTable words = joinWords();
     PageNumbers numbers = this->numbers();
@@ -160,24 +152,33 @@ ToolReport SearchWords::finish(const ScannedPages &scanned, const Progress &prog
     const std::vector<std::string_view> stopWords = StopWords::sorted(m_input.language);
     const ShardSources sources{m_kept, isKept, fresh, byKeyWord, stopWords, list.shards};
 
-    Folder folder{{m_files, m_input, ProjectFile::searchWordsFolder}};
-    const std::vector<std::string> shards = writeShards(folder, sources, progress);
-    const ToolReport report =
-        reportOf(findingsOf(scanned, pages) + keyWords.findings(),
-                 tr("%1, %2; %3 read anew.")
-                     .arg(pagesWorded(pages.size()),
-                          ::counted(qsizetype(folder.words), tr("1 word"), tr("%1 words")),
-                          pagesWorded(counted())));
-    folder.fresh.write(SearchFile::pages, searchPagesFile(list));
-    folder.fresh.write(SearchFile::stopWords, stopWordsFile(m_input.language));
-    folder.fresh.write(SearchFile::log, logFile(tr("Search words"), report));
+    m_folder.emplace(m_files, m_input, ProjectFile::searchWordsFolder);
+    const Written written = writeShards(sources, progress);
+    m_report = reportOf(findingsOf(scanned, pages) + keyWords.findings(),
+                        tr("%1, %2; %3 read anew.")
+                            .arg(pagesWorded(pages.size()),
+                                 ::counted(qsizetype(written.words), tr("1 word"), tr("%1 words")),
+                                 pagesWorded(counted())));
+    m_folder->write(SearchFile::pages, searchPagesFile(list));
+    m_folder->write(SearchFile::stopWords, stopWordsFile(m_input.language));
+    m_folder->write(SearchFile::log, logFile(tr("Search words"), m_report));
+    m_folder->keepOthers(SearchFile::isWords); // there were more, perhaps
+    m_folder->flush();
+    m_toKeep = keptBytes(pages, numbers.next, written.kept);
     progress.step(10, 10);
-    folder.fresh.keepOthers(SearchFile::isWords); // there were more, perhaps
-    folder.fresh.putInPlace();
+}
+
+ToolReport SearchWords::putInPlace()
+{
+    m_folder->putInPlace();
     removeOldLog();
     // The index is in place; what cannot be kept is counted again by the next build.
-    trap([](const QvError &) {}, [&] { keep(pages, numbers.next, shards); });
-    return report;
+    trap([](const QvError &) {},
+         [this] {
+             m_files.replaceFile(m_input.folder + keptName, m_toKeep,
+                                 {.sync = false, .throughReadOnly = true});
+         });
+    return std::move(m_report);
 }
 
 PageNumbers SearchWords::numbers() const
@@ -243,26 +244,24 @@ quint32 SearchWords::counted() const
     return static_cast<quint32>(pages);
 }
 
-/// Returns what is to be kept of each.
-std::vector<std::string> SearchWords::writeShards(Folder &folder, const ShardSources &sources,
-                                                  const Progress &progress) const
+SearchWords::Written SearchWords::writeShards(const ShardSources &sources, const Progress &progress)
 {
     const auto count = static_cast<int>(sources.shards);
     std::vector<MadeShard> made(sources.shards);
-    std::vector<std::string> kept(sources.shards);
+    Written written{.kept = std::vector<std::string>(sources.shards)};
     const auto make = [&](int shard) {
         made[static_cast<size_t>(shard)] = makeShard(sources, static_cast<quint32>(shard));
     };
     const auto write = [&](int shard) {
         progress.step(count + shard * 8, count * 10);
         MadeShard &one = made[static_cast<size_t>(shard)];
-        folder.fresh.write(SearchFile::words(static_cast<quint32>(shard)),
-                           std::exchange(one.file, {}));
-        folder.words += one.words;
-        kept[static_cast<size_t>(shard)] = std::move(one.kept);
+        m_folder->write(SearchFile::words(static_cast<quint32>(shard)),
+                        std::exchange(one.file, {}));
+        written.words += one.words;
+        written.kept[static_cast<size_t>(shard)] = std::move(one.kept);
     };
     inOrder(count, m_threads, progress.stop, make, write);
-    return kept;
+    return written;
 }
 
 /// Earlier versions wrote the log beside the folder, where it would be shown first.
@@ -272,15 +271,13 @@ void SearchWords::removeOldLog() const
         m_files.removeFile(log, true);
 }
 
-void SearchWords::keep(const std::vector<WordPage> &pages, quint32 next,
-                       const std::vector<std::string> &shards) const
+QByteArray SearchWords::keptBytes(const std::vector<WordPage> &pages, quint32 next,
+                                  const std::vector<std::string> &shards) const
 {
     std::vector<KeptPage> kept;
     kept.reserve(pages.size());
     for (const WordPage &page : pages)
         kept.push_back({ProjectListing::listed(page.shown.target), page.shown.sum,
                         page.shown.number, page.shown.words, page.entries});
-    m_files.replaceFile(m_input.folder + keptName,
-                        WordCache::bytes(m_input.language, next, kept, shards),
-                        {.sync = false, .throughReadOnly = true});
+    return WordCache::bytes(m_input.language, next, kept, shards);
 }
