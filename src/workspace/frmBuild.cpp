@@ -47,7 +47,7 @@ void frmBuild::Form_Load()
 {
     inHandler("Form_Load"_L1, ownName, [this] {
         m_ctlBuildTab1->show();
-        const QSize text(130 * fontMetrics().averageCharWidth(), 50 * fontMetrics().height());
+        const QSize text(160 * fontMetrics().averageCharWidth(), 50 * fontMetrics().height());
         resize(text.expandedTo(sizeHint()).boundedTo(screen()->availableSize()));
     });
 }

@@ -75,6 +75,7 @@ private:
     void selectTab(int tab);
     void showEditor(int tab);
     void showPlace(const QString &file, int line);
+    void showPage(const QString &file, int line);
     void noteChange(bool &flag);
     void clearLights();
     void inBooksHandler(QLatin1StringView handler, const std::function<void()> &body);

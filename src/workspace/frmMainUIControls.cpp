@@ -7,9 +7,13 @@
 #include "controls/ctlGlobalsTab.h"
 #include "controls/ctlQuickNav.h"
 #include "platform/FileSystem.h"
+#include "platform/Messages.h"
+#include "platform/Paths.h"
+#include "platform/Processes.h"
 #include "resources/Icons.h"
 #include "startup/PageText.h"
 #include "startup/Session.h"
+#include "tools/PageReference.h"
 #include "ui_frmMainUI.h"
 #include "workspace/frmBuild.h"
 
@@ -21,24 +25,24 @@ namespace {
 
 enum Tab { GlobalsTab, BooksTab, QuickNavTab };
 
-struct Place
-{
-    qsizetype start = 0;
-    qsizetype length = 0;
-};
-
-/// A line of a text, counted from 1; its beginning for any other number.
-Place placeOfLine(QStringView text, int line)
+/// Where a line of a text begins, counted from 1; the beginning of the text for any other number.
+qsizetype startOfLine(QStringView text, int line)
 {
     qsizetype start = 0;
     for (int at = 1; at < line; ++at) {
         const qsizetype end = text.indexOf(u'\n', start);
         if (end < 0)
-            return {};
+            return 0;
         start = end + 1;
     }
-    const qsizetype end = text.indexOf(u'\n', start);
-    return {start, line > 0 ? (end < 0 ? text.size() : end) - start : 0};
+    return start;
+}
+
+/// Style sheets and data files.
+bool isTextName(const QString &file)
+{
+    return file.endsWith(".css"_L1, Qt::CaseInsensitive)
+           || file.endsWith(".xml"_L1, Qt::CaseInsensitive);
 }
 
 } // namespace
@@ -302,16 +306,27 @@ void frmMainUI::showEditor(int tab)
         ctlQuickNav1->setVisible(true);
 }
 
-/// A page (path relative to the project folder) and a line of it; 0 for the page as a whole.
+/// A file (path relative to the project folder) and a line of it; 0 for the file as a whole. Files
+/// of text that no editor here shows open in the system's text viewer.
 void frmMainUI::showPlace(const QString &file, int line)
 {
     inHandler("showPlace"_L1, [&] {
-        const QByteArray bytes = m_program.files.readFile(m_project.folder() + file);
-        const QString page = decodePage(bytes, m_program.session.projectLanguage).text;
-        const Place place = placeOfLine(page, line);
-        m_program.navigator.show(Form::MainUI);
-        ctlBooksTab1->showPlace(file, place.start, place.length);
+        const auto path = insideOf(m_project.folder(), file);
+        if (path && isPageName(file))
+            showPage(file, line);
+        else if (path && isTextName(file))
+            m_program.processes.openText(*path);
+        else
+            m_program.messages.show({tr("This is not shown here: %1").arg(file)});
     });
+}
+
+void frmMainUI::showPage(const QString &file, int line)
+{
+    const QByteArray bytes = m_program.files.readFile(m_project.folder() + file);
+    const QString page = decodePage(bytes, m_program.session.projectLanguage).text;
+    m_program.navigator.show(Form::MainUI);
+    ctlBooksTab1->showPlace(file, startOfLine(page, line), 0);
 }
 
 /// Marks a kind of change that no build has taken in yet.

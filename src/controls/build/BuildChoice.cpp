@@ -50,9 +50,10 @@ BuildChoice::BuildChoice(Program &program, QWidget *parent)
 {
     auto *grid = new QGridLayout(this);
     grid->setContentsMargins({});
-    QLabel *advice = plainLabel(tr("What is out of date is ticked. Next runs what is ticked and the "
-                                   "quality checks; without either, it goes straight to packing."),
-                                this);
+    QLabel *advice =
+        plainLabel(tr("What is out of date is ticked. Next runs what is ticked and the "
+                      "quality checks; without either, it goes straight to packing."),
+                   this);
     advice->setContentsMargins(0, 0, 0, fontMetrics().height());
     grid->addWidget(advice, 0, 0, 1, -1);
     addRows(grid);

@@ -13,6 +13,7 @@
 #include <QLabel>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QTabBar>
 #include <QTabWidget>
 
 using namespace Qt::StringLiterals;
@@ -71,6 +72,7 @@ BuildRunPage::BuildRunPage(Program &program, QWidget *parent)
     lblOutcome->setObjectName(u"lblOutcome"_s);
     addTabs();
     connectBuild();
+    tabResults->tabBar()->installEventFilter(this);
 }
 
 QLayout *BuildRunPage::progressRow()
@@ -126,6 +128,20 @@ void BuildRunPage::connectBuild()
     connect(m_build, &ProjectBuild::ended, this, &BuildRunPage::end);
 }
 
+// The letter of a tab takes the author into it, not only in front of it.
+bool BuildRunPage::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::Shortcut && !tabResults->isAncestorOf(window()->focusWidget()))
+        QMetaObject::invokeMethod(this, &BuildRunPage::enterTab, Qt::QueuedConnection);
+    return QWidget::eventFilter(watched, event);
+}
+
+void BuildRunPage::enterTab()
+{
+    tabResults->setFocus(Qt::TabFocusReason);
+    focusNextChild();
+}
+
 void BuildRunPage::begin(const BuiltProject &project, const BuildOrder &order)
 {
     m_project = project;
@@ -140,6 +156,7 @@ void BuildRunPage::begin(const BuiltProject &project, const BuildOrder &order)
     } else {
         lblOutcome->setText(tr("Nothing was ticked, so nothing was built."));
         tabResults->setCurrentWidget(m_pack);
+        tabResults->setFocus();
     }
 }
 
@@ -178,6 +195,7 @@ void BuildRunPage::offerResults(bool offered)
 
 void BuildRunPage::stop()
 {
+    tabResults->setFocus(); // a disabled button would hand the focus to a neighbour
     cmdStop->setEnabled(false);
     lblOutcome->setText(tr("Stopping..."));
     m_build->stop();

@@ -38,7 +38,11 @@ Q_SIGNALS:
     /// The author wants to see a place in a page: path relative to the project folder, line or 0.
     void placeRequested(const QString &file, int line);
 
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
 private:
+    void enterTab();
     QLayout *progressRow();
     QLayout *stateRow();
     void addTabs();

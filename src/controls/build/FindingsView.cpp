@@ -141,7 +141,7 @@ void FindingsView::makeTable()
     lstFindings->header()->setSortIndicatorClearable(true);
     lstFindings->header()->setSortIndicator(-1, Qt::AscendingOrder);
     lstFindings->setSortingEnabled(true);
-    constexpr std::array letters{12, 9, 24, 6, 22};
+    constexpr std::array letters{12, 9, 36, 6, 24};
     for (int column = 0; column < static_cast<int>(letters.size()); ++column)
         lstFindings->header()->resizeSection(column, letters[static_cast<size_t>(column)]
                                                          * fontMetrics().averageCharWidth());

@@ -94,6 +94,7 @@ PackPane::PackPane(Program &program, QWidget *parent)
     connect(chkUnchanged, &QCheckBox::toggled, m_items, &PackItemsModel::showUnchanged);
     connect(cmdPack, &QPushButton::clicked, this, &PackPane::pack);
     connect(cmdStopPack, &QPushButton::clicked, this, [this] {
+        lstItems->setFocus(); // a disabled button would hand the focus out of the pane
         cmdStopPack->setEnabled(false);
         m_packing.stop();
     });

@@ -77,8 +77,6 @@ StageTable::StageTable(Program &program, QWidget *parent)
     lstStages->header()->resizeSection(StateColumn, 28 * fontMetrics().averageCharWidth());
     lstStages->setTextElideMode(Qt::ElideRight);
     lstStages->setTabKeyNavigation(false);
-    // Six parts and the head are seen without scrolling.
-    lstStages->setFixedHeight(8 * (fontMetrics().height() + 4));
     connect(lstStages, &QTreeWidget::currentItemChanged, this, &StageTable::offerLog);
     connect(lstStages, &QTreeWidget::itemActivated, this, &StageTable::openLog);
     connect(cmdOpenLog, &QPushButton::clicked, this, &StageTable::openLog);
@@ -94,6 +92,8 @@ void StageTable::begin(const BuiltProject &project, const BuildOrder &order)
     m_place = -1;
     for (const BuildStage stage : stagesOf(order))
         addStage(stage);
+    // All parts and the head are seen without scrolling.
+    lstStages->setFixedHeight((count() + 2) * (fontMetrics().height() + 4));
     offerLog();
 }
 

@@ -28,9 +28,9 @@ struct FileChanged
     QString path;
 };
 
-// A larger file costs too much to be compressed twice; where deflate gains nothing it adds some
-// bytes in ten thousand.
-constexpr qint64 largestTrial = 16 * 1024;
+// How much of a file that is compressed already is tried, and what must be gained at least.
+constexpr qsizetype trialSize = 16 * 1024;
+constexpr qsizetype leastGain = 200; // one byte in so many
 
 /// Kinds that are compressed already, so that it is worth a try whether deflate gains anything.
 bool isCompressedKind(const std::string &path)
@@ -151,11 +151,18 @@ private:
         return isSame ? last : std::nullopt;
     }
 
+    /// Of a large file the middle tells: compressing a picture gains next to nothing and costs more
+    /// time than any page.
     [[nodiscard]] bool isBetterStored(size_t index, const QByteArray &content) const
     {
-        return content.isEmpty()
-               || (content.size() <= largestTrial && isCompressedKind(file(index).path)
-                   && Deflate().packed(content).size() >= content.size());
+        if (content.isEmpty() || !isCompressedKind(file(index).path))
+            return content.isEmpty();
+        thread_local Deflate deflate; // it takes much longer to make than to use
+        if (content.size() <= trialSize)
+            return deflate.packed(content).size() >= content.size();
+        const qsizetype middle = (content.size() - trialSize) / 2;
+        const auto sample = QByteArray::fromRawData(content.constData() + middle, trialSize);
+        return deflate.packed(sample).size() >= trialSize - trialSize / leastGain;
     }
 
     [[nodiscard]] QByteArray read(size_t index) const
