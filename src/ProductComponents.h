@@ -2,7 +2,7 @@
 
 #include "catalogue/ProjectCatalogue.h"
 #include "components/Components.h"
-#include "components/MissingConverter.h"
+#include "components/ConverterProgram.h"
 #include "components/NameRules.h"
 #include "components/ProductInfoFromRegistry.h"
 #include "components/RegistryAccessComponent.h"
@@ -15,7 +15,7 @@
 struct ProductComponents
 {
     ProductComponents(Session &session, Registry &registry, DesktopWindows &windows,
-                      FileSystem &files, Messages &messages)
+                      FileSystem &files, Processes &processes, Messages &messages)
         : registryAccess(registry)
         , windowHelper(windows)
         , installInfo(registry)
@@ -25,6 +25,7 @@ struct ProductComponents
         , ranking(makeProjectRanking(session, files))
         , serverProducts(makeServerProducts(session, files))
         , linkIDMerger(makeLinkIDMerger(session, files, nameRules))
+        , converter(installInfo, files, processes)
         , all{registryAccess,  windowHelper,  generalTasks,       installInfo,
               nameRules,       *categories,   *globalInformation, *ranking,
               *serverProducts, *linkIDMerger, converter}
@@ -41,6 +42,6 @@ struct ProductComponents
     std::unique_ptr<ProjectRanking> ranking;
     std::unique_ptr<ServerProducts> serverProducts;
     std::unique_ptr<LinkIDMerger> linkIDMerger;
-    MissingConverter converter;
+    ConverterProgram converter;
     Components all;
 };

@@ -51,7 +51,7 @@ struct World
     PortableLocale locale;
     ProgramEndNow ending;
 
-    ProductComponents parts{session, registry, windows, files, messages};
+    ProductComponents parts{session, registry, windows, files, processes, messages};
     Program program{session,     files,  registry, processes, windows,   clock,    messages,
                     fileDialogs, locale, ending,   navigator, navigator, parts.all};
     WindowNavigator navigator{program};

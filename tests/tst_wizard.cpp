@@ -390,6 +390,7 @@ void tst_wizard::migratesWithTheConverter()
     wizard.fill(u"Plant"_s, u"P01"_s);
     click(wizard.form, "optSelPrjTypetoAdd_2");
     control<QLineEdit>(wizard.form, "txtSelDBtoMigrate")->setText(u"C:\\Old\\plant.mdb"_s);
+    world.processes.missing = true;
     click(wizard.form, "cmdContinue");
     QCOMPARE(world.messages.shown.size(), 1);
     QVERIFY(world.messages.shown.first().contains("converter (qv_dbtoxml) is not installed"_L1));

@@ -1,13 +1,12 @@
 #include "dialogs/NewProjectFolder.h"
 
-#include "catalogue/ProjectCatalogue.h"
 #include "catalogue/NameClaim.h"
+#include "catalogue/ProjectCatalogue.h"
 #include "platform/Clock.h"
 #include "platform/Messages.h"
 #include "platform/Paths.h"
 #include "platform/ProgramEnd.h"
 #include "platform/QvError.h"
-#include "platform/TreeWalker.h"
 #include "resources/Texts.h"
 #include "startup/FileHelpers.h"
 #include "startup/Session.h"
@@ -25,25 +24,14 @@ QString NewProjectFolder::place() const
         projectFolder(m_program.session.serverPath, m_program.session.projectName));
 }
 
-QString NewProjectFolder::growing() const
-{
-    return place() + u".qvnew"_s;
-}
-
-QString NewProjectFolder::path() const
-{
-    return m_isInPlace ? place() : growing();
-}
-
 QString NewProjectFolder::inPlace(QString line) const
 {
-    return line.replace(growing() + u'\\', place() + u'\\');
+    return line.replace(m_folder->growing() + u'\\', place() + u'\\');
 }
 
 bool NewProjectFolder::isUnused()
 {
-    FileSystem &files = m_program.files;
-    return !files.folderExists(place()) || files.entries(place()).isEmpty();
+    return GrowingFolder(m_program.files, place()).isUnused();
 }
 
 NewProjectFolder::Answer NewProjectFolder::settle()
@@ -90,48 +78,11 @@ void NewProjectFolder::make()
     FileHelpers(m_program.session, m_program.files).mbCreateFilePath(place());
 }
 
-void NewProjectFolder::startGrowing()
+GrowingFolder &NewProjectFolder::startGrowing()
 {
-    m_wasThere = m_program.files.folderExists(place());
-    make();
-    if (m_program.files.exists(growing()))
-        deleteTree(m_program.files, growing());
-}
-
-void NewProjectFolder::putInPlace(const Progress &progress)
-{
-    progress.step(0, 0); // busy for a while
-    m_program.files.syncTree(growing());
-    progress.step(1, 1);
-    move();
-    m_program.files.syncFolder(withoutBackslash(docsFolder(m_program.session.serverPath)));
-}
-
-void NewProjectFolder::move()
-{
-    m_program.files.removeFolder(place());
-    m_program.files.move(growing(), place());
-    m_isInPlace = true;
-}
-
-void NewProjectFolder::leaveInPlace()
-{
-    const auto asFarAsItGoes = [](const QvError &) {}; // it stays beside its place then
-    trap(asFarAsItGoes, [this] { m_program.files.syncTree(path()); });
-    if (!m_isInPlace)
-        trap(asFarAsItGoes, [this] { move(); });
-}
-
-void NewProjectFolder::discard()
-{
-    FileSystem &files = m_program.files;
-    trap([](const QvError &) {}, // what stopped the work is told
-         [&] {
-             if (files.exists(path()))
-                 deleteTree(files, path());
-             if (!m_isInPlace && !m_wasThere)
-                 files.removeFolder(place());
-         });
+    m_folder.emplace(m_program.files, place());
+    m_folder->begin([this] { make(); });
+    return *m_folder;
 }
 
 void NewProjectFolder::raiseExists() const

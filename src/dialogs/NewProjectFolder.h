@@ -1,13 +1,14 @@
 #pragma once
 
-#include "platform/Progress.h"
+#include "projectfiles/GrowingFolder.h"
 #include "projectfiles/ProjectCopy.h"
 #include "startup/Program.h"
 
 #include <QString>
 
-/// The folder of the session's project while that is being made. It grows as "<name>.qvnew" beside
-/// its place, so that no half project ever stands under a project's name.
+#include <optional>
+
+/// The folder of the session's project while that is being made, and what to ask when it is in use.
 class NewProjectFolder final
 {
 public:
@@ -21,33 +22,24 @@ public:
     /// Makes the folder, empty. Raises 5 when it is in use.
     void make();
 
-    /// Makes room for `growing()`, which the caller then fills: the folder itself stands empty in
-    /// its place, and what a killed program left is removed.
-    void startGrowing();
-    /// Flushes what has grown and puts it in place. The step before the project is listed.
-    void putInPlace(const Progress &progress);
-    /// Puts what has grown in place as it is, after a failure. When that fails too, it stays where
-    /// `path()` says.
-    void leaveInPlace();
-    /// Removes all that `startGrowing` and its caller made, as far as the disk lets it.
-    void discard();
+    /// Makes the folder's place, empty, for the folder to grow beside it. Raises 5 when it is in
+    /// use.
+    GrowingFolder &startGrowing();
+    [[nodiscard]] GrowingFolder &folder() { return *m_folder; } ///< since `startGrowing`
+    [[nodiscard]] const GrowingFolder &folder() const { return *m_folder; }
 
-    /// Where the project's files lie now; all without a backslash at the end.
-    [[nodiscard]] QString path() const;
+    /// Where the folder lies, without a backslash at the end.
     [[nodiscard]] QString place() const;
-    [[nodiscard]] QString growing() const;
     /// A text that names files in `growing()`, as it is once they are in place.
     [[nodiscard]] QString inPlace(QString line) const;
 
 private:
-    [[nodiscard]] bool isUnused(); ///< not there, or nothing is in it
+    [[nodiscard]] bool isUnused();
     void moveAside();
-    void move();
     [[noreturn]] void raiseExists() const;
 
     Program &m_program;
-    bool m_wasThere = false;
-    bool m_isInPlace = false;
+    std::optional<GrowingFolder> m_folder;
 };
 
 /// Tells of a copy that cannot be written, and ends the program: it never returns.

@@ -1,11 +1,11 @@
 #include "dialogs/ProjectCreation.h"
 
+#include "catalogue/NameClaim.h"
 #include "catalogue/ProjectCatalogue.h"
 #include "catalogue/StatusIndicators.h"
 #include "components/Components.h"
 #include "components/DatabaseConverter.h"
 #include "components/RegistryAccess.h"
-#include "catalogue/NameClaim.h"
 #include "platform/Messages.h"
 #include "platform/Paths.h"
 #include "platform/QvError.h"
@@ -117,7 +117,7 @@ void ProjectCreation::makeCopy(const QString &source, const Progress &progress)
     try {
         copyFiles(source, progress);
     } catch (...) {
-        m_folder.discard();
+        m_folder.folder().discard();
         throw;
     }
 }
@@ -137,7 +137,7 @@ void ProjectCreation::copyFiles(const QString &source, const Progress &progress)
     Session &session = m_program.session;
     FileSystem &files = m_program.files;
     ContentFiles content(session, files);
-    const QString growing = withBackslash(m_folder.growing());
+    const QString growing = withBackslash(m_folder.folder().growing());
     m_leftOut = ProjectCopy(session, files, m_program.clock, m_program.locale, growing)
                     .CopyProjectFolder(source, progress)
                     .all();
@@ -146,7 +146,7 @@ void ProjectCreation::copyFiles(const QString &source, const Progress &progress)
         line = m_folder.inPlace(line);
     progress.step(0, 0); // busy for a while
     content.SecureContentFiles(growing);
-    m_folder.putInPlace(progress);
+    m_folder.folder().putInPlace(progress);
 }
 
 void ProjectCreation::tellWhatWasLeftOut()
@@ -169,11 +169,17 @@ void ProjectCreation::listAgain()
     makeCurrent();
 }
 
-bool ProjectCreation::migrate(const QString &database, const QString &typedName)
+bool ProjectCreation::migrate(const QString &database)
 {
+    const Session &session = m_program.session;
     DatabaseConverter &converter = m_program.components.databaseConverter;
-    converter.convert(u"1"_s, database, withoutBackslash(folder()), typedName,
-                      m_program.session.projectId);
+    converter.convert({.mode = u"1"_s,
+                       .database = database,
+                       .targetFolder = withoutBackslash(folder()),
+                       .projectName = session.projectName,
+                       .projectId = session.projectId,
+                       .language = session.projectLanguage},
+                      {});
     if (!converter.completed())
         return false;
     takeNameFromDestination();

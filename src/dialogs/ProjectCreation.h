@@ -50,7 +50,7 @@ public:
     void listAgain();
 
     /// Runs the database converter. False when it ends without a project.
-    bool migrate(const QString &database, const QString &typedName);
+    bool migrate(const QString &database);
 
 private:
     void makeCopy(const QString &source, const Progress &progress);

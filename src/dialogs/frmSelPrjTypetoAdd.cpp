@@ -250,7 +250,7 @@ bool frmSelPrjTypetoAdd::makeNew()
         m_creation.addCopy(ui->cboSelPrjtoCopy->currentText(), withProgress);
         return true;
     case Migrate:
-        return m_creation.migrate(ui->txtSelDBtoMigrate->text(), m_typedName);
+        return m_creation.migrate(ui->txtSelDBtoMigrate->text());
     default:
         return m_creation.addNew(m_typedName);
     }

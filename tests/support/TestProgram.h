@@ -125,6 +125,15 @@ public:
             throw QvError(FileNotFound, {}, QStringLiteral("File not found: ") + program);
         started.append((QStringList{program} + arguments).join(u'|'));
     }
+    /// What programs that are waited for do; notes them by default.
+    std::function<ProcessEnd(const std::function<void(const QByteArray &)> &line)> runs = {};
+    ProcessEnd run(const QString &program, const QStringList &arguments, const ProcessLimits &,
+                   const std::stop_token &,
+                   const std::function<void(const QByteArray &)> &line) override
+    {
+        start(program, arguments);
+        return runs ? runs(line) : ProcessEnd();
+    }
     void openText(const QString &path) override { opened.append(path); }
     void openPage(const QString &path) override { opened.append(path); }
 };
@@ -273,7 +282,7 @@ public:
     NotedNavigator navigator;
     NotedCurrentProject currentProject;
 
-    ProductComponents parts{session, registry, windows, files, messages};
+    ProductComponents parts{session, registry, windows, files, processes, messages};
     Components &components = parts.all;
     Program program{session, files,  registry, processes, windows,        clock,     messages,
                     dialogs, locale, ending,   navigator, currentProject, components};

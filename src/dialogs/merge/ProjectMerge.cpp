@@ -1,11 +1,11 @@
 #include "dialogs/merge/ProjectMerge.h"
 
+#include "catalogue/NameClaim.h"
 #include "catalogue/ProjectCatalogue.h"
 #include "catalogue/StatusIndicators.h"
 #include "components/Categories.h"
 #include "components/Components.h"
 #include "components/LinkIDMerger.h"
-#include "catalogue/NameClaim.h"
 #include "dialogs/NewProjectFolder.h"
 #include "dialogs/merge/MergeSources.h"
 #include "dialogs/merge/MergedBooks.h"
@@ -88,7 +88,7 @@ private:
     void note(Kind kind, const QString &detail, const QString &project = {});
 
     [[nodiscard]] const MergeSource &base() const { return m_sources.front(); }
-    [[nodiscard]] QString folder() const { return withBackslash(m_place.path()); }
+    [[nodiscard]] QString folder() const { return withBackslash(m_place.folder().path()); }
 
     Program &m_program;
     const MergeRequest &m_request;
@@ -106,13 +106,13 @@ MergeResult MergeRun::work(const Progress &progress)
     m_place.startGrowing();
     try {
         fill(progress);
-        m_place.putInPlace(progress);
+        m_place.folder().putInPlace(progress);
         ProjectCatalogue(m_program.session, m_program.files).UpdateQVSelection();
     } catch (const Unwinding &) {
-        m_place.discard();
+        m_place.folder().discard();
         throw;
     } catch (const CopyFailure &) {
-        m_place.discard();
+        m_place.folder().discard();
         throw;
     } catch (...) {
         leave(currentError());
@@ -228,8 +228,8 @@ void MergeRun::writeLog(const QString &failure)
 /// Ends a merge that failed: what was written stays, unlisted, and says why.
 void MergeRun::leave(const QvError &error)
 {
-    if (!m_program.files.folderExists(m_place.path())) {
-        m_place.discard();
+    if (!m_program.files.folderExists(m_place.folder().path())) {
+        m_place.folder().discard();
         throw error;
     }
     const QString reason = m_place.inPlace(error.description());
@@ -241,8 +241,8 @@ void MergeRun::leave(const QvError &error)
              writeLog(reason);
              told += u" %1 in it tells the rest."_s.arg(mergeLogFile);
          });
-    m_place.leaveInPlace();
-    throw QvError(error.number(), error.source(), told + u"\nFolder: "_s + m_place.path());
+    m_place.folder().leaveInPlace();
+    throw QvError(error.number(), error.source(), told + u"\nFolder: "_s + m_place.folder().path());
 }
 
 void MergeRun::note(Kind kind, const QString &detail, const QString &project)

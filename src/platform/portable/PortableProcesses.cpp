@@ -2,7 +2,10 @@
 
 #include "platform/FileSystem.h"
 #include "platform/QvError.h"
+#include "platform/portable/ChildRun.h"
 
+#include <QCoreApplication>
+#include <QFileInfo>
 #include <QProcess>
 #include <QStandardPaths>
 
@@ -22,6 +25,14 @@ void startDetached(const QString &program, const QStringList &arguments)
                       u"%1 cannot be started: %2"_s.arg(program, process.errorString()));
 }
 
+QString besideThisProgram(const QString &name)
+{
+    const QFileInfo file(QCoreApplication::applicationDirPath() + u'/' + name);
+    if (!file.isFile())
+        throw QvError(FileNotFound, {}, u"File not found: "_s + file.filePath());
+    return file.filePath();
+}
+
 } // namespace
 
 PortableProcesses::PortableProcesses(FileSystem &files)
@@ -32,6 +43,15 @@ PortableProcesses::PortableProcesses(FileSystem &files)
 void PortableProcesses::start(const QString &program, const QStringList &arguments)
 {
     startDetached(nativeProgram(program), arguments);
+}
+
+ProcessEnd PortableProcesses::run(const QString &program, const QStringList &arguments,
+                                  const ProcessLimits &limits, const std::stop_token &stop,
+                                  const std::function<void(const QByteArray &line)> &line)
+{
+    const bool isBare = !program.contains(u'\\');
+    return runChild(isBare ? besideThisProgram(program) : nativeProgram(program), arguments, limits,
+                    stop, line);
 }
 
 void PortableProcesses::openText(const QString &path)

@@ -11,6 +11,9 @@ public:
     explicit PortableProcesses(FileSystem &files);
 
     void start(const QString &program, const QStringList &arguments) override;
+    ProcessEnd run(const QString &program, const QStringList &arguments,
+                   const ProcessLimits &limits, const std::stop_token &stop,
+                   const std::function<void(const QByteArray &line)> &line) override;
     void openText(const QString &path) override;
     void openPage(const QString &path) override;
 

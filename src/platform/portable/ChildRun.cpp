@@ -1,0 +1,116 @@
+#include "platform/portable/ChildRun.h"
+
+#include "platform/QvError.h"
+
+#include <QElapsedTimer>
+#include <QProcess>
+
+#include <csignal>
+
+#include <sys/prctl.h>
+#include <sys/resource.h>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int pollTime = 50;             // milliseconds between two looks at the stop token
+constexpr qsizetype longestWords = 4096; // bytes of standard error that are kept
+
+/// Runs in the child before the program does: nothing here may allocate.
+void limitChild(rlim_t memory)
+{
+    const rlimit space{memory, memory};
+    setrlimit(RLIMIT_AS, &space);
+    const rlimit noCore{0, 0};
+    setrlimit(RLIMIT_CORE, &noCore);
+    prctl(PR_SET_PDEATHSIG, SIGKILL); // whatever ends this program ends the child
+}
+
+/// One run.
+class Child final
+{
+public:
+    Child(const ProcessLimits &limits, const std::function<void(const QByteArray &)> &line)
+        : m_limits(limits)
+        , m_line(line)
+    {
+        m_process.setStandardInputFile(QProcess::nullDevice());
+        const auto memory = static_cast<rlim_t>(limits.memory);
+        m_process.setChildProcessModifier([memory] { limitChild(memory); });
+    }
+    Child(const Child &) = delete;
+    Child &operator=(const Child &) = delete;
+    ~Child() { kill(); } // also when `line` threw
+
+    void start(const QString &program, const QStringList &arguments)
+    {
+        m_process.start(program, arguments, QIODevice::ReadOnly);
+        if (!m_process.waitForStarted())
+            throw QvError(PermissionDenied, {},
+                          u"%1 cannot be started: %2"_s.arg(program, m_process.errorString()));
+        m_sinceLine.start();
+    }
+
+    ProcessEnd wait(const std::stop_token &stop)
+    {
+        while (m_process.state() != QProcess::NotRunning) {
+            m_process.waitForReadyRead(pollTime);
+            read();
+            if (stop.stop_requested())
+                return end(ProcessEnd::Kind::Stopped);
+            if (m_sinceLine.hasExpired(std::chrono::milliseconds(m_limits.silence).count()))
+                return end(ProcessEnd::Kind::Silent);
+        }
+        read();
+        return end(m_process.exitStatus() == QProcess::NormalExit ? ProcessEnd::Kind::Exited
+                                                                  : ProcessEnd::Kind::Crashed);
+    }
+
+private:
+    void read()
+    {
+        m_words += m_process.readAllStandardError();
+        if (m_words.size() > longestWords)
+            m_words = m_words.last(longestWords);
+        while (m_process.canReadLine()) {
+            m_sinceLine.restart();
+            QByteArray line = m_process.readLine();
+            line.chop(1);
+            m_line(line);
+        }
+    }
+
+    ProcessEnd end(ProcessEnd::Kind kind)
+    {
+        kill();
+        const QList<QByteArray> lines = m_words.trimmed().split('\n');
+        return {kind, kind == ProcessEnd::Kind::Exited ? m_process.exitCode() : 0,
+                QString::fromLocal8Bit(lines.last())};
+    }
+
+    void kill()
+    {
+        if (m_process.state() == QProcess::NotRunning)
+            return;
+        m_process.kill();
+        m_process.waitForFinished();
+    }
+
+    const ProcessLimits &m_limits;
+    const std::function<void(const QByteArray &)> &m_line;
+    QProcess m_process;
+    QElapsedTimer m_sinceLine;
+    QByteArray m_words;
+};
+
+} // namespace
+
+ProcessEnd runChild(const QString &program, const QStringList &arguments,
+                    const ProcessLimits &limits, const std::stop_token &stop,
+                    const std::function<void(const QByteArray &line)> &line)
+{
+    Child child(limits, line);
+    child.start(program, arguments);
+    return child.wait(stop);
+}
