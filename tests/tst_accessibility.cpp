@@ -92,6 +92,7 @@ void tst_accessibility::namesEverythingAfterABuild()
     world.real.handOver(u"Plant"_s, u"ENU"_s);
     world.real.show(Form::Build);
     QWidget *const window = world.real.window(Form::Build);
+    QCOMPARE(audit::findingsIn(window).join(u'\n'), QString());
     click(window, "cmdNext");
     QTRY_VERIFY(isEnabled(window, "cmdBack"));
     const QStringList found = findingsInAllTabs(window, window);

@@ -372,15 +372,16 @@ void tst_build::savesPageTextFirst()
     BuildWorld world;
     frmBuild *const form = world.open();
     chooseInTree(world.mainWindow(), {u"Books"_s, u"Repair"_s, u"start"_s});
-    const auto texts =
-        control<QWidget>(world.mainWindow(), "ctlBooksTab1")->findChildren<QPlainTextEdit *>();
-    for (QPlainTextEdit *const text : texts) {
-        if (text->toPlainText().contains("The pump turns."_L1))
-            text->insertPlainText(u"Typed. "_s);
-    }
+    const auto *const books = control<QWidget>(world.mainWindow(), "ctlBooksTab1");
+    auto *const source = control<QPlainTextEdit>(books, "txtSource");
+    source->insertPlainText(u"Typed. "_s);
     build(form);
     QVERIFY(world.bytes(world.projectPath() + u"Book_REP\\start.htm"_s).contains("Typed. "));
     QVERIFY2(!world.session.booksChanged, "what was saved first is no edit meanwhile");
+    source->insertPlainText(u"More. "_s);
+    chooseInTree(world.mainWindow(), {u"Books"_s, u"Repair"_s, u"valve"_s});
+    QVERIFY2(world.session.booksChanged, "no build has taken it in");
+    QCOMPARE(world.lights().searchIndex, Light::mustRun);
 
     click(form, "cmdBack");
     form->ctlBuildTab1().setStartGuard([] { return false; });
@@ -478,6 +479,7 @@ void tst_build::stopsPacking()
     click(held.form, "cmdPack");
     QTRY_VERIFY(textOf(held.form, "lblPacked").contains("packed into QVPlant_Server.Zip"_L1));
     QVERIFY(isEnabled(held.form, "cmdClose"));
+    QCOMPARE(held.form->focusWidget()->objectName(), "cmdPack"_L1);
 }
 
 void tst_build::triesASearch()
@@ -486,7 +488,10 @@ void tst_build::triesASearch()
     frmBuild *const form = world.open();
     build(form);
     auto *const question = control<QLineEdit>(form, "txtSearch");
-    control<QTabWidget>(form, "tabResults")->setCurrentWidget(question->parentWidget());
+    QVERIFY(QTest::qWaitForWindowActive(form));
+    control<QWidget>(form, "lstStages")->setFocus();
+    QTest::keyClick(form, Qt::Key_Y, Qt::AltModifier);
+    QTRY_COMPARE(form->focusWidget(), question);
     question->setText(u"pumps"_s);
     QTest::keyClick(question, Qt::Key_Return);
     QCOMPARE(textOf(form, "lblHits"), "1 page found."_L1);
@@ -499,10 +504,14 @@ void tst_build::triesASearch()
     QVERIFY(world.messages.shown.isEmpty());
 
     Q_EMIT form->placeRequested(u"Book_REP\\valve.htm"_s, 3);
-    QString marked;
-    for (const auto *const text : pages->findChildren<QPlainTextEdit *>())
-        marked += text->textCursor().selectedText();
-    QCOMPARE(marked, "<h1>Valves</h1>"_L1);
+    const QTextCursor place = control<QPlainTextEdit>(pages, "txtSource")->textCursor();
+    QCOMPARE(place.block().text(), "<h1>Valves</h1>"_L1);
+    QVERIFY2(place.atBlockStart() && !place.hasSelection(), "what is typed replaces nothing");
+    world.put(world.projectPath() + u"Book_REP\\book.css"_s, "p {}");
+    Q_EMIT form->placeRequested(u"Book_REP\\book.css"_s, 1);
+    QCOMPARE(world.processes.opened, QStringList{world.projectPath() + u"Book_REP\\book.css"_s});
+    Q_EMIT form->placeRequested(u"..\\Other\\start.htm"_s, 1);
+    QCOMPARE(world.messages.shown, QStringList{u"No editor here shows ..\\Other\\start.htm."_s});
 
     question->setText(u"nowhere"_s);
     QTest::keyClick(question, Qt::Key_Return);

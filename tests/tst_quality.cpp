@@ -385,7 +385,11 @@ public:
                         + list->model()->index(row, FindingsModel::KindColumn).data().toString());
         return rows;
     }
-    void choose(int row) { list->setCurrentIndex(list->model()->index(row, 0)); }
+    void choose(int row)
+    {
+        list->setFocus();
+        list->setCurrentIndex(list->model()->index(row, 0));
+    }
 };
 
 } // namespace

@@ -57,6 +57,7 @@ void ctlBooksTab::connectEditors()
     connect(m_header, &BookHeader::renamed, this, &ctlBooksTab::OnEditBookNameAcro);
     connect(m_header, &BookHeader::changed, this, changed);
     connect(m_keyWords, &KeyWordsPane::changed, this, changed);
+    connect(m_pane, &PagePane::saved, this, changed);
     connect(m_pane, &PagePane::saved, &m_session,
             [this](const QString &file) { Q_EMIT m_session.done(tr("%1 was saved.").arg(file)); });
     connect(m_pane, &PagePane::pageShown, this, &ctlBooksTab::showPreview);
@@ -164,6 +165,7 @@ void ctlBooksTab::findInPages()
     if (m_find == nullptr) {
         m_find = new FindInPages(m_session, this);
         connect(m_find, &FindInPages::placeRequested, this, &ctlBooksTab::showPlace);
+        connect(m_find, &FindInPages::replaced, this, [this] { Q_EMIT pagesChanged(true); });
     }
     m_find->open(hasContent() ? m_pane->selectedLine() : QString());
 }

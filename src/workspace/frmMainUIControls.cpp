@@ -63,6 +63,7 @@ void frmMainUI::hostControls()
     ui->SSTab1->addTab(icon("quicknav"_L1), tr("&Quick Navigation"));
     ui->SSTab1->setExpanding(false);
     ui->SSTab1->updateGeometry(); // a hidden tab bar does not tell that it has got tabs
+    setTabOrder(QV_DeveloperTreeOCX1->focusProxy(), ui->SSTab1); // the editors come behind it
     for (QWidget *const editor :
          std::initializer_list<QWidget *>{ctlGlobalsTab1, ctlBooksTab1, ctlQuickNav1})
         ui->grdEditors->addWidget(editor, 0, 0);
@@ -317,7 +318,7 @@ void frmMainUI::showPlace(const QString &file, int line)
         else if (path && isTextName(file))
             m_program.processes.openText(*path);
         else
-            m_program.messages.show({tr("This is not shown here: %1").arg(file)});
+            m_program.messages.show({tr("No editor here shows %1.").arg(file)});
     });
 }
 

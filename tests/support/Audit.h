@@ -19,6 +19,7 @@ inline bool isReached(const QWidget *widget)
 {
     return widget->isVisible() && widget->isEnabled() && (widget->focusPolicy() & Qt::TabFocus)
            && widget->focusProxy() == nullptr
+           && qobject_cast<const QTabBar *>(widget->parentWidget()) == nullptr
            && !widget->objectName().startsWith(QStringLiteral("qt_"));
 }
 
@@ -90,17 +91,20 @@ inline QStringList doubleLettersIn(const QWidget *window)
     return found;
 }
 
-/// Places where Tab goes back up or to the left among neighbours, or leaves a part of the window
-/// and comes back to it later.
-inline QStringList jumpsIn(QWidget *window)
+inline QRect placeIn(const QWidget *window, const QWidget *widget)
+{
+    return {widget->mapTo(window, QPoint()), widget->size()};
+}
+
+/// A part of the window that Tab leaves and comes back to later.
+inline QStringList returnsIn(QWidget *window)
 {
     QStringList found;
     const QWidgetList order = tabOrder(window);
     QSet<const QWidget *> left;
     for (qsizetype i = 1; i < order.size(); ++i) {
-        const QWidget *const before = order.at(i - 1);
         const QWidget *const now = order.at(i);
-        for (const QWidget *part = before->parentWidget(); part != window;
+        for (const QWidget *part = order.at(i - 1)->parentWidget(); part != window;
              part = part->parentWidget()) {
             if (!part->isAncestorOf(now))
                 left.insert(part);
@@ -110,21 +114,31 @@ inline QStringList jumpsIn(QWidget *window)
             if (left.contains(part))
                 found.append(QStringLiteral("comes back: ") + described(now));
         }
-        if (before->parentWidget() != now->parentWidget())
-            continue;
-        const QRect from = before->geometry(), to = now->geometry();
-        const bool isAbove = to.bottom() <= from.top() && to.left() < from.right();
-        const bool isLeft = to.right() <= from.left() && to.top() < from.bottom();
-        if (isAbove || isLeft)
-            found.append(
-                QStringLiteral("jumps from %1 to %2").arg(described(before), described(now)));
     }
     return found;
 }
 
+/// Places where Tab goes back up or to the left. Once it has to: from the end to the beginning.
+inline QStringList jumpsIn(QWidget *window)
+{
+    QStringList found;
+    const QWidgetList order = tabOrder(window);
+    for (qsizetype i = 0; i < order.size(); ++i) {
+        const QWidget *const now = order.at(i);
+        const QWidget *const next = order.at((i + 1) % order.size());
+        const QRect from = placeIn(window, now), to = placeIn(window, next);
+        const bool isAbove = to.bottom() <= from.top() && to.left() < from.right();
+        const bool isLeft = to.right() <= from.left() && to.top() < from.bottom();
+        if (isAbove || isLeft)
+            found.append(
+                QStringLiteral("jumps from %1 to %2").arg(described(now), described(next)));
+    }
+    return found.size() > 1 ? found : QStringList();
+}
+
 inline QStringList findingsIn(QWidget *window)
 {
-    return namelessIn(window) + doubleLettersIn(window) + jumpsIn(window);
+    return namelessIn(window) + doubleLettersIn(window) + returnsIn(window) + jumpsIn(window);
 }
 
 } // namespace audit

@@ -41,14 +41,16 @@ BookHeader::BookHeader(ProjectSession &session, QWidget *parent)
     , m_session(session)
     , m_name(new CheckedField(
           u"txtName"_s, tr("Name of the book"),
-          [this](const QString &text) { return BookRules::nameProblem(text, others()); }))
+          [this](const QString &text) { return BookRules::nameProblem(text, others()); }, {}, this))
     , m_acronym(new CheckedField(
           u"txtAcro"_s, tr("Acronym of the book"),
-          [this](const QString &text) { return BookRules::acronymProblem(text, others()); }))
+          [this](const QString &text) { return BookRules::acronymProblem(text, others()); }, {},
+          this))
     , m_folder(shownField(u"txtFolder"_s, tr("Folder of the book"), this))
     , m_file(shownField(u"txtFile"_s, tr("File of the book"), this))
-    , m_type(new CheckedField(u"txtType"_s, tr("Type of the book"),
-                              [](const QString &text) { return BookRules::typeProblem(text); }))
+    , m_type(new CheckedField(
+          u"txtType"_s, tr("Type of the book"),
+          [](const QString &text) { return BookRules::typeProblem(text); }, {}, this))
     , m_facts(shownField(u"txtFacts"_s, tr("State of the book"), this))
     , m_categories(new CategoryList(this))
     , cmdFolder(new QPushButton(tr("Change..."), this))

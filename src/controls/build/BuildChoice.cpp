@@ -94,8 +94,8 @@ void BuildChoice::addRows(QGridLayout *grid)
               addRow(grid, BuildTool::SearchIndex, tr("&Search words"))};
     for (Row &row : m_rows)
         connect(row.run, &QCheckBox::clicked, this, [&row] { row.isTouched = true; });
-    setTabOrder(m_rows.back().run, chkRebuildAll);
-    setTabOrder(chkRebuildAll, cboChecks);
+    for (QWidget *const option : std::initializer_list<QWidget *>{cboChecks, chkRebuildAll})
+        setTabOrder(m_rows.back().run, option);
 }
 
 BuildChoice::Row BuildChoice::addRow(QGridLayout *grid, BuildTool tool, const QString &caption)

@@ -85,7 +85,7 @@ FindingsView::FindingsView(Program &program, QWidget *parent)
     txtFinding->setAccessibleName(tr("What the finding means"));
     txtFinding->setReadOnly(true);
     txtFinding->setTabChangesFocus(true);
-    txtFinding->setFixedHeight(fontMetrics().lineSpacing() * 4);
+    txtFinding->setFixedHeight(fontMetrics().lineSpacing() * 3 + fontMetrics().lineSpacing() / 2);
     makeTable();
     auto *layout = new QVBoxLayout(this);
     layout->addWidget(makeFilters());

@@ -93,7 +93,9 @@ void StageTable::begin(const BuiltProject &project, const BuildOrder &order)
     for (const BuildStage stage : stagesOf(order))
         addStage(stage);
     // All parts and the head are seen without scrolling.
-    lstStages->setFixedHeight((count() + 2) * (fontMetrics().height() + 4));
+    lstStages->setFixedHeight(lstStages->header()->sizeHint().height()
+                              + count() * (fontMetrics().height() + 4)
+                              + 2 * lstStages->frameWidth());
     offerLog();
 }
 

@@ -35,9 +35,9 @@ GlobalPageDialog::GlobalPageDialog(ProjectSession &session, Task task, Run run, 
     , m_session(session)
     , m_task(std::move(task))
     , m_run(std::move(run))
+    , cboType(new QComboBox(this))
     , txtTitle(
           new CheckedField(u"txtPageTitle"_s, tr("Title of the page"), &titleProblem, {}, this))
-    , cboType(new QComboBox(this))
     , txtFile(new CheckedField(
           u"txtPageFile"_s, tr("File of the page"),
           [this](const QString &file) {

@@ -39,8 +39,8 @@ private:
     ProjectSession &m_session;
     Task m_task;
     Run m_run;
-    CheckedField *txtTitle;
     QComboBox *cboType;
+    CheckedField *txtTitle;
     CheckedField *txtFile;
     QPushButton *cmdOk;
 };

@@ -351,4 +351,5 @@ void FindInPages::replaceIn(const QList<FoundPage> &pages)
     m_progress = tr("Hits replaced: %1   Pages changed: %2").arg(hits).arg(pages.size());
     showState();
     Q_EMIT m_session.done(m_progress);
+    Q_EMIT replaced();
 }

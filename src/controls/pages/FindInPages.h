@@ -34,6 +34,7 @@ public:
 Q_SIGNALS:
     /// The author wants to see this hit: path relative to the project folder, place in the text.
     void placeRequested(const QString &path, qsizetype start, qsizetype length);
+    void replaced(); ///< pages were changed
 
 private:
     void layOut();

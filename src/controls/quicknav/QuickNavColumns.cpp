@@ -93,6 +93,7 @@ void QuickNavColumns::layOut()
         nodes->setAccessibleName(QString(textsOf(column).heading).remove(u'&'));
         m_lists.at(static_cast<size_t>(column)) = nodes;
         lists->addWidget(heading(column), 0, column);
+        setTabOrder(m_adds.at(static_cast<size_t>(column)), nodes);
         lists->addWidget(nodes, 1, column);
         lists->setColumnStretch(column, 1);
     }
