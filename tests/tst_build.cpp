@@ -476,6 +476,13 @@ void tst_build::stopsPacking()
     QCOMPARE(names(), before);
 
     QTRY_VERIFY(isEnabled(held.form, "cmdPack"));
+    const QString folder = held.world.projectPath();
+    auto other =
+        held.world.files.lock(folder + u"_Backup\\Build.lock"_s, folder + ProjectFile::toc, {});
+    click(held.form, "cmdPack");
+    QTRY_VERIFY(textOf(held.form, "lblPacked").startsWith("Another QV Developer builds or"_L1));
+    other.reset();
+    QTRY_VERIFY(isEnabled(held.form, "cmdPack"));
     click(held.form, "cmdPack");
     QTRY_VERIFY(textOf(held.form, "lblPacked").contains("packed into QVPlant_Server.Zip"_L1));
     QVERIFY(isEnabled(held.form, "cmdClose"));

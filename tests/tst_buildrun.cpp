@@ -239,9 +239,10 @@ void tst_buildrun::letsOneBuildAtATime()
         QVERIFY(other);
         const QvError error = raisedBy([&] { (void)project.build(); });
         QCOMPARE(error.number(), PermissionDenied);
-        QCOMPARE(error.description(), u"Another QV Developer builds this project now. Build again "
-                                      "when it has ended. The file that it holds is "_s
-                                          + path);
+        QCOMPARE(error.description(),
+                 u"Another QV Developer builds or packs this project now. Try again "
+                 "when it has ended. The file that it holds is "_s
+                     + path);
         QCOMPARE(project.made(), before);
     }
     QVERIFY(project.build().success);

@@ -7,6 +7,7 @@
 #include "platform/Progress.h"
 #include "platform/QvError.h"
 #include "resources/Counted.h"
+#include "tools/build/BuildLock.h"
 
 #include <QCheckBox>
 #include <QHBoxLayout>
@@ -291,6 +292,7 @@ void PackPane::pack()
     lblPacked->setText(tr("Packing..."));
     m_packing.start([this, project = m_project, chosen = options()](const Progress &progress) {
         Session session = project.session();
+        const auto lock = lockBuild(m_program.files, project.folder());
         const BuildInput input = readBuildInput(session, m_program.files, project.name(),
                                                 project.language(m_program.files), progress);
         const PackResult result = packProject(m_program.files, input, chosen, progress);

@@ -5,6 +5,7 @@
 #include "platform/TreeWalker.h"
 #include "resources/Counted.h"
 #include "tools/SideWork.h"
+#include "tools/build/BuildLock.h"
 #include "tools/build/BuildPlan.h"
 #include "tools/build/FreshFolder.h"
 #include "tools/build/PageAnchors.h"
@@ -217,28 +218,6 @@ private:
     BuildResult m_result;
     int m_stage = 0;
 };
-
-/// Two builds would write into the same folders. Null where no lock can be made: who may only read
-/// there disturbs nobody.
-std::unique_ptr<FileLock> lockBuild(FileSystem &files, const QString &folder)
-{
-    const QString backups = folder + ProjectFile::backupFolder;
-    const QString path = backups + u"\\Build.lock"_s;
-    bool isUsable = true;
-    std::unique_ptr<FileLock> lock;
-    trap([&](const QvError &) { isUsable = false; },
-         [&] {
-             if (!files.folderExists(backups))
-                 files.makeFolder(backups);
-             lock = files.lock(path, folder + ProjectFile::toc, std::chrono::seconds(1));
-         });
-    if (isUsable && !lock)
-        throw QvError(PermissionDenied, {},
-                      tr("Another QV Developer builds this project now. Build again when it has "
-                         "ended. The file that it holds is %1")
-                          .arg(path));
-    return lock;
-}
 
 } // namespace
 
