@@ -9,7 +9,7 @@ set -euo pipefail
 [ $# -ge 1 ] && [ -f "$1/installations/pair.py" ] || { say "usage: measure.sh TOOLS_FOLDER [JOB]..."; exit 64; }
 tools=$(cd "$1/installations" && pwd)
 shift
-[ $# -gt 0 ] || set -- launcher second open pages blocked copy rewrite import links rows tables catalogue delete index finding scanning packing words linkcheck checking building typing renaming
+[ $# -gt 0 ] || set -- launcher second open pages blocked copy rewrite import links rows tables catalogue delete index finding scanning packing words linkcheck checking building typing renaming migrating
 configure_and_build release bench driver qv_tour quovane-developer qvdeveloper peer_dialog peer_empty
 bin=$root/build/release/bin
 work=$(mktemp -d "${MEASURE_DIR:-/dev/shm}/measure-XXXXXX")
@@ -331,6 +331,29 @@ delete() {
         rm -rf "$work/gone"; cp -a "$work/gone.new" "$work/gone"
         /usr/bin/time -f "rm %e s wall %U + %S s CPU" rm -rf "$work/gone/Docs/$name"
     done
+}
+# MIGRATE is the database of a legacy book set.
+migrating() {
+    local database=${MIGRATE:-$tools/../../data/mdb/legacy_large.mdb} dir=$work/migrating
+    command -v mdb-export >/dev/null || { echo "mdb-export is not installed: nothing to compare with"; return; }
+    configure_and_build release qv_dbtoxml
+    database=$(realpath "$database")
+    cat >"$work/migrate" <<M
+#!/bin/sh
+rm -rf "$dir" && mkdir -p "$dir/s/Docs" "$dir/settings"
+QUOVANE_DRIVES=$dir QUOVANE_SETTINGS=$dir/settings exec "$bin/qv_dbtoxml" '--database=${database//\//\\}' \
+    --mode=1 '--target=S:\Docs\P' --name=P --id=P --language=ENU
+M
+    cat >"$work/export" <<M
+#!/bin/sh
+mdb-tables -1 "$database" | while read -r table; do mdb-export "$database" "\$table" >/dev/null; done
+rm -rf "$work/migrated" && cp -r "$work/plain" "$work/migrated"
+M
+    chmod +x "$work/migrate" "$work/export"
+    "$work/migrate" | tail -n 1
+    cp -r "$dir/s/Docs/P" "$work/plain"
+    echo "== migrating $(find "$work/plain" -type f | wc -l) files against printing the tables and copying the files"
+    pair "$work/migrate" "$work/export"
 }
 
 for job in "$@"; do

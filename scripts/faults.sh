@@ -1,18 +1,18 @@
 #!/usr/bin/env bash
 # Breaks things on purpose and looks at what is left: bad files, every failing file operation,
 # sudden death, power cuts, several writers. Takes some minutes; not part of the quick tests.
-#   ./scripts/faults.sh TOOLS_FOLDER [badset|sweep|derived|race|fence|hostile]...
+#   ./scripts/faults.sh TOOLS_FOLDER [badset|sweep|derived|race|fence|hostile|legacy]...
 # TOOLS_FOLDER/faults holds crash_sweep.py, fence_run.py, race_run.py, xml_badset.py and badset_run.py.
 set -euo pipefail
 . "$(dirname "$0")/lib.sh"
 
 [ $# -ge 1 ] && [ -f "$1/faults/crash_sweep.py" ] || {
-    say "usage: faults.sh TOOLS_FOLDER [badset|sweep|derived|race|fence|hostile]..."
+    say "usage: faults.sh TOOLS_FOLDER [badset|sweep|derived|race|fence|hostile|legacy]..."
     exit 64
 }
 tools=$(cd "$1/faults" && pwd)
 shift
-[ $# -gt 0 ] || set -- badset sweep derived race fence hostile
+[ $# -gt 0 ] || set -- badset sweep derived race fence hostile legacy
 configure_and_build release driver
 driver=$root/build/release/bin/driver
 work=$(mktemp -d "${TMPDIR:-/tmp}/faults-XXXXXX")
@@ -232,6 +232,13 @@ fence() {
 # Names and paths in the files that lead elsewhere.
 hostile() {
     check "hostile values" python3 "$root/scripts/hostile.py" "$tools/.." "$driver"
+}
+
+# Databases that are foreign, damaged, or changed in up to 64 bytes (FLIPS of them).
+legacy() {
+    configure_and_build release qv_dbtoxml
+    check "legacy databases" python3 "$root/scripts/legacy.py" "$root/build/release/bin/qv_dbtoxml" \
+        "${DATABASES:-$tools/../../data/mdb}" "${FLIPS:-10000}"
 }
 
 mkdir -p "$work/more"

@@ -7,7 +7,7 @@ export CCACHE_BASEDIR=$root CCACHE_NOHASHDIR=1
 say() { printf '%s\n' "$*" >&2; }
 
 build_packages="g++ cmake ninja-build ccache qt6-base-dev qt6-base-dev-tools qt6-svg-dev
-    libgl-dev libdeflate-dev libgumbo-dev libpugixml-dev libmd4c-dev libmd4c-html0-dev libstemmer-dev libzip-dev fonts-dejavu-core fonts-wqy-microhei"
+    libgl-dev libdeflate-dev libgumbo-dev libpugixml-dev libmd4c-dev libmd4c-html0-dev libstemmer-dev libzip-dev mdbtools-dev pkgconf fonts-dejavu-core fonts-wqy-microhei"
 
 # install_missing PACKAGE...: installs what is not there and says what.
 install_missing() {

@@ -10,6 +10,7 @@
 #include "projectfiles/CategoryFile.h"
 #include "projectfiles/GlobalBook.h"
 #include "reports/LinkMerger.h"
+#include "tools/words/SearchWordsComponent.h"
 
 /// The product's components over a set of ports.
 struct ProductComponents
@@ -26,9 +27,10 @@ struct ProductComponents
         , serverProducts(makeServerProducts(session, files))
         , linkIDMerger(makeLinkIDMerger(session, files, nameRules))
         , converter(installInfo, files, processes)
+        , searchWords(makeSearchWordsBuilder(session, files))
         , all{registryAccess,  windowHelper,  generalTasks,       installInfo,
               nameRules,       *categories,   *globalInformation, *ranking,
-              *serverProducts, *linkIDMerger, converter}
+              *serverProducts, *linkIDMerger, converter,          *searchWords}
     {
     }
 
@@ -43,5 +45,6 @@ struct ProductComponents
     std::unique_ptr<ServerProducts> serverProducts;
     std::unique_ptr<LinkIDMerger> linkIDMerger;
     ConverterProgram converter;
+    std::unique_ptr<SearchWordsBuilder> searchWords;
     Components all;
 };

@@ -75,6 +75,12 @@ void compareXml(const QByteArray &bytes, const QString &expected)
     QCOMPARE(bytes, xmlFile(expected));
 }
 
+/// An entry as the migration of a legacy database leaves it.
+QString migrated(QString entry)
+{
+    return entry.insert(entry.lastIndexOf(u"</"_s), u"<Origin>Migrated</Origin>"_s);
+}
+
 void setTime(const QString &native, qint64 seconds)
 {
     QFile file(native);
@@ -287,7 +293,10 @@ void tst_linktools::keepsWhatOthersPutIntoTheLinkFile()
         xmlFile(u"<LINKS><!-- made elsewhere --><IBD>"_s
                 + u"<ID><LinkIDSourceFile>%1</LinkIDSourceFile><LinkID>PUMP</LinkID>"_s.arg(path)
                 + u"<Kind a='1'>main</Kind></ID>"_s + linkTarget(u"OLD"_s, path)
-                + linkTarget(u"KEPT"_s, u"plant 300\\book_brk\\gone.htm#x"_s) + u"</IBD><IBS>"_s
+                + linkTarget(u"KEPT"_s, u"plant 300\\book_brk\\gone.htm#x"_s)
+                + migrated(linkTarget(u"OIL"_s, u"Plant 300\\book_OPG\\start.htm#a"_s))
+                + migrated(linkTarget(u"OIL"_s, u"Plant 300\\Book_OPG\\gone.htm#a"_s))
+                + u"</IBD><IBS>"_s + migrated(linkReference(u"FAR"_s, path))
                 + linkReference(u"OLD"_s, u"Plant 300\\Book_OPGX\\p.htm"_s)
                 + u"</IBS><Owner>us</Owner></LINKS>"_s));
 
@@ -299,19 +308,30 @@ void tst_linktools::keepsWhatOthersPutIntoTheLinkFile()
 			<LinkIDSourceFile>plant 300\book_brk\gone.htm#x</LinkIDSourceFile>
 		</ID>
 		<ID>
+			<LinkID>OIL</LinkID>
+			<LinkIDSourceFile>Plant 300\book_OPG\start.htm#a</LinkIDSourceFile>
+			<Origin>Migrated</Origin>
+		</ID>
+		<ID>
 			<LinkID>PUMP</LinkID>
 			<LinkIDSourceFile>Plant 300\Book_OPG\start.htm</LinkIDSourceFile>
 			<Kind a="1">main</Kind>
 		</ID>
 	</IBD>
-	<IBS />
+	<IBS>
+		<USER>
+			<LinkID>FAR</LinkID>
+			<FilePath>Plant 300\Book_OPG\start.htm</FilePath>
+			<Origin>Migrated</Origin>
+		</USER>
+	</IBS>
 	<Owner>us</Owner>
 </LINKS>
 )"_s);
     QCOMPARE(report.findings.size(), 2); // the broken book is the first
     QCOMPARE(logLine(report.findings[1]),
              u"QV_LinkID.xml: LINK11 Entries that nothing in the project "
-             "says any more, and that were left out: 2."_s);
+             "says any more, and that were left out: 3."_s);
 
     const QByteArray docLinks = project.bytes(u"DocToDoc\\DocLinks.xml"_s);
     project.put(u"Book_OPG\\start.htm"_s, "<a href=gone.htm>");

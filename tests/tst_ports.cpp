@@ -14,6 +14,10 @@
 #include "support/FormDriver.h"
 #include "support/TestProgram.h"
 
+#include <future>
+
+#include <sys/wait.h>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -74,6 +78,7 @@ private Q_SLOTS:
     void writersDoNotLoseEachOthersSettings();
     void componentsReadTheSettings();
     void programsStartByTheirFullPath();
+    void programsThatAreWaitedForDoNotOutliveTheWait();
     void windowsOfOtherProgramsAreFound();
     void aSecondStartRaisesTheFirst();
     void theProgramEndsAfterItsLastJobs();
@@ -252,6 +257,65 @@ void tst_ports::programsStartByTheirFullPath()
     qputenv("PATH", searchPath);
     QVERIFY2(noViewer.startsWith(u"53: "_s) && noViewer.contains(u"xdg-open"_s),
              qPrintable(noViewer));
+}
+
+void tst_ports::programsThatAreWaitedForDoNotOutliveTheWait()
+{
+    using Kind = ProcessEnd::Kind;
+    PortableFiles files(m_folder->path());
+    PortableProcesses processes(files);
+    QDir(m_folder->path()).mkpath(u"c/Bin"_s);
+    writeFile(m_folder->filePath(u"c/Bin/run"_s),
+              "#!/bin/sh\n"
+              "ulimit -v\n"
+              "case $1 in\n"
+              "exit) printf 'noise\\nlast words\\n' >&2; printf '\\nunended'; exit 7;;\n"
+              "crash) kill -SEGV $$;;\n"
+              "endless) exec cat /dev/zero;;\n"
+              "polite) trap 'echo tidy; exit' TERM; echo ready; while :; do sleep 0.05; done;;\n"
+              "*) exec sleep 1000;;\n"
+              "esac\n");
+    QStringList lines;
+    std::stop_source stop;
+    ProcessLimits limits{.memory = 1'024'000'000};
+    const auto listen = [&](const QByteArray &line) {
+        lines.append(QString::fromUtf8(line));
+        if (line == "ready")
+            stop.request_stop();
+    };
+    const auto run = [&](const QString &program, const QString &way) {
+        lines.clear();
+        return std::async(
+                   std::launch::async, // on a worker, as windows do
+                   [&] { return processes.run(program, {way}, limits, stop.get_token(), listen); })
+            .get();
+    };
+
+    const QString program = u"C:\\Bin\\run.exe"_s;
+    const ProcessEnd end = run(program, u"exit"_s);
+    QVERIFY(end.kind == Kind::Exited && end.status == 7 && end.lastWords == "last words"_L1);
+#if defined(__SANITIZE_ADDRESS__)
+    const QString limit = u"unlimited"_s;
+#else
+    const QString limit = u"1000000"_s;
+#endif
+    QCOMPARE(lines, QStringList({limit, u""_s, u"unended"_s}));
+    QCOMPARE(run(program, u"crash"_s).kind, Kind::Crashed);
+    QCOMPARE(run(program, u"endless"_s).kind, Kind::Silent);
+    QCOMPARE(run(program, u"polite"_s).kind, Kind::Stopped);
+    QCOMPARE(lines, QStringList({limit, u"ready"_s, u"tidy"_s}));
+    stop = std::stop_source();
+    limits.silence = std::chrono::seconds(1);
+    QCOMPARE(run(program, u"sleep"_s).kind, Kind::Silent);
+    QCOMPARE(::waitpid(-1, nullptr, WNOHANG), -1); // there is no child any more
+
+    const QString beside = QFileInfo(QCoreApplication::applicationFilePath()).fileName();
+    limits = {};
+    QCOMPARE(run(beside, u"-functions"_s).kind, Kind::Exited);
+    QVERIFY(lines.contains(u"settingsSurvive()"_s));
+    QVERIFY(errorOf([&] { run(u"no_such_program"_s, {}); }).startsWith(u"53: "_s));
+    QFile::setPermissions(m_folder->filePath(u"c/Bin/run"_s), QFile::ReadOwner);
+    QVERIFY(errorOf([&] { run(program, {}); }).startsWith(u"70: "_s));
 }
 
 void tst_ports::windowsOfOtherProgramsAreFound()

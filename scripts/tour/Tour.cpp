@@ -73,6 +73,7 @@ void Tour::play()
     mergeProjects();
     reportLinks();
     reopenSet();
+    migrateBookSet();
     deleteProject();
     leave();
 }

@@ -43,6 +43,7 @@ private:
     void mergeProjects();
     void reportLinks();
     void reopenSet();
+    void migrateBookSet();
     void deleteProject();
     void leave();
 

@@ -10,6 +10,7 @@
 #include <QAction>
 #include <QApplication>
 #include <QComboBox>
+#include <QFileInfo>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QTabBar>
@@ -163,6 +164,38 @@ void Tour::reopenSet()
     click(dialog, "cmdReopen");
     click(dialog, "cmdBack");
     settle(200);
+}
+
+void Tour::migrateBookSet()
+{
+    const QFileInfo database(m_ownPages.filePath(u"../../../tests/data/legacy/legacy_plant.mdb"_s));
+    if (!QFileInfo::exists(QApplication::applicationDirPath() + u"/qv_dbtoxml"_s)) {
+        std::puts("    (no migration: the converter qv_dbtoxml was not built)");
+        return;
+    }
+    click(window(Form::SelPrjType), "cmdAddNewProject");
+    QWidget *wizard = window(Form::SelPrjTypetoAdd);
+    click(wizard, "optSelPrjTypetoAdd_2");
+    type(child<QLineEdit>(wizard, "txtProjectName"), u"Bottling Line"_s);
+    type(child<QLineEdit>(wizard, "txtPrjId"), u"BL1"_s);
+    m_world.fileDialogs.next = m_world.files.productPath(database.canonicalFilePath());
+    click(wizard, "cmdBrowseDBtoMigrate");
+    m_camera.take(wizard, u"wizard-migrate"_s, u"A legacy book set is migrated"_s);
+    whenModal([this](QWidget *report) {
+        m_camera.take(report, u"migration-report"_s,
+                      u"What became of each table of the database"_s);
+        answer(u"Yes"_s, u"search-words"_s, u"The question whether to make the search words"_s);
+        child<QAbstractButton>(report, "cmdClose")->click();
+    });
+    click(wizard, "cmdContinue");
+    settle(500);
+    QWidget *main = window(Form::MainUI);
+    main->resize(1240, 800);
+    child<QTabBar>(main, "SSTab1")->setCurrentIndex(1);
+    child<QListWidget>(child<QWidget>(main, "ctlBooksTab1"), "lstBooks")->setCurrentRow(0);
+    settle(300);
+    m_camera.take(main, u"migrated"_s, u"The migrated project"_s);
+    backToLauncher({u"OK"_s, u"Yes"_s});
 }
 
 void Tour::deleteProject()

@@ -7,19 +7,34 @@
 #include "platform/portable/IniRegistry.h"
 #include "platform/portable/PortableFiles.h"
 #include "platform/portable/PortableLocale.h"
+#include "platform/portable/PortableProcesses.h"
 #include "platform/portable/ProgramEndNow.h"
 #include "platform/portable/SystemClock.h"
 #include "platform/widgets/MessageBoxes.h"
 #include "startup/Program.h"
 #include "startup/Session.h"
 
-/// Other programs of the product are not on the tour; what would be started is told.
+/// Other windows are not on the tour: what would be started is told. What is waited for runs.
 class ToldProcesses final : public Processes
 {
 public:
+    explicit ToldProcesses(FileSystem &files)
+        : m_real(files)
+    {
+    }
+
     void start(const QString &program, const QStringList &arguments) override;
     void openText(const QString &path) override;
     void openPage(const QString &path) override;
+    ProcessEnd run(const QString &program, const QStringList &arguments,
+                   const ProcessLimits &limits, const std::stop_token &stop,
+                   const std::function<void(const QByteArray &line)> &line) override
+    {
+        return m_real.run(program, arguments, limits, stop, line);
+    }
+
+private:
+    PortableProcesses m_real;
 };
 
 class NoOtherWindows final : public DesktopWindows
@@ -57,7 +72,7 @@ struct TourWorld
     Session session;
     PortableFiles files;
     IniRegistry registry;
-    ToldProcesses processes;
+    ToldProcesses processes{files};
     NoOtherWindows windows;
     SystemClock clock;
     MessageBoxes messages;

@@ -49,6 +49,9 @@ int play(const QStringList &arguments)
     if (arguments.value(3) == "dark"_L1)
         goDark();
 
+    // The same for the programs that this one runs.
+    qputenv("QUOVANE_DRIVES", QFile::encodeName(files.filePath(u"drives"_s)));
+    qputenv("QUOVANE_SETTINGS", QFile::encodeName(files.path()));
     TourWorld world(files.filePath(u"drives"_s), {files.path(), files.path()});
     Camera camera(out);
     Tour(world, camera, QDir(arguments.at(1)), QDir(arguments.at(2))).play();

@@ -11,6 +11,7 @@ class ProjectRanking;
 class ServerProducts;
 class LinkIDMerger;
 class DatabaseConverter;
+class SearchWordsBuilder;
 
 /// The product's components by role, made once in main and once per test.
 struct Components
@@ -26,4 +27,5 @@ struct Components
     ServerProducts &serverProducts;
     LinkIDMerger &linkIDMerger;
     DatabaseConverter &databaseConverter;
+    SearchWordsBuilder &searchWords;
 };

@@ -4,13 +4,14 @@
 #include "platform/FileSystem.h"
 #include "platform/Processes.h"
 #include "platform/QvError.h"
-#include "platform/TreeWalker.h"
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
 constexpr auto programName = "qv_dbtoxml"_L1;
+// It tells each row it reads and each file it writes, but flushing much to a slow disk is one step.
+constexpr auto longestSilence = std::chrono::minutes(3);
 
 QStringList argumentsFor(const ConversionOrder &order)
 {
@@ -47,10 +48,8 @@ QString reasonOf(const ProcessEnd &end, const QString &database)
                "the program it was made with, or take an older copy of it."_s.arg(database);
     default:
         return u"%1 cannot be migrated: the converter ended with status %2 and said nothing "
-               "else%3. Nothing was created. Install this program and the converter anew."_s
-                   .arg(database)
-                   .arg(end.status)
-                   .arg(words);
+               "else%3. Nothing was created. Install this program and the converter anew."_s.arg(
+                   database, QString::number(end.status), words);
     }
 }
 
@@ -72,18 +71,16 @@ void ConverterProgram::convert(const ConversionOrder &order, const Progress &pro
             progress.report(done, total, what);
     });
     const ProcessEnd end = run(order, progress, reader);
-    if (end.kind != ProcessEnd::Kind::Exited)
-        removeRemains(order);
-    if (end.kind == ProcessEnd::Kind::Stopped)
-        throw Unwinding{Unwinding::Reason::Stopped};
     const auto told = reader.report();
-    m_report = told && end.kind == ProcessEnd::Kind::Exited
-                   ? *told
-                   : ConversionReport{.end = ConversionEnd::Failed,
-                                      .reason = reasonOf(end, order.database),
-                                      .folder = {},
-                                      .counts = {},
-                                      .problems = {}};
+    // What is done is done, even when Stop came, or the program broke, after its last line.
+    const bool counts =
+        told && (end.kind == ProcessEnd::Kind::Exited || told->end == ConversionEnd::Done);
+    if (!counts && end.kind == ProcessEnd::Kind::Stopped)
+        throw Unwinding{Unwinding::Reason::Stopped};
+    if (counts)
+        m_report = *told;
+    else
+        m_report.reason = reasonOf(end, order.database);
 }
 
 bool ConverterProgram::completed()
@@ -100,8 +97,8 @@ ProcessEnd ConverterProgram::run(const ConversionOrder &order, const Progress &p
         throw error;
     };
     return trap(onError, [&] {
-        return m_processes.run(program(), argumentsFor(order), {}, progress.stop,
-                               [&](const QByteArray &line) { reader.take(line); });
+        return m_processes.run(program(), argumentsFor(order), {.silence = longestSilence},
+                               progress.stop, [&](const QByteArray &line) { reader.take(line); });
     });
 }
 
@@ -114,15 +111,4 @@ QString ConverterProgram::program()
     const bool isInstalled =
         !client.isEmpty() && (m_files.exists(installed) || m_files.exists(plain));
     return isInstalled ? installed : QString(programName);
-}
-
-// It removes what it made when it comes to an end of its own.
-void ConverterProgram::removeRemains(const ConversionOrder &order)
-{
-    const QString growing = order.targetFolder + u".qvnew"_s;
-    trap([](const QvError &) {}, // the next one that is made there removes it
-         [&] {
-             if (m_files.folderExists(growing))
-                 deleteTree(m_files, growing);
-         });
 }

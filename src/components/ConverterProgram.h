@@ -22,7 +22,6 @@ private:
     ProcessEnd run(const ConversionOrder &order, const Progress &progress,
                    ConversionLines::Reader &reader);
     [[nodiscard]] QString program();
-    void removeRemains(const ConversionOrder &order);
 
     InstallInfo &m_installInfo;
     FileSystem &m_files;

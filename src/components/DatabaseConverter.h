@@ -23,7 +23,8 @@ class DatabaseConverter
 public:
     virtual ~DatabaseConverter() = default;
     /// How it ended is told by `report`. Raises 429, naming what is missing, when the converter is
-    /// not installed, and `Unwinding{Stopped}`; nothing of a project is left then.
+    /// not installed, and `Unwinding{Stopped}`. A converter that broke or was stopped may leave
+    /// "<target folder>.qvnew", which is the caller's to remove.
     virtual void convert(const ConversionOrder &order, const Progress &progress) = 0;
     /// True when the last conversion came to its end and wrote a project.
     virtual bool completed() = 0;

@@ -4,7 +4,7 @@
 
 #include <QDialog>
 
-class QTableWidget;
+class ListTable;
 
 /// The list at the end of a merge: what was renamed, left out, or wants the author's eye.
 class MergeFindingsDialog final : public QDialog
@@ -17,13 +17,10 @@ public:
                         QWidget *parent = nullptr);
 
 private:
-    bool eventFilter(QObject *watched, QEvent *event) override; // Ctrl+C in the table
     void cmdCopy_Click();
 
     void fill(const QList<MergeFinding> &findings);
-    void fitColumns();
     [[nodiscard]] QWidget *buttons();
-    [[nodiscard]] QString line(int row) const;
 
-    QTableWidget *m_table;
+    ListTable *m_table;
 };

@@ -4,8 +4,7 @@
 #include "catalogue/ProjectCatalogue.h"
 #include "catalogue/StatusIndicators.h"
 #include "components/Components.h"
-#include "components/DatabaseConverter.h"
-#include "components/RegistryAccess.h"
+#include "dialogs/FirstLines.h"
 #include "platform/Messages.h"
 #include "platform/Paths.h"
 #include "platform/QvError.h"
@@ -30,15 +29,6 @@ auto step(QLatin1StringView procedure, Body &&body)
         throw QvError(error.number(), ProjectCreation::formTag + procedure, error.description());
     };
     return trap(onError, std::forward<Body>(body));
-}
-
-QString firstOf(const QStringList &lines)
-{
-    constexpr qsizetype shown = 15;
-    QString text = lines.first(qMin(shown, lines.size())).join(u'\n');
-    if (lines.size() > shown)
-        text += u"\nand %1 more"_s.arg(lines.size() - shown);
-    return text;
 }
 
 } // namespace
@@ -167,45 +157,6 @@ void ProjectCreation::listAgain()
     ProjectCatalogue(session, files).UpdateQVSelection();
     makeGlobalBook();
     makeCurrent();
-}
-
-bool ProjectCreation::migrate(const QString &database)
-{
-    const Session &session = m_program.session;
-    DatabaseConverter &converter = m_program.components.databaseConverter;
-    converter.convert({.mode = u"1"_s,
-                       .database = database,
-                       .targetFolder = withoutBackslash(folder()),
-                       .projectName = session.projectName,
-                       .projectId = session.projectId,
-                       .language = session.projectLanguage},
-                      {});
-    if (!converter.completed())
-        return false;
-    takeNameFromDestination();
-    requireCategories();
-    makeCurrent();
-    return true;
-}
-
-// The converter may have chosen another folder than the one it was given.
-void ProjectCreation::takeNameFromDestination()
-{
-    const QString written = m_program.components.registryAccess.vGetValueName(
-        Hive::LocalMachine, RegistryKey::compiler + u"Destination"_s, u"Path"_s);
-    const QString name = lastComponent(withoutBackslash(written));
-    (void)existingProjectFolder(m_program.files, m_program.session.serverPath, name);
-    m_program.session.projectName = name;
-}
-
-void ProjectCreation::requireCategories()
-{
-    Categories &categories = m_program.components.categories;
-    const QString path = folder() + ProjectFile::categories;
-    if (categories.isUsable(path))
-        return;
-    categories.open(docsFolder(m_program.session.serverPath), false, {}, path);
-    categories.write(path);
 }
 
 void ProjectCreation::makeGlobalBook()

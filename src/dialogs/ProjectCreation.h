@@ -49,9 +49,6 @@ public:
     /// cannot be read.
     void listAgain();
 
-    /// Runs the database converter. False when it ends without a project.
-    bool migrate(const QString &database);
-
 private:
     void makeCopy(const QString &source, const Progress &progress);
     void requireTableOfContents(const QString &source);
@@ -59,8 +56,6 @@ private:
     void tellWhatWasLeftOut();
     void makeGlobalBook();
     void makeCurrent();
-    void takeNameFromDestination();
-    void requireCategories();
     [[nodiscard]] QString folder() const;
 
     Program &m_program;

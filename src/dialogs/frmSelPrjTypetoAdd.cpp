@@ -3,6 +3,8 @@
 #include "catalogue/ProjectCatalogue.h"
 #include "components/Components.h"
 #include "components/XmlCharacters.h"
+#include "dialogs/MigrationReportDialog.h"
+#include "platform/Processes.h"
 #include "resources/Texts.h"
 #include "startup/ExternalPrograms.h"
 #include "startup/Session.h"
@@ -32,6 +34,7 @@ frmSelPrjTypetoAdd::frmSelPrjTypetoAdd(Program &program, QWidget *parent)
     : FormWindow(program, parent)
     , ui(std::make_unique<Ui::frmSelPrjTypetoAdd>())
     , m_creation(program)
+    , m_migration(program)
 {
     ui->setupUi(this);
     ui->optSelPrjTypetoAdd->setId(ui->optSelPrjTypetoAdd_0, AddNew);
@@ -160,12 +163,7 @@ void frmSelPrjTypetoAdd::cmdBrowseDBtoMigrate_Click()
 
 void frmSelPrjTypetoAdd::cmdContinue_Click()
 {
-    const auto shape = [](const QvError &error) {
-        const bool namesStep = error.source().startsWith(ProjectCreation::formTag);
-        return withTag(error, namesStep ? error.source()
-                                        : ProjectCreation::formTag + u"cmdContinue_Click"_s);
-    };
-    trapped(shape, [this] {
+    inContinue([this] {
         if (takeNames() && takeSource()
             && require(m_creation.nameIsFree(), informed(Text::ProjectAlreadyExists),
                        ui->txtProjectName))
@@ -240,20 +238,61 @@ void frmSelPrjTypetoAdd::createProject()
     openMainWindow();
 }
 
+/// False when no project came of it, or something is still to be done.
 bool frmSelPrjTypetoAdd::makeNew()
 {
-    const auto withProgress = [this](const auto &work) {
-        runWithProgress(m_program, this, text(Text::CopyingProjectStructure), work);
-    };
     switch (ui->optSelPrjTypetoAdd->checkedId()) {
     case Copy:
-        m_creation.addCopy(ui->cboSelPrjtoCopy->currentText(), withProgress);
+        m_creation.addCopy(ui->cboSelPrjtoCopy->currentText(),
+                           withProgress(text(Text::CopyingProjectStructure)));
         return true;
     case Migrate:
-        return m_creation.migrate(ui->txtSelDBtoMigrate->text());
+        migrate(ui->txtSelDBtoMigrate->text());
+        return false;
     default:
         return m_creation.addNew(m_typedName);
     }
+}
+
+LegacyMigration::Runner frmSelPrjTypetoAdd::withProgress(const QString &caption)
+{
+    return [this, caption](const auto &work) { runWithProgress(m_program, this, caption, work); };
+}
+
+void frmSelPrjTypetoAdd::migrate(const QString &database)
+{
+    if (m_migration.convert(database, withProgress(u"Migrating the legacy book set..."_s)))
+        showReport(database);
+    else
+        ui->txtSelDBtoMigrate->setFocus();
+}
+
+void frmSelPrjTypetoAdd::showReport(const QString &database)
+{
+    const QString log = m_migration.logPath();
+    auto *const report = new MigrationReportDialog(
+        m_migration.report(), {database, log, m_program.files.nativePath(log)}, this);
+    report->setAttribute(Qt::WA_DeleteOnClose);
+    connect(report, &MigrationReportDialog::logRequested, this,
+            [this, log] { inContinue([&] { m_program.processes.openText(log); }); });
+    connect(
+        report, &QDialog::finished, this, [this] { inContinue([this] { finishMigration(); }); },
+        Qt::QueuedConnection); // the question belongs to this window, not to the one that closes
+    report->open();
+}
+
+void frmSelPrjTypetoAdd::finishMigration()
+{
+    const Message question{.text = text(Text::GenerateSearchWords),
+                           .buttons = Buttons::YesNo,
+                           .title = text(Text::DialogTitle)};
+    if (m_program.messages.show(question) == Answer::Yes) {
+        ui->cmdContinue->setEnabled(false);
+        m_migration.makeSearchWords(withProgress(u"Making the search words..."_s));
+        ui->cmdContinue->setEnabled(true);
+    }
+    m_migration.makeCurrent();
+    openMainWindow();
 }
 
 void frmSelPrjTypetoAdd::openMainWindow()
@@ -296,6 +335,16 @@ QAbstractButton *frmSelPrjTypetoAdd::cancelButton() const
 QAbstractButton *frmSelPrjTypetoAdd::helpButton() const
 {
     return ui->cmdHelpSelPrjTypetoAdd;
+}
+
+void frmSelPrjTypetoAdd::inContinue(const std::function<void()> &body)
+{
+    const auto shape = [](const QvError &error) {
+        const bool namesStep = error.source().startsWith(ProjectCreation::formTag);
+        return withTag(error, namesStep ? error.source()
+                                        : ProjectCreation::formTag + u"cmdContinue_Click"_s);
+    };
+    trapped(shape, body);
 }
 
 void frmSelPrjTypetoAdd::inHandler(QLatin1StringView handler, const std::function<void()> &body)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "dialogs/LegacyMigration.h"
 #include "dialogs/ProjectCreation.h"
 #include "resources/Texts.h"
 #include "startup/FormWindow.h"
@@ -46,13 +47,19 @@ private:
     bool require(bool fulfilled, const Message &refusal, QWidget *box);
     void createProject();
     bool makeNew();
+    void migrate(const QString &database);
+    void showReport(const QString &database);
+    void finishMigration();
+    LegacyMigration::Runner withProgress(const QString &caption);
     void openMainWindow();
     void closeQuietly();
+    void inContinue(const std::function<void()> &body);
     void inHandler(QLatin1StringView handler, const std::function<void()> &body);
     void inProcedureOf(QLatin1StringView tag, const std::function<void()> &body);
 
     std::unique_ptr<Ui::frmSelPrjTypetoAdd> ui;
     ProjectCreation m_creation;
+    LegacyMigration m_migration;
     QString m_typedName; ///< checked and trimmed
     bool mbQuietClose = false;
 };

@@ -40,8 +40,9 @@ public:
 
     /// Runs `program` (a product path, or the bare name of one beside this program) without a
     /// window and waits for its end; `line` is told each line of its standard output without the
-    /// line end. However this ends, the program does not run any more. May be called on any
-    /// thread. Raises as `start`.
+    /// line end. A stop first asks the program to end (SIGTERM), so that it can tidy up and say its
+    /// last lines, and kills it 3 seconds later. However this ends, the program does not run any
+    /// more. May be called on any thread. Raises as `start`.
     virtual ProcessEnd run(const QString &program, const QStringList &arguments,
                            const ProcessLimits &limits, const std::stop_token &stop,
                            const std::function<void(const QByteArray &line)> &line) = 0;

@@ -5,6 +5,7 @@
 #include "platform/Xml.h"
 #include "projectfiles/Backup.h"
 #include "projectfiles/FileElements.h"
+#include "projectfiles/TocBookElement.h"
 #include "startup/FileHelpers.h"
 
 #include <functional>
@@ -62,21 +63,6 @@ void writeCategories(pugi::xml_node categories, const QStringList &names)
         appendText(categories, "Book_Category", name);
 }
 
-void writeBook(pugi::xml_node element, const TocBook &book)
-{
-    setChild(element, "Book_Name", book.name);
-    setChild(element, "Book_Acro", book.acronym);
-    pugi::xml_node key = setChild(element, "Book_Key", book.key);
-    if (!key.attribute("id"))
-        key.append_attribute("id");
-    setChild(element, "Book_Folder", book.folder);
-    writeType(setChild(element, "Book_File", book.file), book.type);
-    pugi::xml_node categories = element.child("Book_Categories");
-    if (!categories)
-        categories = element.append_child("Book_Categories");
-    writeCategories(categories, book.categories);
-}
-
 pugi::xml_node bookElement(const pugi::xml_node &books, const TocBook &book)
 {
     for (const pugi::xml_node &element : books.children("Book")) {
@@ -126,6 +112,21 @@ void moveTo(pugi::xml_node books, pugi::xml_node element, int to)
 
 } // namespace
 
+void writeTocBook(pugi::xml_node element, const TocBook &book)
+{
+    setChild(element, "Book_Name", book.name);
+    setChild(element, "Book_Acro", book.acronym);
+    pugi::xml_node key = setChild(element, "Book_Key", book.key);
+    if (!key.attribute("id"))
+        key.append_attribute("id");
+    setChild(element, "Book_Folder", book.folder);
+    writeType(setChild(element, "Book_File", book.file), book.type);
+    pugi::xml_node categories = element.child("Book_Categories");
+    if (!categories)
+        categories = element.append_child("Book_Categories");
+    writeCategories(categories, book.categories);
+}
+
 QString identityOf(const TocBook &book)
 {
     return book.acronym + u'\n' + book.name + u'\n' + book.folder;
@@ -169,7 +170,7 @@ void TableOfContents::addBook(const QString &project, const TocBook &book)
     change(project, [&](pugi::xml_node books) {
         requireFree(books, "Book_Name", book.name);
         requireFree(books, "Book_Acro", book.acronym);
-        writeBook(books.append_child("Book"), book);
+        writeTocBook(books.append_child("Book"), book);
     });
 }
 
@@ -178,7 +179,7 @@ void TableOfContents::changeBook(const QString &project, const TocBook &old, con
     change(project, [&](pugi::xml_node books) {
         const pugi::xml_node element = bookElement(books, old);
         requireFreeChange(books, element, old, book);
-        writeBook(element, book);
+        writeTocBook(element, book);
     });
 }
 

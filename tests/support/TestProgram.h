@@ -127,11 +127,13 @@ public:
     }
     /// What programs that are waited for do; notes them by default.
     std::function<ProcessEnd(const std::function<void(const QByteArray &)> &line)> runs = {};
+    std::stop_token stop; ///< of the last one
     ProcessEnd run(const QString &program, const QStringList &arguments, const ProcessLimits &,
-                   const std::stop_token &,
+                   const std::stop_token &token,
                    const std::function<void(const QByteArray &)> &line) override
     {
         start(program, arguments);
+        stop = token;
         return runs ? runs(line) : ProcessEnd();
     }
     void openText(const QString &path) override { opened.append(path); }

@@ -4,6 +4,7 @@
 #include "controls/pages/PageStore.h"
 #include "controls/parts/Handler.h"
 #include "platform/Paths.h"
+#include "tools/PageCharset.h"
 
 #include <QDialogButtonBox>
 #include <QFontMetrics>

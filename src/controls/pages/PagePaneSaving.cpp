@@ -7,6 +7,7 @@
 #include "controls/parts/Handler.h"
 #include "controls/parts/NoticeBar.h"
 #include "startup/Session.h"
+#include "tools/PageCharset.h"
 
 #include <algorithm>
 

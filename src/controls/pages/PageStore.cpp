@@ -4,9 +4,9 @@
 #include "platform/Paths.h"
 #include "platform/QvError.h"
 #include "startup/Session.h"
+#include "tools/PageCharset.h"
 
 #include <QCoreApplication>
-#include <QRegularExpression>
 
 using namespace Qt::StringLiterals;
 
@@ -34,23 +34,6 @@ QString reasonAgainstEditing(const PageText &content, const QByteArray &bytes)
     trap(differs, [&] { faithful = encodePage(content.text, content.encoding) == bytes; });
     return faithful ? QString() : reason;
 }
-
-/// Changes the charset that a page declares; true when it declares one.
-bool declareUtf8(QString &text)
-{
-    static const QRegularExpression meta(u"(<meta[^>]*\\bcharset\\s*=\\s*[\"']?)([^\\s\"'>;/]+)"_s,
-                                         QRegularExpression::CaseInsensitiveOption);
-    static const QRegularExpression xml(u"^(\\s*<\\?xml[^>]*\\bencoding\\s*=\\s*[\"'])([^\"']+)"_s);
-    bool declared = false;
-    for (const QRegularExpression &expression : {meta, xml}) {
-        const QRegularExpressionMatch match = expression.match(text);
-        if (!match.hasMatch())
-            continue;
-        text.replace(match.capturedStart(2), match.capturedLength(2), u"utf-8"_s);
-        declared = true;
-    }
-    return declared;
-}
 } // namespace
 
 std::optional<PageRef> currentPageOf(ProjectSession &session)
@@ -63,13 +46,6 @@ std::optional<PageRef> currentPageOf(ProjectSession &session)
             return PageRef{*book, page};
     }
     throw QvError(FileNotFound, {}, tr("The book has no such page any more."));
-}
-
-PageText inUtf8(const QString &text)
-{
-    PageText page{text, {"UTF-8", false}};
-    page.encoding.mark = !declareUtf8(page.text);
-    return page;
 }
 
 PageStore::PageStore(ProjectSession &session)

@@ -2,6 +2,7 @@
 
 #include "platform/QvError.h"
 
+#include <QDeadlineTimer>
 #include <QElapsedTimer>
 #include <QProcess>
 
@@ -14,14 +15,23 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int pollTime = 50;             // milliseconds between two looks at the stop token
-constexpr qsizetype longestWords = 4096; // bytes of standard error that are kept
+constexpr int pollTime = 50; // milliseconds between two looks at the stop token
+constexpr auto timeToEnd = std::chrono::seconds(3);
+constexpr qsizetype longestWords = 4096;   // bytes of standard error that are kept
+constexpr qint64 longestLine = 16'000'000; // bytes; what sends more without a line end sends none
+
+#if defined(__SANITIZE_ADDRESS__)
+constexpr bool limitsMemory = false; // a checked program reserves terabytes that it never uses
+#else
+constexpr bool limitsMemory = true;
+#endif
 
 /// Runs in the child before the program does: nothing here may allocate.
 void limitChild(rlim_t memory)
 {
     const rlimit space{memory, memory};
-    setrlimit(RLIMIT_AS, &space);
+    if (limitsMemory)
+        setrlimit(RLIMIT_AS, &space);
     const rlimit noCore{0, 0};
     setrlimit(RLIMIT_CORE, &noCore);
     prctl(PR_SET_PDEATHSIG, SIGKILL); // whatever ends this program ends the child
@@ -54,31 +64,62 @@ public:
 
     ProcessEnd wait(const std::stop_token &stop)
     {
-        while (m_process.state() != QProcess::NotRunning) {
-            m_process.waitForReadyRead(pollTime);
-            read();
+        while (isRunning()) {
+            listen();
             if (stop.stop_requested())
-                return end(ProcessEnd::Kind::Stopped);
-            if (m_sinceLine.hasExpired(std::chrono::milliseconds(m_limits.silence).count()))
+                return askToEnd();
+            if (isSilent())
                 return end(ProcessEnd::Kind::Silent);
         }
-        read();
+        readRest();
         return end(m_process.exitStatus() == QProcess::NormalExit ? ProcessEnd::Kind::Exited
                                                                   : ProcessEnd::Kind::Crashed);
     }
 
 private:
-    void read()
+    [[nodiscard]] bool isRunning() const { return m_process.state() != QProcess::NotRunning; }
+
+    [[nodiscard]] bool isSilent() const
     {
+        return m_sinceLine.hasExpired(std::chrono::milliseconds(m_limits.silence).count())
+               || m_process.bytesAvailable() > longestLine;
+    }
+
+    /// It may tidy up after itself, and tell how far it came.
+    ProcessEnd askToEnd()
+    {
+        m_process.terminate();
+        const QDeadlineTimer deadline(timeToEnd);
+        while (isRunning() && !deadline.hasExpired())
+            listen();
+        readRest();
+        return end(ProcessEnd::Kind::Stopped);
+    }
+
+    void listen()
+    {
+        m_process.waitForReadyRead(pollTime);
         m_words += m_process.readAllStandardError();
         if (m_words.size() > longestWords)
             m_words = m_words.last(longestWords);
         while (m_process.canReadLine()) {
             m_sinceLine.restart();
-            QByteArray line = m_process.readLine();
-            line.chop(1);
-            m_line(line);
+            tell(m_process.readLine());
         }
+    }
+
+    void readRest()
+    {
+        listen();
+        if (!isRunning() && m_process.bytesAvailable() > 0)
+            tell(m_process.readAllStandardOutput());
+    }
+
+    void tell(QByteArray line)
+    {
+        if (line.endsWith('\n'))
+            line.chop(1);
+        m_line(line);
     }
 
     ProcessEnd end(ProcessEnd::Kind kind)
@@ -91,7 +132,7 @@ private:
 
     void kill()
     {
-        if (m_process.state() == QProcess::NotRunning)
+        if (!isRunning())
             return;
         m_process.kill();
         m_process.waitForFinished();

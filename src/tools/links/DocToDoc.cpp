@@ -39,6 +39,10 @@ public:
         for (const AskedIdentifier &asked : askedIdentifiers(pages))
             m_links.references.append({asked.identifier, linkIdentifier(m_start + asked.file)});
         noteUnread(input, pages);
+        m_links.isThere = [&listing = pages.listing(), start = m_start](const QString &file) {
+            return file.startsWith(start, Qt::CaseInsensitive)
+                   && !listing.spelled(file.sliced(start.size())).isEmpty();
+        };
     }
 
     [[nodiscard]] const ProjectLinks &links() const { return m_links; }

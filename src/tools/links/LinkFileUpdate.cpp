@@ -69,24 +69,37 @@ private:
     QStringList m_folders;
 };
 
+/// "Plant\\Book_A\\start.htm#top": the whole may be a file's name, or what stands before a "#".
+bool isPlaceThere(const QString &path, const ProjectLinks &links)
+{
+    bool isThere = links.isThere(path);
+    for (qsizetype end = path.indexOf(u'#'); !isThere && end >= 0;
+         end = path.indexOf(u'#', end + 1))
+        isThere = links.isThere(path.first(end));
+    return isThere;
+}
+
 /// Makes one section of the new file.
 class Section final
 {
 public:
-    Section(const SectionNames &names, const QList<LinkEntry> &entries)
+    Section(const SectionNames &names, const QList<LinkEntry> &entries, const ProjectLinks &links,
+            const UnreadPlaces &unread)
         : m_names(names)
+        , m_links(links)
+        , m_unread(unread)
     {
         for (const LinkEntry &entry : entries)
             m_entries.try_emplace({entry.identifier, entry.path});
     }
 
     /// Finds what the file said of the entries; how many entries are none any more.
-    int takeOld(const pugi::xml_node &root, const UnreadPlaces &unread)
+    int takeOld(const pugi::xml_node &root)
     {
         int gone = 0;
         for (const pugi::xml_node &section : root.children(m_names.section)) {
             for (const pugi::xml_node &entry : section.children(m_names.entry))
-                gone += stays(entry, unread) ? 0 : 1;
+                gone += stays(entry) ? 0 : 1;
         }
         return gone;
     }
@@ -108,12 +121,12 @@ public:
     }
 
 private:
-    bool stays(const pugi::xml_node &entry, const UnreadPlaces &unread)
+    bool stays(const pugi::xml_node &entry)
     {
         const QString identifier = linkIdentifier(textOf(entry.child(identifierName)));
         const QString path = textOf(entry.child(m_names.path)).trimmed();
         const auto known = m_entries.find({identifier, path});
-        if (known == m_entries.end() && !unread.hold(path))
+        if (known == m_entries.end() && !m_unread.hold(path) && !isMigrated(entry, path))
             return false;
         pugi::xml_node &old =
             known == m_entries.end() ? m_entries[{identifier, path}] : known->second;
@@ -122,7 +135,14 @@ private:
         return true;
     }
 
+    [[nodiscard]] bool isMigrated(const pugi::xml_node &entry, const QString &path) const
+    {
+        return textOf(entry.child("Origin")) == "Migrated"_L1 && isPlaceThere(path, m_links);
+    }
+
     const SectionNames &m_names;
+    const ProjectLinks &m_links;
+    const UnreadPlaces &m_unread;
     std::map<std::pair<QString, QString>, pugi::xml_node> m_entries; ///< with the old element
 };
 
@@ -135,11 +155,11 @@ LinkFileUpdate updatedLinkFile(const pugi::xml_document &old, const ProjectLinks
     pugi::xml_node root = document.append_child("LINKS");
     LinkFileUpdate update;
     const UnreadPlaces unread(links.unread);
-    Section targets(targetNames, links.targets);
-    update.gone += targets.takeOld(oldRoot, unread);
+    Section targets(targetNames, links.targets, links, unread);
+    update.gone += targets.takeOld(oldRoot);
     targets.write(root);
-    Section references(referenceNames, links.references);
-    update.gone += references.takeOld(oldRoot, unread);
+    Section references(referenceNames, links.references, links, unread);
+    update.gone += references.takeOld(oldRoot);
     references.write(root);
     for (const pugi::xml_node &other : oldRoot.children()) {
         if (other.type() == pugi::node_element

@@ -5,6 +5,8 @@
 #include <QString>
 #include <QStringList>
 
+#include <functional>
+
 #include <pugixml.hpp>
 
 /// An entry of a link file: an identifier, and where it is published or asked for, relative to
@@ -21,6 +23,9 @@ struct ProjectLinks
     /// Pages and folders (relative to Docs, the latter with backslash) that could not be read, so
     /// that what the file has of them stays.
     QStringList unread;
+    /// Whether a file (relative to Docs) is there. Entries that came out of a legacy database
+    /// stand in no page, and stay while theirs is.
+    std::function<bool(const QString &file)> isThere = [](const QString &) { return false; };
 };
 
 /// The file with this in place of what it said.
