@@ -26,7 +26,7 @@ struct ProductComponents
         , ranking(makeProjectRanking(session, files))
         , serverProducts(makeServerProducts(session, files))
         , linkIDMerger(makeLinkIDMerger(session, files, nameRules))
-        , converter(installInfo, files, processes)
+        , converter(installInfo, processes)
         , searchWords(makeSearchWordsBuilder(session, files))
         , all{registryAccess,  windowHelper,  generalTasks,       installInfo,
               nameRules,       *categories,   *globalInformation, *ranking,

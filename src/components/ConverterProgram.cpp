@@ -1,7 +1,6 @@
 #include "components/ConverterProgram.h"
 
 #include "components/ProductInfo.h"
-#include "platform/FileSystem.h"
 #include "platform/Processes.h"
 #include "platform/QvError.h"
 
@@ -55,10 +54,8 @@ QString reasonOf(const ProcessEnd &end, const QString &database)
 
 } // namespace
 
-ConverterProgram::ConverterProgram(InstallInfo &installInfo, FileSystem &files,
-                                   Processes &processes)
+ConverterProgram::ConverterProgram(InstallInfo &installInfo, Processes &processes)
     : m_installInfo(installInfo)
-    , m_files(files)
     , m_processes(processes)
 {
 }
@@ -106,9 +103,5 @@ QString ConverterProgram::program()
 {
     QString client;
     trap([](const QvError &) {}, [&] { client = m_installInfo.ClientPath(); });
-    const QString installed = client + u"Bin\\"_s + programName + u".exe"_s;
-    const QString plain = client + u"Bin\\"_s + programName;
-    const bool isInstalled =
-        !client.isEmpty() && (m_files.exists(installed) || m_files.exists(plain));
-    return isInstalled ? installed : QString(programName);
+    return client.isEmpty() ? QString(programName) : client + u"Bin\\"_s + programName + u".exe"_s;
 }

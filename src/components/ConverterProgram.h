@@ -2,7 +2,6 @@
 
 #include "components/DatabaseConverter.h"
 
-class FileSystem;
 class InstallInfo;
 class Processes;
 struct ProcessEnd;
@@ -12,7 +11,7 @@ struct ProcessEnd;
 class ConverterProgram final : public DatabaseConverter
 {
 public:
-    ConverterProgram(InstallInfo &installInfo, FileSystem &files, Processes &processes);
+    ConverterProgram(InstallInfo &installInfo, Processes &processes);
 
     void convert(const ConversionOrder &order, const Progress &progress) override;
     bool completed() override;
@@ -24,7 +23,6 @@ private:
     [[nodiscard]] QString program();
 
     InstallInfo &m_installInfo;
-    FileSystem &m_files;
     Processes &m_processes;
     ConversionReport m_report;
 };

@@ -35,7 +35,8 @@ public:
     virtual ~Processes() = default;
 
     /// Starts `program` (a product path; ".exe" may be absent on disk) in a normal window and does
-    /// not wait. Raises 53 when there is no such program, 70 when it cannot be started.
+    /// not wait. Where it does not lie, the one of that name beside this program is started. Raises
+    /// 53 when there is neither, 70 when it cannot be started.
     virtual void start(const QString &program, const QStringList &arguments) = 0;
 
     /// Runs `program` (a product path, or the bare name of one beside this program) without a

@@ -38,7 +38,7 @@ struct LegacyWorld : TestProgram
     const QString database = QStringLiteral("S:\\Old\\plant.mdb"),
                   target = QStringLiteral("S:\\Docs\\Plant");
     PortableProcesses realProcesses{files};
-    ConverterProgram converter{components.installInfo, files, realProcesses};
+    ConverterProgram converter{components.installInfo, realProcesses};
 
     LegacyWorld()
     {

@@ -1,6 +1,7 @@
 #include "platform/portable/PortableProcesses.h"
 
 #include "platform/FileSystem.h"
+#include "platform/Paths.h"
 #include "platform/QvError.h"
 #include "platform/portable/ChildRun.h"
 
@@ -25,12 +26,18 @@ void startDetached(const QString &program, const QStringList &arguments)
                       u"%1 cannot be started: %2"_s.arg(program, process.errorString()));
 }
 
+/// The native path of a program that lies beside this one; "" when there is none.
 QString besideThisProgram(const QString &name)
 {
     const QFileInfo file(QCoreApplication::applicationDirPath() + u'/' + name);
-    if (!file.isFile())
-        throw QvError(FileNotFound, {}, u"File not found: "_s + file.filePath());
-    return file.filePath();
+    return file.isFile() ? file.filePath() : QString();
+}
+
+QString withoutEnding(const QString &program)
+{
+    return program.endsWith(windowsEnding, Qt::CaseInsensitive)
+               ? program.chopped(windowsEnding.size())
+               : program;
 }
 
 } // namespace
@@ -49,9 +56,7 @@ ProcessEnd PortableProcesses::run(const QString &program, const QStringList &arg
                                   const ProcessLimits &limits, const std::stop_token &stop,
                                   const std::function<void(const QByteArray &line)> &line)
 {
-    const bool isBare = !program.contains(u'\\');
-    return runChild(isBare ? besideThisProgram(program) : nativeProgram(program), arguments, limits,
-                    stop, line);
+    return runChild(nativeProgram(program), arguments, limits, stop, line);
 }
 
 void PortableProcesses::openText(const QString &path)
@@ -76,16 +81,21 @@ void PortableProcesses::openFile(const QString &path)
     startDetached(opener, {m_files.nativePath(path)});
 }
 
+// The product's own programs come with this one; an installation may hold others of their name.
 QString PortableProcesses::nativeProgram(const QString &program) const
 {
     const auto isThere = [this](const QString &path) {
         const FileKind kind = m_files.status(path).kind;
         return kind == FileKind::File || kind == FileKind::Link; // programs are often links
     };
-    if (isThere(program))
-        return m_files.nativePath(program);
-    const QString plain = program.chopped(windowsEnding.size());
-    if (program.endsWith(windowsEnding, Qt::CaseInsensitive) && isThere(plain))
-        return m_files.nativePath(plain);
+    const QString plain = withoutEnding(program);
+    if (program.contains(u'\\')) {
+        for (const QString &path : {program, plain}) {
+            if (isThere(path))
+                return m_files.nativePath(path);
+        }
+    }
+    if (const QString own = besideThisProgram(lastComponent(plain)); !own.isEmpty())
+        return own;
     throw QvError(FileNotFound, {}, u"File not found: "_s + program);
 }
