@@ -112,7 +112,8 @@ void tst_merge::mergesSharedBooks()
     third.addBook(u"Delta"_s, u"ALP1"_s);
     for (const auto &derived :
          {u"QV_SearchKeyWords.xml"_s, u"QVDEU_Operator's_Server.Zip"_s, u"Merge_Log.txt"_s,
-          u"DocToDoc_Log.txt"_s, u"DEU_Operator's_QA_Log.txt"_s, u"Search_Words\\Words_a.xml"_s})
+          u"DocToDoc_Log.txt"_s, u"DEU_Operator's_QA_Log.txt"_s, u"Search_Words\\Words_a.xml"_s,
+          u"QV_QAReport.xml"_s, u"Migration_Log.txt"_s})
         world.put(base.folder + derived, "old");
     world.put(base.folder + ProjectFile::status, "red");
     world.files.setAttributes(second.folder + u"Book_ALP\\start.htm"_s, ReadOnlyFile);

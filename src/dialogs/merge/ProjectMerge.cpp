@@ -37,7 +37,8 @@ constexpr QLatin1StringView madeAnew[]{
     ProjectFile::categories, ProjectFile::status, ProjectFile::keyWords, ProjectFile::links,
     ProjectFile::searchWordsFolder, mergeLogFile,
     // these tell what was found in the base project alone
-    "DocToDoc_Log.txt"_L1, "QuickNav\\QuickNav_Log.txt"_L1, "SearchWords_Log.txt"_L1};
+    "DocToDoc_Log.txt"_L1, "QuickNav\\QuickNav_Log.txt"_L1, "SearchWords_Log.txt"_L1,
+    "QV_QAReport.xml"_L1, "QV_PageFacts.bin"_L1, "QV_SearchWords.bin"_L1, "Migration_Log.txt"_L1};
 
 /// Files of the base project that stay behind, and its packed copy.
 bool staysBehind(const TreeEntry &entry, const QString &base)
