@@ -173,6 +173,7 @@ private Q_SLOTS:
     void looksThroughFields();
     void neverWritesWhereAProjectIs();
     void leavesNothingWhenStopped();
+    void noticesThatTheDatabaseChanges();
     void outlivesFlippedBytes();
 };
 
@@ -390,6 +391,11 @@ void tst_legacydb::neverWritesWhereAProjectIs()
         const ConversionReport report = world.convert();
         return report.end == ConversionEnd::Refused ? report.reason : u"not refused"_s;
     };
+    const QString growing = world.target + u".qvnew"_s;
+    QFile::link(world.folder.path(), world.files.nativePath(growing));
+    QCOMPARE(world.convert().end, ConversionEnd::Failed);
+    QCOMPARE(world.docs(), QStringList{lastComponent(growing)});
+    world.files.removeFile(growing);
     world.put(world.target + u"\\notes.txt"_s, "mine");
     QCOMPARE(refusal(),
              u"The folder S:\\Docs\\Plant is already there with files in it. Nothing was "
@@ -424,6 +430,21 @@ void tst_legacydb::leavesNothingWhenStopped()
         }
         QCOMPARE(stop.pressed(), isDone == 0);
     }
+}
+
+void tst_legacydb::noticesThatTheDatabaseChanges()
+{
+    LegacyWorld world;
+    const auto change = [&](int, int, const QString &what) {
+        if (what.endsWith("fuses.htm"_L1))
+            world.change([](QByteArray &file) { file.append(pageSize, '\0'); });
+    };
+    const MigrationWorld ports{world.files, world.registry, world.clock, world.locale};
+    QCOMPARE(migrate(ports, world.order, {change, {}}).reason,
+             world.database
+                 + u" was changed by another program while it was read, so nothing was created. "
+                   "Close it there, then migrate it again."_s);
+    QCOMPARE(world.docs(), QStringList());
 }
 
 void tst_legacydb::outlivesFlippedBytes()

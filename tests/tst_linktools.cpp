@@ -296,7 +296,8 @@ void tst_linktools::keepsWhatOthersPutIntoTheLinkFile()
                 + linkTarget(u"KEPT"_s, u"plant 300\\book_brk\\gone.htm#x"_s)
                 + migrated(linkTarget(u"OIL"_s, u"Plant 300\\book_OPG\\start.htm#a"_s))
                 + migrated(linkTarget(u"OIL"_s, u"Plant 300\\Book_OPG\\gone.htm#a"_s))
-                + u"</IBD><IBS>"_s + migrated(linkReference(u"FAR"_s, path))
+                + u"</IBD><IBS>"_s // of the project that this one is a copy of
+                + migrated(linkReference(u"FAR"_s, u"Plant\\Book_OPG\\start.htm"_s))
                 + linkReference(u"OLD"_s, u"Plant 300\\Book_OPGX\\p.htm"_s)
                 + u"</IBS><Owner>us</Owner></LINKS>"_s));
 

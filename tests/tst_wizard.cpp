@@ -464,7 +464,7 @@ void tst_wizard::migratesAndReports()
 
     QCOMPARE(clsRegAccess(world.registry).mstrGetDesPath(u"Source"_s), "C:\\Old\\plant.mdb"_L1);
     QCOMPARE(world.processes.started,
-             QStringList{u"qv_dbtoxml|--database=C:\\Old\\plant.mdb|--mode=1|"
+             QStringList{u"C:\\Client\\Bin\\qv_dbtoxml.exe|--database=C:\\Old\\plant.mdb|--mode=1|"
                          "--target=S:\\Docs\\Plant|--name=Plant|--id=P01|--language=ENU"_s});
     QPointer report = wizard.form->findChild<MigrationReportDialog *>();
     QVERIFY2(report, qPrintable(world.messages.shown.join(u'\n')));

@@ -27,7 +27,7 @@ struct ConversionProblem
 /// How a conversion ended.
 enum class ConversionEnd {
     Done,
-    Refused,        ///< no legacy book set, or the target is in use; nothing was written
+    Refused,        ///< no legacy book set, or file or target is in use; nothing was written
     Damaged,        ///< cannot be read; nothing was written
     PartlyReadable, ///< some rows cannot be read whole; nothing was written, `problems` has them
     Failed,         ///< a file cannot be written, or the converter died; nothing is left

@@ -43,16 +43,16 @@ void checkVersion(const QString &path, char version)
                advice);
 }
 
-/// Its size. Raises EarlyEnd unless the file begins as a database and consists of whole pages.
-qint64 checkFile(FileSystem &files, const QString &path)
+/// What it is. Raises EarlyEnd unless the file begins as a database and consists of whole pages.
+FileStatus checkFile(FileSystem &files, const QString &path)
 {
-    const FileKind kind = files.status(path).kind;
-    if (kind == FileKind::Missing)
+    const FileStatus status = files.status(path);
+    if (status.kind == FileKind::Missing)
         refuse(path, u"is not there"_s);
-    if (kind != FileKind::File)
+    if (status.kind != FileKind::File)
         refuse(path, u"is a folder, a link or a device, and no file of its own"_s);
     const auto file = files.openFile(path);
-    if (file->size() == 0)
+    if (status.size == 0)
         refuse(path, u"is empty"_s);
     QByteArray head(versionPlace + 1, '\0');
     file->read(0, head.data(), head.size());
@@ -61,9 +61,9 @@ qint64 checkFile(FileSystem &files, const QString &path)
         && mark != QByteArray("\0\1\0\0Standard ACE DB\0", versionPlace))
         refuse(path, u"is no database"_s);
     checkVersion(path, head.back());
-    if (file->size() % pageSize != 0)
+    if (status.size % pageSize != 0)
         throw damagedFile(path, u"it ends in the middle of a page, so a piece of it is missing"_s);
-    return file->size();
+    return status;
 }
 
 /// What would make the library look for the file elsewhere (and hang), or print its data otherwise.
@@ -82,8 +82,9 @@ bool isAuthors(qint64 type, qint64 flags)
 } // namespace
 
 DatabaseFile::DatabaseFile(FileSystem &files, const QString &path)
-    : m_path(path)
-    , m_size(checkFile(files, path))
+    : m_files(files)
+    , m_path(path)
+    , m_status(checkFile(files, path))
 {
     forgetSettings();
     m_handle.reset(mdb_open(files.nativePath(path).toLocal8Bit().constData(), MDB_NOFLAGS));
@@ -102,16 +103,25 @@ const DatabaseFile::Entry *DatabaseFile::find(QLatin1StringView name) const
 
 std::unique_ptr<DatabaseTable> DatabaseFile::open(const Entry &entry) const
 {
-    auto table = std::make_unique<DatabaseTable>(m_handle.get(), m_size, entry.page);
+    auto table = std::make_unique<DatabaseTable>(m_handle.get(), m_status.size, entry.page);
     if (!table->isReadable())
         throw damagedFile(m_path, u"its table %1 cannot be read"_s.arg(entry.name));
     return table;
 }
 
+void DatabaseFile::requireUnchanged() const
+{
+    const FileStatus now = m_files.status(m_path);
+    if (now.size != m_status.size || now.modified != m_status.modified)
+        refuse(m_path,
+               u"was changed by another program while it was read, so nothing was created"_s,
+               u"Close it there, then migrate it again."_s);
+}
+
 // "MSysObjects" is read as the ordinary table that it is.
 void DatabaseFile::readEntries()
 {
-    DatabaseTable objects(m_handle.get(), m_size, catalogPage);
+    DatabaseTable objects(m_handle.get(), m_status.size, catalogPage);
     if (!objects.isReadable())
         raiseWithoutTables(m_path);
     const int type = objects.column("Type"_L1), flags = objects.column("Flags"_L1);

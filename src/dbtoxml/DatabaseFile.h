@@ -28,6 +28,9 @@ public:
     [[nodiscard]] const QString &path() const { return m_path; }
     /// The author's table of that name without regard to case; null when there is none.
     [[nodiscard]] const Entry *find(QLatin1StringView name) const;
+    /// Raises EarlyEnd when somebody has written into the file since it was opened: what was read
+    /// may be of two states.
+    void requireUnchanged() const;
     /// Entries of the list of tables that cannot be read: there may be more tables.
     [[nodiscard]] qint64 missingEntries() const { return m_missing; }
     /// Raises EarlyEnd when its definition cannot be read. One table at a time: the library reads
@@ -38,8 +41,9 @@ private:
     void readEntries();
     [[nodiscard]] Entry entryOf(const DatabaseTable &objects) const;
 
+    FileSystem &m_files;
     QString m_path;
-    qint64 m_size = 0;
+    FileStatus m_status; ///< when it was opened
     std::unique_ptr<MdbHandle, decltype(&mdb_close)> m_handle{nullptr, &mdb_close};
     QList<Entry> m_entries;
     qint64 m_missing = 0;

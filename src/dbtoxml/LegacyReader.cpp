@@ -133,13 +133,9 @@ LegacyLink linkOf(LegacyTableReader &table)
 
 LegacyProject firstOf(const QList<LegacyProject> &projects, LegacyFindings &findings)
 {
-    const QString table = LegacySchema::project.name;
-    if (projects.isEmpty())
-        findings.odd.append(
-            {table, {}, u"It has no row; what the new project was given is all there is."_s});
     if (projects.size() > 1)
         findings.odd.append(
-            {table, u"row 2"_s,
+            {LegacySchema::project.name, u"row 2"_s,
              u"It has %1 rows; only the first one was taken."_s.arg(projects.size())});
     return projects.value(0);
 }
@@ -157,7 +153,9 @@ LegacyBookSet readBookSet(const DatabaseFile &file, LegacyFindings &findings,
                                  "missing."_s.arg(file.missingEntries())});
     Reader reader(file, findings, progress);
     LegacyBookSet set;
-    set.project = firstOf(reader.rows(LegacySchema::project, projectOf), findings);
+    const QList<LegacyProject> projects = reader.rows(LegacySchema::project, projectOf);
+    set.project = firstOf(projects, findings);
+    set.projectRows = projects.size();
     set.books = reader.rows(LegacySchema::books, bookOf);
     set.bookCategories = reader.rows(LegacySchema::bookCategories, bookCategoryOf);
     set.pages = reader.rows(LegacySchema::pages, pageOf);

@@ -73,8 +73,9 @@ public:
         set.problems = findings.damaged + findings.odd;
         StoredContents contents(database, set);
         if (mayGoOn(findings.damaged))
-            return write(set, contents, progress.piece(1, 2));
-        readToEnd(contents);
+            return write(database, set, contents, progress);
+        readToEnd(contents, progress.piece(1, 2));
+        database.requireUnchanged();
         return partlyReadable(findings.damaged + contents.damaged());
     }
 
@@ -85,11 +86,12 @@ private:
     }
 
     // So that the author hears of all that is damaged.
-    static void readToEnd(StoredContents &contents)
+    static void readToEnd(StoredContents &contents, const Progress &progress)
     {
-        contents.pages([](qsizetype, const auto &) {});
-        contents.globalPages([](qsizetype, const auto &) {});
-        contents.images([](qsizetype, const auto &) {});
+        const auto pass = [&](qsizetype, const auto &) { progress.step(0, 1); };
+        contents.pages(pass);
+        contents.globalPages(pass);
+        contents.images(pass);
     }
 
     [[nodiscard]] ConversionReport partlyReadable(const QList<ConversionProblem> &damaged) const
@@ -107,15 +109,16 @@ private:
                 .problems = damaged};
     }
 
-    ConversionReport write(const LegacyBookSet &set, StoredContents &contents,
-                           const Progress &progress)
+    ConversionReport write(const DatabaseFile &database, const LegacyBookSet &set,
+                           StoredContents &contents, const Progress &progress)
     {
         const NameClaim claim(m_files, m_order.targetFolder);
         GrowingFolder folder(m_files, m_order.targetFolder);
         requireFreePlace(folder);
         ConversionReport report;
         try {
-            report = grow(folder, set, contents, progress);
+            report = grow(folder, set, contents, progress.piece(1, 2));
+            database.requireUnchanged();
             if (!mayGoOn(contents.damaged())) {
                 folder.discard();
                 return partlyReadable(contents.damaged());

@@ -21,8 +21,9 @@ Progress OutputLines::progress()
     const auto tell = [this](int done, int total, const QString &what) {
         if (isAskedToEnd != 0)
             m_stop.request_stop();
-        constexpr qint64 pause = 50; // milliseconds
-        if (m_sinceStep.isValid() && !m_sinceStep.hasExpired(pause))
+        constexpr qint64 pause = 50;    // milliseconds
+        const bool isLong = total == 0; // nothing else may come for a while
+        if (!isLong && m_sinceStep.isValid() && !m_sinceStep.hasExpired(pause))
             return;
         m_sinceStep.start();
         write(ConversionLines::progress(done, total, what));

@@ -12,7 +12,7 @@ class OutputLines final
 public:
     OutputLines();
 
-    /// Tells at most some twenty steps a second.
+    /// Tells at most some twenty steps a second, and each that says no total.
     [[nodiscard]] Progress progress();
     /// The last lines.
     void say(const ConversionReport &report);

@@ -61,11 +61,11 @@ void GrowingFolder::leaveInPlace()
 
 void GrowingFolder::discard()
 {
-    trap([](const QvError &) {}, // what stopped the work is told
-         [this] {
-             if (m_files.exists(path()))
-                 deleteTree(m_files, path());
-             if (!m_isInPlace && !m_wasThere)
-                 m_files.removeFolder(m_place);
-         });
+    const auto asFarAsItGoes = [](const QvError &) {}; // what stopped the work is told
+    trap(asFarAsItGoes, [this] {
+        if (m_files.exists(path()))
+            deleteTree(m_files, path());
+    });
+    if (!m_isInPlace && !m_wasThere)
+        trap(asFarAsItGoes, [this] { m_files.removeFolder(m_place); });
 }

@@ -34,6 +34,7 @@ public:
     IdentifierLists(const BuildInput &input, const ScannedPages &pages)
         : m_start(input.project + u'\\')
     {
+        m_links.project = input.project;
         for (const PublishedTarget &target : publishedTargets(input, pages))
             take(target);
         for (const AskedIdentifier &asked : askedIdentifiers(pages))

@@ -124,9 +124,12 @@ private:
     bool stays(const pugi::xml_node &entry)
     {
         const QString identifier = linkIdentifier(textOf(entry.child(identifierName)));
-        const QString path = textOf(entry.child(m_names.path)).trimmed();
+        const bool isMigrated = textOf(entry.child("Origin")) == "Migrated"_L1;
+        const QString written = textOf(entry.child(m_names.path)).trimmed();
+        const QString path = isMigrated ? ownPath(written) : written;
         const auto known = m_entries.find({identifier, path});
-        if (known == m_entries.end() && !m_unread.hold(path) && !isMigrated(entry, path))
+        if (known == m_entries.end() && !m_unread.hold(path)
+            && !(isMigrated && isPlaceThere(path, m_links)))
             return false;
         pugi::xml_node &old =
             known == m_entries.end() ? m_entries[{identifier, path}] : known->second;
@@ -135,9 +138,10 @@ private:
         return true;
     }
 
-    [[nodiscard]] bool isMigrated(const pugi::xml_node &entry, const QString &path) const
+    // That of a copied project still begins with the project it was copied from.
+    [[nodiscard]] QString ownPath(const QString &path) const
     {
-        return textOf(entry.child("Origin")) == "Migrated"_L1 && isPlaceThere(path, m_links);
+        return m_links.project + path.sliced(std::max<qsizetype>(0, path.indexOf(u'\\')));
     }
 
     const SectionNames &m_names;

@@ -19,6 +19,7 @@ struct LinkEntry
 /// What a project says now.
 struct ProjectLinks
 {
+    QString project; ///< the folder with which its own paths begin, without backslash
     QList<LinkEntry> targets, references;
     /// Pages and folders (relative to Docs, the latter with backslash) that could not be read, so
     /// that what the file has of them stays.

@@ -11,7 +11,8 @@
 #include <optional>
 
 // The rows of a legacy book set as they stand in its database, in the order in which they lie
-// there. `row` counts them from 1; texts that are null are empty; numbers may be missing.
+// there. `row` counts them from 1; texts that are null are empty, the others one line without
+// control characters and halves of characters; numbers may be missing.
 
 struct LegacyProject
 {
@@ -93,6 +94,7 @@ struct LegacyLink
 struct LegacyBookSet
 {
     LegacyProject project;
+    qsizetype projectRows = 1; ///< of which it is the first
     QList<LegacyBook> books;
     QList<LegacyBookCategory> bookCategories;
     QList<LegacyPage> pages;
@@ -106,7 +108,7 @@ struct LegacyBookSet
 };
 
 /// What pages and images hold, one after the other in the order of their rows; nothing where the
-/// database has null. `at` is the place in the list of `LegacyBookSet`.
+/// database has null. Texts are valid UTF-16. `at` is the place in the list of `LegacyBookSet`.
 class LegacyContents
 {
 public:

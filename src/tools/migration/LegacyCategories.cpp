@@ -5,7 +5,6 @@
 #include <QSet>
 
 #include <algorithm>
-#include <limits>
 
 using namespace Qt::StringLiterals;
 

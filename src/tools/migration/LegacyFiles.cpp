@@ -6,7 +6,6 @@
 #include "tools/html/HtmlScan.h"
 #include "tools/migration/LegacyLinks.h"
 #include "tools/migration/LegacyRows.h"
-#include "tools/migration/LegacyTexts.h"
 
 #include <algorithm>
 
@@ -14,24 +13,23 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+constexpr auto freshFolder = ".fresh"_L1; // no file of the project begins with a dot
+
 bool isAscii(const QString &text)
 {
     constexpr char16_t last = 0x7F;
     return std::all_of(text.cbegin(), text.cend(), [](QChar c) { return c.unicode() <= last; });
 }
 
-/// With the replacement character for halves of characters.
-QString withoutHalves(QString text)
+/// A title out of a page as the project's files can hold it.
+QString cleanTitle(QString title)
 {
-    for (qsizetype at = 0; at < text.size(); ++at) {
-        const bool isPair = text.at(at).isHighSurrogate() && at + 1 < text.size()
-                            && text.at(at + 1).isLowSurrogate();
-        if (isPair)
-            ++at;
-        else if (text.at(at).isSurrogate())
-            text[at] = QChar(QChar::ReplacementCharacter);
+    constexpr char16_t firstPrintable = 0x20, firstNoncharacter = 0xFFFE;
+    for (QChar &c : title) {
+        if (c.unicode() < firstPrintable || c.unicode() >= firstNoncharacter)
+            c = u' ';
     }
-    return text;
+    return title;
 }
 
 /// The ending for a file that has no name, as its first bytes tell.
@@ -75,6 +73,7 @@ LegacyFiles::LegacyFiles(FileSystem &files, Where where, const LegacyBookSet &se
 
 void LegacyFiles::write(LegacyContents &contents, FreePlaces &free, const Progress &progress)
 {
+    m_files.makeFolder(m_where.folder + freshFolder);
     contents.pages([&](qsizetype at, const std::optional<QString> &html) {
         const LegacyPage &page = m_set.pages.at(at);
         const PlacedFile &file = m_places.pages.at(at);
@@ -92,6 +91,7 @@ void LegacyFiles::write(LegacyContents &contents, FreePlaces &free, const Progre
         step(progress, m_places.images.at(at).now);
         writeImage(at, data, free);
     });
+    m_files.removeFolder(m_where.folder + freshFolder);
     m_notes.count(LegacyTable::pages, m_set.pages.size());
     m_notes.count(LegacyTable::globalPages, m_set.globalPages.size());
     m_notes.count(LegacyTable::images, m_set.images.size(), m_imagesLost);
@@ -120,7 +120,7 @@ QString LegacyFiles::titleOf(const Page &page, const QString &html)
 {
     if (!page.title.trimmed().isEmpty())
         return page.title;
-    QString title = cleanText(scanHtml(html).title);
+    QString title = cleanTitle(scanHtml(html).title);
     if (title.isEmpty())
         title = lastComponent(page.file.now);
     m_notes.add(page.table, page.row, u"It has no title; it is called \"%1\"."_s.arg(title));
@@ -130,12 +130,6 @@ QString LegacyFiles::titleOf(const Page &page, const QString &html)
 QByteArray LegacyFiles::bytesOf(const Page &page, const QString &html)
 {
     PageText text = inUtf8(LinkFollower(m_places.old, page.file).page(html));
-    if (!text.text.isValidUtf16()) {
-        text.text = withoutHalves(text.text);
-        m_notes.add(page.table, page.row,
-                    u"Its text holds halves of characters; replacement characters stand in "
-                    "their place."_s);
-    }
     if (isAscii(text.text) || text.text.startsWith(QChar(QChar::ByteOrderMark)))
         text.encoding.mark = false;
     return encodePage(text.text, text.encoding);
@@ -170,10 +164,14 @@ QByteArray LegacyFiles::followedSheet(const PlacedFile &sheet, const QByteArray 
     return encodePage(followed, css.encoding);
 }
 
+// Its name is free. In a folder of thousands, looking for others like it, as replacing a file does,
+// would take longer than all the rest; in a folder of its own it takes no time.
 void LegacyFiles::put(const QString &path, const QByteArray &bytes)
 {
     makeFolder(withoutBackslash(parentFolder(path)));
-    m_files.replaceFile(m_where.folder + path, bytes);
+    const QString fresh = m_where.folder + freshFolder + u"\\file"_s;
+    m_files.replaceFile(fresh, bytes);
+    m_files.move(fresh, m_where.folder + path, NameCheck::Exact);
 }
 
 void LegacyFiles::makeFolder(const QString &folder)

@@ -1,7 +1,6 @@
 #include "tools/migration/LegacyNavigation.h"
 
 #include "tools/migration/LegacyRows.h"
-#include "tools/migration/LegacyTexts.h"
 
 #include <limits>
 
@@ -144,11 +143,11 @@ private:
         const MovedPlace *whole = find(node.target);
         const bool hasAnchor = hash >= 0 && !whole;
         const QString file = hasAnchor ? node.target.first(hash) : node.target;
-        const QString anchor = hasAnchor ? cleanText(node.target.sliced(hash + 1)) : QString();
+        const QString anchor = hasAnchor ? node.target.sliced(hash + 1) : QString();
         if (const auto key = m_outlines.keyOf(whole ? whole : find(file)))
             return {key->book, key->page, title, anchor};
         note(node, u"It leads to \"%1\", which is no page of the project."_s.arg(node.target));
-        return {{}, cleanText(file), title, anchor};
+        return {{}, file, title, anchor};
     }
 
     [[nodiscard]] const MovedPlace *find(const QString &target) const

@@ -4,6 +4,7 @@
 
 #include <QStringList>
 
+#include <algorithm>
 #include <tuple>
 
 using namespace Qt::StringLiterals;
@@ -41,7 +42,16 @@ void OldPlaces::add(const MovedPlace &place)
     if (place.before.isEmpty())
         return;
     m_anyMoved = m_anyMoved || place.before != place.now;
-    m_byFolded[place.before.toCaseFolded()].append(m_places.size());
+    QList<qsizetype> &alike = m_byFolded[place.before.toCaseFolded()];
+    const auto hidesIt = [&](qsizetype at) {
+        const MovedPlace &other = m_places.at(at);
+        return other.before == place.before && other.family == place.family
+               && (other.kind == MovedPlace::Kind::Folder)
+                      == (place.kind == MovedPlace::Kind::Folder);
+    };
+    if (std::any_of(alike.cbegin(), alike.cend(), hidesIt)) // the first is always the better one
+        return;
+    alike.append(m_places.size());
     m_places.append(place);
     addFolder(place);
 }

@@ -11,7 +11,6 @@
 #include "tools/migration/LegacyLinkFile.h"
 #include "tools/migration/LegacyNavigation.h"
 #include "tools/migration/LegacyRows.h"
-#include "tools/migration/LegacyTexts.h"
 #include "tools/migration/LegacyWords.h"
 #include "tools/migration/MigratedToc.h"
 #include "tools/migration/MigrationLog.h"
@@ -66,7 +65,7 @@ public:
         , m_files(files, m_folder, project.folder)
         , m_clock(clock)
         , m_locale(locale)
-        , m_set(withCleanTexts(set, m_notes))
+        , m_set(set)
         , m_places(placeFiles(m_set, m_free, m_notes))
         , m_outlines(m_set, m_places, m_notes)
     {
@@ -156,7 +155,8 @@ private:
         const MigratedHeader header = migratedHeader(m_set.project, m_project, m_clock, m_locale);
         for (const QString &problem : header.problems)
             m_notes.add(LegacyTable::project, {}, problem);
-        m_notes.count(LegacyTable::project, header.isThere ? 1 : 0);
+        m_notes.count(LegacyTable::project, m_set.projectRows,
+                      m_set.projectRows - (header.isThere ? 1 : 0));
         return header.header;
     }
 
@@ -176,7 +176,7 @@ private:
     Clock &m_clock;
     SystemLocale &m_locale;
     FreePlaces m_free;
-    const LegacyBookSet m_set;
+    const LegacyBookSet &m_set;
     const LegacyPlaces m_places;
     const LegacyOutlines m_outlines;
 };
