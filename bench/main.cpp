@@ -32,6 +32,8 @@
 //                                        turn with plainly rewriting the 500
 //   bench check FOLDER [THREADS]         reads all pages below a folder and checks their quality
 //   bench pack SERVER PROJECT [THREADS]  makes the packed copy
+//   bench viewer SERVER                  start to the help viewer open
+//   bench viewing SERVER PROJECT QUESTION  types a question there; how long each letter takes
 //   bench packplan SERVER PROJECT        compares the project with its packed copy
 // SERVER and FOLDER are native paths.
 
@@ -42,6 +44,7 @@
 #include "PageJobs.h"
 #include "ProjectJobs.h"
 #include "ScanJobs.h"
+#include "ViewerJobs.h"
 #include "Windows.h"
 #include "WordJobs.h"
 
@@ -198,6 +201,7 @@ int main(int argc, char *argv[])
     jobs += wordJobs();
     jobs += checkJobs();
     jobs += buildJobs();
+    jobs += viewerJobs();
     for (const Job &job : jobs) {
         if (argc < 2 || QLatin1StringView(argv[1]) != job.name || argc < 2 + job.arguments)
             continue;

@@ -9,7 +9,7 @@ set -euo pipefail
 [ $# -ge 1 ] && [ -f "$1/installations/pair.py" ] || { say "usage: measure.sh TOOLS_FOLDER [JOB]..."; exit 64; }
 tools=$(cd "$1/installations" && pwd)
 shift
-[ $# -gt 0 ] || set -- launcher second open pages blocked copy rewrite import links rows tables catalogue delete index finding scanning packing words linkcheck checking building typing renaming migrating
+[ $# -gt 0 ] || set -- launcher second open pages blocked copy rewrite import links rows tables catalogue delete index finding scanning packing words linkcheck checking building viewing typing renaming migrating
 configure_and_build release bench driver qv_tour quovane-developer qvdeveloper peer_dialog peer_empty
 bin=$root/build/release/bin
 work=$(mktemp -d "${MEASURE_DIR:-/dev/shm}/measure-XXXXXX")
@@ -245,6 +245,17 @@ building() {
     echo "== again after 1 % of the pages changed against the first build, 2 threads"
     pair "while read -r page; do echo '<!-- changed -->' >>\"\$page\"; done <$some; $bin/bench build $dir 2 all" \
         "$anew; $bin/bench build $dir 2 all"
+}
+viewing() {
+    make_server "$work/V2600" --projects 1 --books 26 --pages 100 --ibd 0 --ibs 0 --plain-names
+    make_server "$work/V50" --projects 50 --books 2 --pages 10 --ibd 10 --ibs 10
+    local name
+    name=$(name_of "$work/V2600")
+    echo "== the viewer on 50 book sets against a plain dialog"
+    pair "$bin/bench viewer $work/V50" "$bin/peer_dialog"
+    "$bin/bench" words "$work/V2600/Docs/$name" 2
+    echo "== each key stroke of a search in a built set"
+    "$bin/bench" viewing "$work/V2600" "$name" "vobe common guide 26"
 }
 typing() {
     local length

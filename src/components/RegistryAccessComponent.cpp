@@ -5,12 +5,6 @@
 
 using namespace Qt::StringLiterals;
 
-namespace {
-
-constexpr auto serverValue = "QVServer"_L1;
-
-} // namespace
-
 RegistryAccessComponent::RegistryAccessComponent(Registry &registry)
     : m_registry(registry)
 {

@@ -7,6 +7,8 @@
 class RegistryAccessComponent final : public RegistryAccess
 {
 public:
+    static constexpr QLatin1StringView serverValue{"QVServer"};
+
     explicit RegistryAccessComponent(Registry &registry);
 
     void SetValueName(Hive hive, const QString &key, const QString &valueName,

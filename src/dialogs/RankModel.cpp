@@ -1,7 +1,6 @@
 #include "dialogs/RankModel.h"
 
 #include "catalogue/ProjectCatalogue.h"
-#include "platform/SystemLocale.h"
 #include "resources/Texts.h"
 
 #include <QBrush>
@@ -10,17 +9,6 @@
 #include <QTextDocument>
 
 using namespace Qt::StringLiterals;
-
-std::optional<int> rankIn(const QString &text, SystemLocale &locale)
-{
-    if (text.contains(u'.') || text.contains(u',') || !locale.isNumeric(text))
-        return std::nullopt;
-    bool ok = false;
-    const double value = text.toDouble(&ok); // "1e3" is numeric too
-    if (!ok || !(value >= 1 && value < 32001))
-        return std::nullopt;
-    return static_cast<int>(value);
-}
 
 RankModel::Row RankModel::rowOf(const QString &entry)
 {

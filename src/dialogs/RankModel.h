@@ -1,13 +1,10 @@
 #pragma once
 
+#include "catalogue/RankRule.h"
+
 #include <QAbstractTableModel>
 
-#include <optional>
-
 class SystemLocale;
-
-/// The rank that a text stands for: a whole number from 1 to 32000, without "." and ",".
-std::optional<int> rankIn(const QString &text, SystemLocale &locale);
 
 /// The book sets of the catalogue with their ranks as the author left them, valid or not.
 class RankModel final : public QAbstractTableModel

@@ -52,7 +52,6 @@ private:
     [[nodiscard]] ReportHead head() const;
     [[nodiscard]] QByteArray content(const QString &file, const ReportHead &head,
                                      const Progress &progress) const;
-    [[nodiscard]] QString urlOf(const QString &page) const;
     void saySaved(const QString &file);
 
     bool runUntilStopped(const QString &caption, const std::function<void(const Progress &)> &work);

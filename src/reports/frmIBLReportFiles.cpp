@@ -5,12 +5,11 @@
 #include "platform/FileSystem.h"
 #include "platform/Paths.h"
 #include "platform/SystemLocale.h"
+#include "reports/LocalLinks.h"
 #include "resources/Texts.h"
 #include "ui_frmIBLReport.h"
 
-#include <QHash>
 #include <QScopeGuard>
-#include <QUrl>
 
 using namespace Qt::StringLiterals;
 
@@ -18,13 +17,6 @@ namespace {
 
 constexpr auto saveFilter =
     "Text(*.txt)|*.txt|CSV(*.csv)|*.csv|Web page(*.html;*.htm)|*.html;*.htm"_L1;
-
-QString fragmentOf(const LinkedPage &page)
-{
-    if (page.anchor.isEmpty())
-        return {};
-    return u'#' + QString::fromLatin1(QUrl::toPercentEncoding(page.anchor, "!$&'()*+,;=:@/?%"));
-}
 
 } // namespace
 
@@ -126,27 +118,9 @@ QByteArray frmIBLReport::content(const QString &file, const ReportHead &head,
         return reportCsv(list, progress);
     if (ending != "html"_L1 && ending != "htm"_L1)
         return reportText(list, progress);
-    QHash<QString, QString> urls; // many links lead to one page
-    const auto link = [&](const QString &address) -> QString {
-        const auto page = pageOf(address, list.links.docs(), m_kind == IBD);
-        if (!page)
-            return {};
-        if (!urls.contains(page->path))
-            urls.insert(page->path, urlOf(page->path));
-        const QString url = urls.value(page->path);
-        return url.isEmpty() ? url : url + fragmentOf(*page);
-    };
+    LocalLinks local(m_program.files, list.links, m_kind == IBD);
+    const auto link = [&](const QString &address) { return local.urlOf(address); };
     return reportHtml(list, head, link, progress);
-}
-
-/// The URL of a page on this machine; "" for a name that can be no file here.
-QString frmIBLReport::urlOf(const QString &page) const
-{
-    return trap([](const QvError &) {}, // it is listed all the same
-                [&] {
-                    const QUrl url = QUrl::fromLocalFile(m_program.files.nativePath(page));
-                    return url.toString(QUrl::FullyEncoded);
-                });
 }
 
 void frmIBLReport::saySaved(const QString &file)

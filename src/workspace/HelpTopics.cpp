@@ -38,3 +38,11 @@ QString helpTopicOf(const QWidget *focused)
     }
     return whatToDoTopic;
 }
+
+QStringList helpTopics()
+{
+    QStringList topics{whatToDoTopic};
+    for (const QString &title : titles())
+        topics.append(guide + title);
+    return topics;
+}

@@ -28,21 +28,6 @@ QString shown(std::chrono::milliseconds time)
     return u"%1:%2"_s.arg(seconds / 60).arg(static_cast<int>(seconds % 60), 2, 10, QChar(u'0'));
 }
 
-QString worded(const BuildEnd &end)
-{
-    using Page = BuildRunPage;
-    if (end.stopped)
-        return Page::tr("Stopped. What had run to its end is done; the rest is as it was.");
-    if (end.outdated)
-        return Page::tr("The project was edited while it was built, so the derived data may not "
-                        "show it. Go back and build again.");
-    if (!end.problem.isEmpty())
-        return end.problem;
-    if (end.success)
-        return Page::tr("The build is done.");
-    return Page::tr("The build is not complete: a tool failed, or another one still must run.");
-}
-
 } // namespace
 
 BuildRunPage::BuildRunPage(Program &program, QWidget *parent)

@@ -4,6 +4,7 @@
 #include "catalogue/StatusIndicators.h"
 #include "platform/Clock.h"
 #include "platform/Paths.h"
+#include "tools/build/BuildLock.h"
 
 #include <algorithm>
 
@@ -47,6 +48,24 @@ void BuiltProject::release(Program &program) const
 {
     Session session = m_session;
     ProjectCatalogue(session, program.files).release(name(), program.clock.now().date());
+}
+
+PackPlan BuiltProject::planPack(FileSystem &files, const PackOptions &options,
+                                const Progress &progress) const
+{
+    Session session = m_session;
+    const BuildInput input = readBuildInput(session, files, name(), language(files), progress);
+    const auto listing = ProjectListing::read(files, input.folder, progress);
+    return ::planPack(files, input, listing, options, progress);
+}
+
+PackResult BuiltProject::pack(FileSystem &files, const PackOptions &options,
+                              const Progress &progress) const
+{
+    Session session = m_session;
+    const auto lock = lockBuild(files, folder());
+    const BuildInput input = readBuildInput(session, files, name(), language(files), progress);
+    return packProject(files, input, options, progress);
 }
 
 std::optional<BuiltProject::Lights> BuiltProject::lights(Program &program) const

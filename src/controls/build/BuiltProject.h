@@ -3,6 +3,7 @@
 #include "startup/Program.h"
 #include "startup/Session.h"
 #include "tools/build/BuildPlan.h"
+#include "tools/pack/PackProject.h"
 
 #include <QString>
 
@@ -28,6 +29,11 @@ public:
     /// The day on which the set was released, as stored; "" when it is not. Raises as the list.
     [[nodiscard]] QString released(FileSystem &files) const;
     void release(Program &program) const;
+    /// What the next pack would hold. Raises as `readBuildInput`.
+    PackPlan planPack(FileSystem &files, const PackOptions &options,
+                      const Progress &progress) const;
+    /// Packs it while nobody else builds it. Raises as `packProject`, and 70 while somebody does.
+    PackResult pack(FileSystem &files, const PackOptions &options, const Progress &progress) const;
 
     using Lights = std::array<std::optional<qint64>, 4>;
     /// In the order of `BuildTool`; nothing when the status file is missing or cannot be read.

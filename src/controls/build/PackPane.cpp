@@ -7,7 +7,6 @@
 #include "platform/Progress.h"
 #include "platform/QvError.h"
 #include "resources/Counted.h"
-#include "tools/build/BuildLock.h"
 
 #include <QCheckBox>
 #include <QHBoxLayout>
@@ -239,12 +238,8 @@ void PackPane::workOut(const BuiltProject &project, const PackOptions &options,
                        const Progress &progress)
 {
     FileSystem &files = m_program.files;
-    Session session = project.session();
-    const BuildInput input =
-        readBuildInput(session, files, project.name(), project.language(files), progress);
-    const auto listing = ProjectListing::read(files, input.folder, progress);
-    const Planned planned{planPack(files, input, listing, options, progress),
-                          project.released(files), project.isBuilt(m_program)};
+    const Planned planned{project.planPack(files, options, progress), project.released(files),
+                          project.isBuilt(m_program)};
     m_planning.tell([this, planned] { showPlanned(planned); });
 }
 
@@ -291,11 +286,7 @@ void PackPane::pack()
     prgPack->setRange(0, 0);
     lblPacked->setText(tr("Packing..."));
     m_packing.start([this, project = m_project, chosen = options()](const Progress &progress) {
-        Session session = project.session();
-        const auto lock = lockBuild(m_program.files, project.folder());
-        const BuildInput input = readBuildInput(session, m_program.files, project.name(),
-                                                project.language(m_program.files), progress);
-        const PackResult result = packProject(m_program.files, input, chosen, progress);
+        const PackResult result = project.pack(m_program.files, chosen, progress);
         m_packing.tell([this, result] { showPacked(result); });
     });
     offerPacking();

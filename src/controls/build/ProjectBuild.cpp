@@ -24,6 +24,21 @@ std::optional<BuildTool> toolOf(BuildStage stage)
 
 } // namespace
 
+QString worded(const BuildEnd &end)
+{
+    if (end.stopped)
+        return ProjectBuild::tr("Stopped. What had run to its end is done; the rest is as it was.");
+    if (end.outdated)
+        return ProjectBuild::tr("The project was edited while it was built, so the derived data "
+                                "may not show it. Go back and build again.");
+    if (!end.problem.isEmpty())
+        return end.problem;
+    if (end.success)
+        return ProjectBuild::tr("The build is done.");
+    return ProjectBuild::tr(
+        "The build is not complete: a tool failed, or another one still must run.");
+}
+
 ProjectBuild::ProjectBuild(Program &program, QObject *parent)
     : QObject(parent)
     , m_program(program)

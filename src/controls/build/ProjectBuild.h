@@ -13,6 +13,8 @@ struct BuildEnd
     bool outdated = false; ///< the project was edited meanwhile
     QString problem = {};  ///< why it ended early, or what could not be noted
 };
+/// The same in a sentence or two.
+QString worded(const BuildEnd &end);
 
 /// Builds a project in the background and keeps the lights of its status file in step: each tool's
 /// is set when it has run.

@@ -1,9 +1,9 @@
 #include "controls/pages/PreviewDocument.h"
 
-#include "platform/FileSystem.h"
 #include "platform/Paths.h"
 #include "platform/QvError.h"
 #include "startup/PageText.h"
+#include "tools/FileBelow.h"
 #include "tools/PageReference.h"
 
 #include <QBuffer>
@@ -117,19 +117,8 @@ std::optional<QByteArray> PreviewDocument::readFile(const QUrl &reference) const
     if (!file || m_projectFolder.isEmpty())
         return std::nullopt;
     const auto unreadable = [](const QvError &) {};
-    return trap(unreadable, [&]() -> std::optional<QByteArray> {
-        FileStatus status = m_files.status(withoutBackslash(m_projectFolder));
-        QString path = m_projectFolder;
-        for (const QString &piece : file->split(u'\\')) {
-            if (status.kind != FileKind::Folder) // links lead out of the project
-                return std::nullopt;
-            path = withBackslash(path) + piece;
-            status = m_files.status(path);
-        }
-        if (status.kind != FileKind::File || status.size > largestFile)
-            return std::nullopt;
-        return m_files.readFile(path);
-    });
+    return trap(unreadable,
+                [&] { return readFileBelow(m_files, m_projectFolder, *file, largestFile); });
 }
 
 QImage PreviewDocument::picture(const QByteArray &bytes)

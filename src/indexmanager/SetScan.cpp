@@ -1,0 +1,86 @@
+#include "indexmanager/SetScan.h"
+
+#include "controls/build/BuiltProject.h"
+#include "platform/Paths.h"
+#include "platform/QvError.h"
+#include "tools/PageReference.h"
+#include "tools/build/BuildRun.h"
+#include "tools/build/ProjectListing.h"
+
+#include <algorithm>
+#include <optional>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+std::optional<qint64> timeOf(const ProjectListing &listing, const QString &path)
+{
+    using Match = ProjectListing::Match;
+    const auto found = listing.find(ProjectListing::listed(path));
+    if (found.match != Match::Exact && found.match != Match::OtherCase)
+        return std::nullopt;
+    return listing.files()[found.file].modified;
+}
+
+/// What the linking tool reads: pages, books, the list of books.
+bool isSource(const QString &path)
+{
+    const QString name = lastComponent(path);
+    return isPageName(name) || name.compare(ProjectFile::toc, Qt::CaseInsensitive) == 0
+           || (name.startsWith("Book_"_L1, Qt::CaseInsensitive)
+               && name.endsWith(".xml"_L1, Qt::CaseInsensitive)
+               && !path.startsWith("DynamicHelp\\"_L1, Qt::CaseInsensitive)
+               && !path.startsWith("QuickNav\\"_L1, Qt::CaseInsensitive));
+}
+
+SetScan compared(const ProjectListing &listing)
+{
+    const auto written = timeOf(listing, ProjectFile::links);
+    if (!written)
+        return {.state = ScanState::NeverScanned};
+    // The link file alone is also written when pages move; what the tool writes last says when it
+    // ran. Sets that came from elsewhere may not have it.
+    const qint64 scanned =
+        std::min(*written, timeOf(listing, resultOf(BuildTool::DocToDoc)).value_or(*written));
+    SetScan scan{.scanned = QDateTime::fromMSecsSinceEpoch(scanned, Qt::UTC)};
+    for (const ProjectListing::File &file : listing.files()) {
+        const QString path = ProjectListing::shown(file.path);
+        if (file.modified > scanned && isSource(path))
+            scan.newer.append(path);
+    }
+    if (!scan.newer.isEmpty())
+        scan.state = ScanState::Stale;
+    return scan;
+}
+
+} // namespace
+
+SetScan scanStateOf(FileSystem &files, const QString &serverPath, const QString &set,
+                    const Progress &progress)
+{
+    SetScan scan;
+    const auto failed = [&](const QvError &error) {
+        scan = {.state = ScanState::NoSet, .problem = error.description()};
+    };
+    trap(failed, [&] {
+        const QString folder = existingProjectFolder(files, serverPath, set);
+        scan = compared(ProjectListing::read(files, folder, progress));
+    });
+    return scan;
+}
+
+ToolReport scanAgain(Program &program, const QString &set, const Progress &progress)
+{
+    const BuiltProject project(program, set, {});
+    Session session = project.session();
+    bool isOutdated = false;
+    const BuildObserver observer{{}, {}, [&] { isOutdated = true; }};
+    const BuildOrder order{.tools = {BuildTool::DocToDoc}, .checks = CheckLevel::Off};
+    const BuildResult result = runBuild(session, program.files, set,
+                                        project.language(program.files), order, observer, progress);
+    const ToolReport report = result.of(BuildTool::DocToDoc).value();
+    project.setLight(program, BuildTool::DocToDoc,
+                     isOutdated ? Light::mustRun : lightOf(report.outcome));
+    return report;
+}

@@ -1,0 +1,77 @@
+#include "qvdev/ConsoleWorld.h"
+
+#include "platform/Paths.h"
+#include "platform/QvError.h"
+
+#include <QDir>
+
+using namespace Qt::StringLiterals;
+
+std::optional<QString> ConsoleSettings::value(Hive hive, const QString &key, const QString &name)
+{
+    const bool isServer =
+        !m_server.isEmpty() && hive == Hive::LocalMachine
+        && key.compare(RegistryKey::product, Qt::CaseInsensitive) == 0
+        && name.compare(RegistryAccessComponent::serverValue, Qt::CaseInsensitive) == 0;
+    return isServer ? m_server : m_stored.value(hive, key, name);
+}
+
+bool ConsoleSettings::setValue(Hive hive, const QString &key, const QString &name,
+                               const QString &value)
+{
+    return m_stored.setValue(hive, key, name, value);
+}
+
+ConsoleWorld::ConsoleWorld(bool asJson)
+    : output(asJson, progressLine)
+{
+}
+
+void ConsoleWorld::findServer(const QString &native)
+{
+    if (!native.isEmpty())
+        settings.setServer(withBackslash(productPath(native)));
+    const auto explain = [](const QvError &error) {
+        throw QvError(error.number(), {},
+                      error.description()
+                          + u". Start QV Developer once to choose it, or give --server DIR"_s);
+    };
+    session.serverPath = trap(explain, [&] { return parts.registryAccess.GetQVServer(); });
+    if (!files.folderExists(withoutBackslash(docsFolder(session.serverPath))))
+        throw QvError(PathNotFound, {},
+                      u"There is no folder Docs in %1, so it is not the folder of a Quovane "
+                      "server. Choose the folder that holds Docs"_s.arg(
+                          native.isEmpty() ? session.serverPath : native));
+}
+
+// What is meant by a relative path only the machine's own folders can say.
+QString ConsoleWorld::productPath(const QString &native)
+{
+    return files.productPath(QDir::cleanPath(QDir::current().absoluteFilePath(native)));
+}
+
+CatalogueEntry ConsoleWorld::project(const QString &name)
+{
+    for (const CatalogueEntry &entry : catalogue().entries()) {
+        if (entry.name == name && name != favourites)
+            return entry;
+    }
+    throw QvError(InvalidCall, {},
+                  u"There is no project \"%1\" in the list of projects. \"qvdev list\" shows "
+                  "them"_s.arg(name));
+}
+
+void ConsoleWorld::requireBuilt(const BuiltProject &built)
+{
+    if (!built.isBuilt(program))
+        throw QvError(InvalidCall, {},
+                      u"The project \"%1\" is not built as it is now. Build it, then release "
+                      "it"_s.arg(built.name()));
+}
+
+Progress ConsoleWorld::progress()
+{
+    return {
+        [this](int done, int total, const QString &what) { progressLine.show(done, total, what); },
+        stopSignals.token()};
+}

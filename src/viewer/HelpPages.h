@@ -1,0 +1,41 @@
+#pragma once
+
+#include "platform/FileSystem.h"
+
+#include <QList>
+#include <QString>
+
+struct HelpPage
+{
+    QString title;
+    QString file; ///< relative to the help folder
+};
+
+/// The product's own help: a folder of pages, of which "index.html" leads to all.
+class HelpPages final
+{
+public:
+    static constexpr QLatin1StringView start{"index.html"};
+
+    /// `folder` ends in a backslash; "" when the help is not installed.
+    HelpPages(FileSystem &files, QString folder);
+
+    [[nodiscard]] const QString &folder() const { return m_folder; }
+    /// The start page and those that it links to, in its order; read once. Raises 53 or 75 naming
+    /// the page.
+    [[nodiscard]] const QList<HelpPage> &pages();
+    /// The page of a topic path ("QVT@qv@qvdev_ug@qv@Preview"): the one whose title is the last
+    /// piece, without regard to case. The start page when there is none, or the topic is blank.
+    [[nodiscard]] QString pageFor(const QString &topic);
+
+private:
+    [[nodiscard]] QString textOf(const QString &file) const;
+
+    FileSystem &m_files;
+    QString m_folder;
+    QList<HelpPage> m_pages;
+};
+
+/// The folder of the help, with a backslash: the first with a start page among `named` (a native
+/// path, may be empty), "../share/quovane/help" and "help" beside the program. "" when none has.
+QString findHelpFolder(FileSystem &files, const QString &named, const QString &programFolder);
