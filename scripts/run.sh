@@ -27,7 +27,7 @@ elif [ -z "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ]; then
     say "There is no display, so here is the guided tour instead."
     tour
 else
-    configure_and_build release qvdeveloper quovane-developer qv_tour
+    configure_and_build release qvdeveloper quovane-developer qv_tour StartApp QV_IBLIndexMgr qvdev
     "$root/build/release/bin/qv_tour" sample
     exec "$root/build/release/bin/quovane-developer" "$@"
 fi
