@@ -579,6 +579,19 @@ void tst_wizard::migrationsThatFailLeaveNothing()
         QCOMPARE(names(world), QStringList());
     }
 
+    // A converter that is ended before it lists the project has made all of it.
+    world.processes.runs = [&](const Converter::Line &) {
+        world.put(u"S:\\Docs\\Plant\\QV_Toc.xml"_s, "whole");
+        return ProcessEnd{Kind::Crashed};
+    };
+    click(wizard.form, "cmdContinue");
+    QCOMPARE(
+        world.messages.boxes.last().text,
+        u"The converter ended before it could list the project, but the folder S:\\Docs\\Plant "
+        "is complete. Press Continue again, and choose to list the folder again."_s);
+    world.files.removeFile(u"S:\\Docs\\Plant\\QV_Toc.xml"_s);
+    world.files.removeFolder(u"S:\\Docs\\Plant"_s);
+
     // What another author makes under this name at this moment stays.
     world.processes.runs = [&](const Converter::Line &) {
         makeRemains(world);

@@ -11,12 +11,13 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr std::array<std::pair<ConversionEnd, QLatin1StringView>, 5> endNames{
+constexpr std::array<std::pair<ConversionEnd, QLatin1StringView>, 6> endNames{
     {{ConversionEnd::Done, "done"_L1},
      {ConversionEnd::Refused, "refused"_L1},
      {ConversionEnd::Damaged, "damaged"_L1},
      {ConversionEnd::PartlyReadable, "partly"_L1},
-     {ConversionEnd::Failed, "failed"_L1}}};
+     {ConversionEnd::Failed, "failed"_L1},
+     {ConversionEnd::BrokenOff, "broken off"_L1}}};
 
 QString nameOf(ConversionEnd end)
 {

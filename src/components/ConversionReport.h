@@ -30,7 +30,8 @@ enum class ConversionEnd {
     Refused,        ///< no legacy book set, or file or target is in use; nothing was written
     Damaged,        ///< cannot be read; nothing was written
     PartlyReadable, ///< some rows cannot be read whole; nothing was written, `problems` has them
-    Failed,         ///< a file cannot be written, or the converter died; nothing is left
+    Failed,         ///< a file cannot be written
+    BrokenOff,      ///< the converter died or fell silent, at any moment of its work
 };
 
 struct ConversionReport

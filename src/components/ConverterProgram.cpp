@@ -74,10 +74,12 @@ void ConverterProgram::convert(const ConversionOrder &order, const Progress &pro
         told && (end.kind == ProcessEnd::Kind::Exited || told->end == ConversionEnd::Done);
     if (!counts && end.kind == ProcessEnd::Kind::Stopped)
         throw Unwinding{Unwinding::Reason::Stopped};
-    if (counts)
+    if (counts) {
         m_report = *told;
-    else
-        m_report.reason = reasonOf(end, order.database);
+        return;
+    }
+    m_report.end = ConversionEnd::BrokenOff;
+    m_report.reason = reasonOf(end, order.database);
 }
 
 bool ConverterProgram::completed()

@@ -50,14 +50,24 @@ bool LegacyMigration::convert(const QString &database, const Runner &run)
         runConverter(database, true, run);
     }
     if (!m_program.components.databaseConverter.completed()) {
-        m_program.messages.show({.text = report().reason,
-                                 .title = text(Text::DialogTitle),
-                                 .icon = MessageIcon::Critical});
+        m_program.messages.show(
+            {.text = reason(), .title = text(Text::DialogTitle), .icon = MessageIcon::Critical});
         return false;
     }
     takeNameFromDestination();
     requireCategories();
     return true;
+}
+
+// A converter that is ended between its last two steps leaves all but the entry in the list.
+QString LegacyMigration::reason()
+{
+    const bool isWhole = report().end == ConversionEnd::BrokenOff
+                         && m_program.files.fileExists(folder() + ProjectFile::toc);
+    return isWhole ? u"The converter ended before it could list the project, but the folder %1 is "
+                     "complete. Press Continue again, and choose to list the folder again."_s.arg(
+                         withoutBackslash(folder()))
+                   : report().reason;
 }
 
 void LegacyMigration::runConverter(const QString &database, bool acceptPartly, const Runner &run)

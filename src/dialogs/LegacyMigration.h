@@ -36,6 +36,7 @@ public:
     void makeCurrent();
 
 private:
+    [[nodiscard]] QString reason();
     void runConverter(const QString &database, bool acceptPartly, const Runner &run);
     void removeRemains();
     [[nodiscard]] bool wantsWhatCanBeRead();
