@@ -1,11 +1,25 @@
 #pragma once
 
-#include "driver/Console.h"
-
 #include "WindowNavigator.h"
 #include "platform/Paths.h"
+#include "support/TestProgram.h"
 
 #include <QCoreApplication>
+
+#include <cstdio>
+
+/// Real files and the present time; all else is scripted, and messages are lines.
+struct Console : ScriptedProgram
+{
+    explicit Console(const QString &drives)
+        : ScriptedProgram(drives)
+    {
+        clock.time = QDateTime::currentDateTime();
+        messages.echo = [](const QStringList &fields) {
+            std::puts(qUtf8Printable(fields.join(u'\t')));
+        };
+    }
+};
 
 /// The program's windows over a real folder.
 struct Windows

@@ -34,11 +34,14 @@
 //   bench pack SERVER PROJECT [THREADS]  makes the packed copy
 //   bench viewer SERVER                  start to the help viewer open
 //   bench viewing SERVER PROJECT QUESTION  types a question there; how long each letter takes
+//   bench indexmanager SERVER            start to all link identifiers of the server listed
+//   bench identifiers SERVER WORDS       types words into their filter; how long each letter takes
 //   bench packplan SERVER PROJECT        compares the project with its packed copy
 // SERVER and FOLDER are native paths.
 
 #include "BuildJobs.h"
 #include "CheckJobs.h"
+#include "IndexManagerJobs.h"
 #include "LinkJobs.h"
 #include "PackJobs.h"
 #include "PageJobs.h"
@@ -202,6 +205,7 @@ int main(int argc, char *argv[])
     jobs += checkJobs();
     jobs += buildJobs();
     jobs += viewerJobs();
+    jobs += indexManagerJobs();
     for (const Job &job : jobs) {
         if (argc < 2 || QLatin1StringView(argv[1]) != job.name || argc < 2 + job.arguments)
             continue;

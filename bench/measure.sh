@@ -9,8 +9,8 @@ set -euo pipefail
 [ $# -ge 1 ] && [ -f "$1/installations/pair.py" ] || { say "usage: measure.sh TOOLS_FOLDER [JOB]..."; exit 64; }
 tools=$(cd "$1/installations" && pwd)
 shift
-[ $# -gt 0 ] || set -- launcher second open pages blocked copy rewrite import links rows tables catalogue delete index finding scanning packing words linkcheck checking building viewing typing renaming migrating
-configure_and_build release bench driver qv_tour quovane-developer qvdeveloper peer_dialog peer_empty
+[ $# -gt 0 ] || set -- launcher second open pages blocked copy rewrite import links rows tables catalogue delete index finding scanning packing words linkcheck checking building viewing indexmanager typing renaming migrating
+configure_and_build release bench qv_tour quovane-developer qvdeveloper peer_dialog peer_empty
 bin=$root/build/release/bin
 work=$(mktemp -d "${MEASURE_DIR:-/dev/shm}/measure-XXXXXX")
 trap 'rm -rf "$work"' EXIT
@@ -110,7 +110,8 @@ import() {
     done
     rm -f "$work"/source/*/Book_*.xml
     make_server "$work/import" --projects 1 --books 1 --pages 0 --ibd 0 --ibs 0 --plain-names
-    acronym=$("$bin/driver" --server "$work/import" books "$(name_of "$work/import")" | cut -f2)
+    acronym=$(iconv -f utf-16 -t utf-8 "$work/import/Docs/$(name_of "$work/import")/QV_Toc.xml" |
+        sed -n 's/.*<Book_Acro>\(.*\)<.*/\1/p')
     cp -a "$work/import" "$work/import.new"
     echo "== adding $(find "$work/source" -iname '*.htm*' | wc -l) pages against reading, copying and flushing them"
     pair "rm -rf $work/import; cp -a $work/import.new $work/import; $bin/bench import $work/import $(name_of "$work/import") $acronym $work/source" \
@@ -256,6 +257,15 @@ viewing() {
     "$bin/bench" words "$work/V2600/Docs/$name" 2
     echo "== each key stroke of a search in a built set"
     "$bin/bench" viewing "$work/V2600" "$name" "vobe common guide 26"
+}
+indexmanager() {
+    yardstick
+    make_server "$work/I500" --projects 500 --books 2 --pages 10 --ibd 1000 --ibs 1000
+    echo "== the index manager open on 500 sets with 1,000,000 entries, in CPU against parsing their link files"
+    pair "$bin/bench indexmanager $work/I500" "$work/yardstick parse $work/I500/Docs/*/QV_LinkID.xml"
+    "$bin/bench" indexmanager "$work/I500"
+    echo "== each key stroke in its filter"
+    "$bin/bench" identifiers "$work/I500" "page 9 boil"
 }
 typing() {
     local length

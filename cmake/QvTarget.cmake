@@ -21,11 +21,16 @@ function(qv_library name)
     set_target_properties(${name} PROPERTIES AUTOMOC ON AUTOUIC ON AUTORCC ON)
 endfunction()
 
-# qv_program(NAME SOURCES file... LINKS target...)
+# qv_program(NAME [WINDOWED] [TITLE text] SOURCES file... LINKS target...)
+# TITLE is for the authors' programs: what Windows calls it. WINDOWED ones open no console there.
 function(qv_program name)
-    cmake_parse_arguments(arg "" "" "SOURCES;LINKS" ${ARGN})
+    cmake_parse_arguments(arg "WINDOWED" "TITLE" "SOURCES;LINKS" ${ARGN})
     add_executable(${name} ${arg_SOURCES})
     target_link_libraries(${name} PRIVATE ${arg_LINKS} qv_options)
+    if(WIN32)
+        set_target_properties(${name} PROPERTIES WIN32_EXECUTABLE "${arg_WINDOWED}")
+        qv_windows_resources(${name} "${arg_TITLE}")
+    endif()
     set_target_properties(${name} PROPERTIES AUTOMOC ON AUTOUIC ON AUTORCC ON
         RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
 endfunction()
@@ -47,4 +52,17 @@ function(qv_imported target header library)
     add_library(${target} UNKNOWN IMPORTED GLOBAL)
     set_target_properties(${target} PROPERTIES IMPORTED_LOCATION ${${library}_LIBRARY}
         INTERFACE_INCLUDE_DIRECTORIES ${${library}_INCLUDE_DIR})
+endfunction()
+
+# What Windows wants to know of a program: icon, version, and that it knows about long paths, UTF-8
+# and screens of different density.
+function(qv_windows_resources name title)
+    set(arg_TITLE ${title})
+    set(packaging ${PROJECT_SOURCE_DIR}/packaging/windows)
+    set(icon_file ${CMAKE_BINARY_DIR}/quovane.ico)
+    if(NOT EXISTS ${icon_file})
+        qv_icon_file(${PROJECT_SOURCE_DIR}/src/resources/icons/app.svg ${icon_file})
+    endif()
+    configure_file(${packaging}/program.rc.in ${CMAKE_CURRENT_BINARY_DIR}/${name}.rc @ONLY)
+    target_sources(${name} PRIVATE ${CMAKE_CURRENT_BINARY_DIR}/${name}.rc)
 endfunction()

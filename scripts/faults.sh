@@ -13,11 +13,13 @@ set -euo pipefail
 tools=$(cd "$1/faults" && pwd)
 shift
 [ $# -gt 0 ] || set -- badset sweep derived race fence hostile legacy
-configure_and_build release driver
+configure_and_build release driver qvdev
 driver=$root/build/release/bin/driver
+qvdev=$root/build/release/bin/qvdev
 work=$(mktemp -d "${TMPDIR:-/tmp}/faults-XXXXXX")
 trap 'rm -rf "$work"' EXIT
-export FAULTFS_LIB=$work/libfaultfs.so
+export FAULTFS_LIB=$work/libfaultfs.so QUOVANE_SETTINGS=$work/settings
+good=3046706 # the colour of a light
 failed=()
 
 # check NAME COMMAND...: runs one check and remembers when it finds something.
@@ -35,15 +37,13 @@ installation() {
     mkdir -p "$1/Docs" "$work/pages"
     printf '<html><head><title>One</title></head><body>**Base** one</body></html>\n' >"$work/pages/one.htm"
     printf '<html><head><title>Two</title></head><body>two</body></html>\n' >"$work/pages/two.htm"
-    local run=("$driver" --server "$1" --date 2026-01-02)
-    "${run[@]}" create Base B01 ENU
-    "${run[@]}" add-book Base Alpha ALP Book_ALP
-    "${run[@]}" import Base ALP "$work/pages"
-    "${run[@]}" release Base 2026-01-02
-    "${run[@]}" create Second S01 ENU
-    "${run[@]}" add-book Second Alpha ALP Book_ALP
-    "${run[@]}" import Second ALP "$work/pages"
-    "${run[@]}" add-book Second Gamma GAM Book_GAM
+    "$qvdev" --server "$1" new Base --id B01
+    "$qvdev" --server "$1" import Base ALP "$work/pages" --new-book Alpha
+    "$driver" --server "$1" lights Base $good
+    "$qvdev" --server "$1" release Base --date 2026-01-02
+    "$qvdev" --server "$1" new Second --id S01
+    "$qvdev" --server "$1" import Second ALP "$work/pages" --new-book Alpha
+    "$driver" --server "$1" add-book Second Gamma GAM
     link_file Base >"$1/Docs/Base/QV_LinkID.xml"
     link_file Second >"$1/Docs/Second/QV_LinkID.xml"
     link_file Base >"$1/Docs/QV_LinkID.xml"
@@ -63,78 +63,77 @@ X
 sweep() {
     local dir=$work/server
     installation "$dir" >/dev/null
-    local common=(--watch "$dir" --leftover '*.qvtmp*' --leftover '*.lock' --leftover '*.qvnew*'
-        --leftover '*.qvdel*' --leftover '*_Backup*' --leftover '*TempFile.txt'
-        --check "$driver --server $dir --date 2026-01-02 verify" --quiet)
-    local run=("$driver" --server "$dir" --date 2026-01-02)
-    one() { # NAME OPTION... -- ARGUMENT...
-        local name=$1 options=()
-        shift
-        while [ "$1" != -- ]; do
-            options+=("$1")
-            shift
-        done
-        shift
-        check "sweep: $name" python3 "$tools/crash_sweep.py" "${common[@]}" "${options[@]}" -- "${run[@]}" "$@"
+    local step=("$driver" --server "$dir") run=("$qvdev" --server "$dir")
+    local verify="${step[*]} verify" list="${run[*]} list"
+    # sweep_over CHECK NAME OPTION... -- COMMAND...
+    sweep_over() {
+        local check=$1 name=$2
+        shift 2
+        check "sweep: $name" python3 "$tools/crash_sweep.py" --watch "$dir" --leftover '*.qvtmp*' \
+            --leftover '*.lock' --leftover '*.qvnew*' --leftover '*.qvdel*' --leftover '*_Backup*' \
+            --leftover '*TempFile.txt' --quiet --check "$check" "$@"
     }
-    common[-2]="$driver --server $dir list" # what is appended has no folder
-    one "append to the catalogue" -- append Other O01 ENU
-    common[-2]="$driver --server $dir --date 2026-01-02 verify"
-    one "set ranks" -- rank Base#7
-    one "create a project" --steps '*QV_Toc.xml' -- create Fresh F01 ENU
-    one "copy a project" -- copy Base Twin T01 DEU
-    rm "$dir/Docs/Base/QV_StatusIndicators.xml"
-    one "make a project current" -- open Base
-    "${run[@]}" open Base
-    one "set the indicators" -- lights Base 255
-    one "create a book" -- add-book Base Beta BET Book_BET
-    one "save a page" -- save-page Base ALP one.htm "changed text"
-    "${run[@]}" add-category Base ALP Hydraulics
-    # Commands over several files: after the next open all of them are old, or all are new.
-    whole() { # NAME ARGUMENT...
+    one() { sweep_over "$verify" "$@"; }
+    # Commands over several files: after the next open all of them are old, or all are new, but the
+    # lights, which are set before.
+    whole() { # NAME COMMAND...
         local name=$1
         shift
-        one "$name" --recover "$driver --server $dir --date 2026-01-02 verify" \
-            --together '*/Base/QV_*.xml' --together '*/Base/Book_ALP/*' -- "$@"
+        one "$name" --recover "$verify" --together '*/Base/QV_[!S]*.xml' --together '*/Base/Book_ALP/*' -- "$@"
     }
-    whole "add import files" import-files Base ALP "$work/more"
-    "${run[@]}" import-files Base ALP "$work/more"
+    sweep_over "$list" "append to the catalogue" -- "${step[@]}" append Other O01 ENU # it has no folder
+    one "set ranks" -- "${run[@]}" rank Base=7
+    one "create a project" --steps '*QV_Toc.xml' -- "${run[@]}" new Fresh --id F01
+    one "copy a project" -- "${run[@]}" copy Base Twin --id T01 --language DEU
+    "${run[@]}" reopen Base
+    rm "$dir/Docs/Base/QV_StatusIndicators.xml"
+    one "make a project current" -- "${step[@]}" open Base
+    "${step[@]}" open Base
+    one "set the indicators" -- "${step[@]}" lights Base 255
+    one "create a book" -- "${step[@]}" add-book Base Beta BET
+    one "save a page" -- "${step[@]}" save-page Base ALP one.htm "changed text"
+    "${step[@]}" add-category Base ALP Hydraulics
+    whole "add import files" "${run[@]}" import Base ALP "$work/more/"*
+    "${run[@]}" import Base ALP "$work/more/"*
     printf '# Four\n\nnew\n' >"$work/more/four.md"
-    whole "re-import newer files" import-newer Base ALP
-    whole "change a book" rename-book Base ALP "Alpha two"
-    whole "rename a page with its links" rename-page Base ALP one.htm first.htm
-    whole "rename a category" rename-category Base Hydraulics Pumps
-    one "pack a project" -- pack Base
+    whole "re-import newer files" "${step[@]}" import-newer Base ALP
+    whole "change a book" "${step[@]}" rename-book Base ALP "Alpha two"
+    whole "rename a page with its links" "${step[@]}" rename-page Base ALP one.htm first.htm
+    whole "rename a category" "${step[@]}" rename-category Base Hydraulics Pumps
+    : >"$dir/Docs/Base/_Backup/Build.lock" # else packing goes on without it where it cannot be made
+    one "pack a project" -- "${run[@]}" pack Base
     "${run[@]}" pack Base
-    "${run[@]}" save-page Base ALP one.htm "changed since it was packed"
-    one "pack it again" -- pack Base
-    whole "delete a book" delete-book Base ALP
+    "${step[@]}" save-page Base ALP one.htm "changed since it was packed"
+    one "pack it again" -- "${run[@]}" pack Base
+    whole "delete a book" "${step[@]}" delete-book Base ALP
     installation "$dir" >/dev/null
     # After the next start everything but the numbered backups has one of the two names.
-    one "rename a project" --recover "$driver --server $dir finish-renames" \
-        --together '*[!0-9]' -- rename-project Base "Renamed 7"
-    one "report targets" --ops all --faults kill,eio,eacces,gone -- report-ibd # reads only
-    one "report references" --ops all --faults kill,eio,eacces,gone -- report-ibs
-    one "release a set" -- release Second 2026-01-03
-    one "reopen a set" -- reopen Base
+    one "rename a project" --recover "$list" --together '*[!0-9]' -- "${step[@]}" rename-project Base "Renamed 7"
+    # These only read; they tell that some links are bad.
+    local reading=(--ok-status 0,2 --ops all --faults kill,eio,eacces,gone)
+    one "report targets" "${reading[@]}" -- "${run[@]}" report targets
+    one "report references" "${reading[@]}" -- "${run[@]}" report references
+    "${step[@]}" lights Second $good
+    one "release a set" -- "${run[@]}" release Second --date 2026-01-03
+    one "reopen a set" -- "${run[@]}" reopen Base
     # A failure leaves what was made in place, unlisted: only its own folder may be in between.
-    one "merge two projects" --steps '*Both/*' -- merge Both M01 - Base Second
-    common[-2]="$driver --server $dir list" # a project that is on its way out cannot be opened
-    one "take a project out of the list" -- unmerge Base
-    one "delete a project" -- delete Base yes
+    one "merge two projects" --steps '*Both/*' --ignore-text '\d\d:\d\d' -- \
+        "${run[@]}" merge Both --id M01 Base Second
+    # A project that is on its way out cannot be opened.
+    sweep_over "$list" "take a project out of the list" -- "${run[@]}" delete Base --yes
+    sweep_over "$list" "delete a project" -- "${run[@]}" delete Base --files --yes
 }
 
 # The tools of a build: after the first step of the next one the files of each are all old, or all
 # new, and nothing else is left.
 derived() {
     local dir=$work/derived
-    local run=("$driver" --server "$dir" --date 2026-01-02)
+    local step=("$driver" --server "$dir")
     sweep_tool() { # NAME TOOL FOLDER
         check "build: $1" python3 "$tools/crash_sweep.py" --watch "$dir" --leftover '*.qvtmp*' \
             --leftover '*.lock' --together "*/Base/$3/*" --leftover '*.bin' --again \
-            --recover "$driver --server $dir finish-build Base" \
-            --check "$driver --server $dir --date 2026-01-02 verify" --quiet -- \
-            "${run[@]}" build Base "$2"
+            --recover "${step[*]} finish-build Base" --check "${step[*]} verify" --quiet -- \
+            "${step[@]}" run-tool Base "$2"
     }
     sweep_tools() { # NAME
         sweep_tool "links, $1" links DocToDoc
@@ -156,15 +155,15 @@ X
     rm "$dir/Docs/Base/QV_LinkID.xml" # else the first log tells what went out of it
     mkdir -p "$dir/Docs/Base/QuickNav"
     quick_navigation P0001 First
-    "${run[@]}" number-pages Base ALP 100
+    "${step[@]}" number-pages Base ALP 100
     sweep_tools "the first time"
     local tool
     for tool in links context quicknav words; do
-        "${run[@]}" build Base "$tool" >/dev/null
+        "${step[@]}" run-tool Base "$tool" >/dev/null
     done
     quick_navigation P0002 Second
-    "${run[@]}" number-pages Base ALP 200
-    "${run[@]}" save-page Base ALP one.htm '<a href="two.htm">two</a> <a href="qvlink:Base-ONE">other words</a>'
+    "${step[@]}" number-pages Base ALP 200
+    "${step[@]}" save-page Base ALP one.htm '<a href="two.htm">two</a> <a href="qvlink:Base-ONE">other words</a>'
     sweep_tools "once more"
 }
 
@@ -189,10 +188,9 @@ P
     appends "2 x 1,000 appends" race --jobs 2 --times 1000
     cat >"$work/turn.sh" <<T
 set -e
-run() { $driver --server $work/mixed "\$@"; }
-run append P\$1-\$2 I\$1-\$2 ENU
-run rank "P\$1-\$2#\$((\$2 + 1))"
-[ "\$2" -eq 1 ] || run delete P\$1-\$((\$2 - 1)) no
+$driver --server $work/mixed append P\$1-\$2 I\$1-\$2 ENU
+$qvdev --server $work/mixed rank "P\$1-\$2=\$((\$2 + 1))"
+[ "\$2" -eq 1 ] || $qvdev --server $work/mixed delete P\$1-\$((\$2 - 1)) --yes
 T
     cat >"$work/left.py" <<'P'
 import re, sys
@@ -215,8 +213,10 @@ P
 
 badset() {
     python3 "$tools/xml_badset.py" "$work/bad" >/dev/null
+    mkdir -p "$work/empty/Docs"
     check "bad files" python3 "$tools/badset_run.py" "$work/bad" --only catalogue --only status \
-        --only toc --only book --only linkid -- "$driver" read '{kind}' '{file}'
+        --only toc --only book --only linkid -- \
+        "$driver" --server "$work/empty" read '{kind}' '{file}'
 }
 
 # The program's work on an installation stays inside it.
@@ -224,14 +224,14 @@ fence() {
     local dir=$work/fence
     installation "$dir" >/dev/null
     check "fence: copy a project" python3 "$tools/fence_run.py" --allow "$dir" -- \
-        "$driver" --server "$dir" --date 2026-01-02 copy Base Twin T01 ENU
+        "$qvdev" --server "$dir" copy Base Twin --id T01
     check "fence: delete a book" python3 "$tools/fence_run.py" --allow "$dir" -- \
-        "$driver" --server "$dir" --date 2026-01-02 delete-book Base ALP
+        "$driver" --server "$dir" delete-book Base ALP
 }
 
 # Names and paths in the files that lead elsewhere.
 hostile() {
-    check "hostile values" python3 "$root/scripts/hostile.py" "$tools/.." "$driver"
+    check "hostile values" python3 "$root/scripts/hostile.py" "$tools/.." "$qvdev"
 }
 
 # Databases that are foreign, damaged, or changed in up to 64 bytes (FLIPS of them).

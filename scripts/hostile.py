@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Runs the work on whole projects over files whose values are hostile (names, folders, paths) and
 looks whether anything changed that is none of the project's business.
-    hostile.py TOOLS_FOLDER DRIVER
+    hostile.py TOOLS_FOLDER QVDEV
 TOOLS_FOLDER/faults holds xml_badset.py and fence_run.py. Exit status 1 when something was found."""
 
 import hashlib
@@ -14,7 +14,7 @@ import sys
 import tempfile
 import xml.etree.ElementTree as tree
 
-tools, driver = pathlib.Path(sys.argv[1]) / "faults", sys.argv[2]
+tools, qvdev = pathlib.Path(sys.argv[1]) / "faults", sys.argv[2]
 work = pathlib.Path(tempfile.mkdtemp(prefix="hostile-"))
 server = work / "above" / "server"
 docs = server / "Docs"
@@ -22,15 +22,14 @@ found = []
 
 
 def run(*arguments):
-    """Runs the driver behind the fence. It may refuse; it may not crash or touch other places."""
-    command = [sys.executable, tools / "fence_run.py", "--allow", server, "--", driver, "--server", server,
-               "--date", "2026-01-02", *arguments]
+    """Runs a command behind the fence. It may refuse; it may not crash or touch other places."""
+    command = [sys.executable, tools / "fence_run.py", "--allow", server, "--", qvdev, "--server", server,
+               *arguments]
     return subprocess.run(command, capture_output=True, text=True, timeout=60)
 
 
 def plain(*arguments):
-    subprocess.run([driver, "--server", server, "--date", "2026-01-02", *arguments], check=True,
-                   capture_output=True)
+    subprocess.run([qvdev, "--server", server, *arguments], check=True, capture_output=True)
 
 
 def make_installation():
@@ -40,9 +39,8 @@ def make_installation():
     (pages / "one.htm").write_text("<html><title>One</title><body>**Keep** one</body></html>")
     (work / "above" / "beside.txt").write_text("keep")
     for name, acronym in (("Keep", "KEP"), ("Plant", "PLT")):
-        plain("create", name, acronym, "ENU")
-        plain("add-book", name, "Book of " + name, acronym, "B" + acronym)
-        plain("import", name, acronym, pages)
+        plain("new", name, "--id", acronym)
+        plain("import", name, acronym, pages, "--new-book", "Book of " + name, "--folder", "B" + acronym)
     shutil.copytree(work / "above", work / "fresh")
 
 
@@ -88,19 +86,21 @@ def hostile_catalogue(case, file):
         restore()
         shutil.copy(file, docs / "QV_Selection.xml")
         own = [name] if name and "/" not in name and name not in (".", "..") else []
-        work_on(case, own, [("release", ["release", name, "2026-01-02"]), ("reopen", ["reopen", name]),
-                            ("rank", ["rank", name + "#7"]), ("report", ["report-ibd"]),
-                            ("report", ["report-ibs"])])
-        work_on(case, ["Merged"], [("merge", ["merge", "Merged", "M", "ENU", "Plant", name])])
-        work_on(case, own, [("delete", ["delete", name, "yes"]), ("unmerge", ["unmerge", name])])
+        work_on(case, own, [("release", ["release", "--", name]), ("reopen", ["reopen", "--", name]),
+                            ("rank", ["rank", "--", name + "=7"]), ("build", ["build", "--", name]),
+                            ("pack", ["pack", "--", name]), ("report", ["report", "targets"]),
+                            ("report", ["report", "references"])])
+        work_on(case, ["Merged"], [("merge", ["merge", "--id", "M", "--", "Merged", "Plant", name])])
+        work_on(case, own, [("delete", ["delete", "--files", "--yes", "--", name]),
+                            ("take out", ["delete", "--yes", "--", name])])
 
 
 def hostile_project_file(case, file):
     restore()
     shutil.copy(file, docs / "Plant" / file.name)
-    work_on(case, ["Merged"], [("merge", ["merge", "Merged", "M", "ENU", "Keep", "Plant"]),
-                               ("report", ["report-ibd"]), ("report", ["report-ibs"])])
-    work_on(case, ["Plant"], [("delete", ["delete", "Plant", "yes"])])
+    work_on(case, ["Merged"], [("merge", ["merge", "--id", "M", "Merged", "Keep", "Plant"]),
+                               ("report", ["report", "targets"]), ("report", ["report", "references"])])
+    work_on(case, ["Plant"], [("delete", ["delete", "Plant", "--files", "--yes"])])
 
 
 make_installation()

@@ -9,6 +9,13 @@ say() { printf '%s\n' "$*" >&2; }
 build_packages="g++ cmake ninja-build ccache qt6-base-dev qt6-base-dev-tools qt6-svg-dev
     libgl-dev libdeflate-dev libgumbo-dev libpugixml-dev libmd4c-dev libmd4c-html0-dev libstemmer-dev libzip-dev mdbtools-dev pkgconf fonts-dejavu-core fonts-wqy-microhei"
 
+# For Windows: the compilers and what runs its programs here; then what the whole program needs.
+wine_packages="g++-mingw-w64-x86-64-posix wine64 wine"
+windows_packages="$wine_packages dpkg-dev imagemagick librsvg2-bin libz-mingw-w64-dev nsis zip"
+
+# The folder with Qt and the other libraries for Windows, made by build-windows.sh.
+windows_cache() { echo "${QUOVANE_WINDOWS_CACHE:-${XDG_CACHE_HOME:-$HOME/.cache}/quovane-windows}"; }
+
 # install_missing PACKAGE...: installs what is not there and says what.
 install_missing() {
     local missing=() package

@@ -2,6 +2,7 @@
 # Installs what is missing, builds, makes a sample installation if none is set, starts the program.
 #   ./scripts/run.sh               starts QV Developer (without a display: plays the tour)
 #   ./scripts/run.sh --tour [DIR]  plays a guided tour offscreen; pictures and files go to DIR
+#   ./scripts/run.sh --help-pictures  plays it and makes the pictures of the help from it
 set -euo pipefail
 . "$(dirname "$0")/lib.sh"
 
@@ -23,6 +24,9 @@ install_missing $build_packages
 
 if [ "${1:-}" = --tour ]; then
     tour "${2:-}"
+elif [ "${1:-}" = --help-pictures ]; then
+    tour ""
+    "$root/scripts/help-pictures.sh" "$root/build/tour"
 elif [ -z "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ]; then
     say "There is no display, so here is the guided tour instead."
     tour

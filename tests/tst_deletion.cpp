@@ -105,8 +105,8 @@ void tst_deletion::refusesWhatIsNotItsOwnFolder()
         QCOMPARE(
             errorOf([&] { world.deletion.remove(reason.key(), true); }),
             u"75: The files of the project \"%1\" are not deleted. %2. Nothing was changed. To "
-            "take it out of the list only, delete it again and answer No when asked about its "
-            "files."_s.arg(reason.key(), *reason));
+            "take it out of the list only, delete it again without its files."_s.arg(reason.key(),
+                                                                                     *reason));
     QVERIFY(errorOf([&] { world.deletion.remove(u"My Favorites"_s, false); }).startsWith(u"75:"_s));
     QCOMPARE(world.everything(), before);
     QVERIFY(QFile::exists(world.native(u"Elsewhere/Book_A/p.htm"_s)));

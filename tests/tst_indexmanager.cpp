@@ -79,6 +79,13 @@ struct Installation
         }
         return rows;
     }
+    /// Whether one of the labels says this.
+    bool shows(const QString &text) const
+    {
+        const auto labels = window->findChildren<QLabel *>();
+        return std::any_of(labels.cbegin(), labels.cend(),
+                           [&](const QLabel *label) { return label->text() == text; });
+    }
     QStringList states() const
     {
         return rows("lstSets").replaceInStrings(QRegularExpression(u"^([^|]*\\|[^|]*)\\|.*$"_s),
@@ -147,6 +154,29 @@ void tst_indexmanager::showsHowEachIdentifierStands()
     QCOMPARE(QGuiApplication::clipboard()->text(), QString(twice).replace(u'|', u'\t'));
     QTest::keyClick(list, Qt::Key_Return);
     QCOMPARE(there.world.processes.opened, QStringList({u"S:\\Docs\\"_s + start}));
+    auto *const filter = control<QLineEdit>(there.window, "txtFilter");
+    filter->setFocus();
+    QTest::keyClick(filter, Qt::Key_Escape);
+    QCOMPARE(there.rows("lstIdentifiers"), QStringList({no, missing, good, idle, twice}));
+
+    // What the author looked at is still there when other link files were read.
+    list->selectRow(1);
+    there.world.put(there.harbour.folder + ProjectFile::links, "no link file");
+    there.pressF5();
+    const QStringList left = QStringList({idle, missing, good, twice})
+                                 .replaceInStrings(u"|1"_s, u"|0"_s)
+                                 .replaceInStrings(u"Good"_s, u"Never used"_s)
+                                 .replaceInStrings(u"Published twice"_s, u"Never used"_s);
+    QCOMPARE(there.rows("lstIdentifiers"), left);
+    QCOMPARE(list->currentIndex().row(), 1);
+    QVERIFY(there.shows(u"4 identifiers · 2 sets · 1 set could not be read (see Sets)"_s));
+    list->selectAll();
+    list->setFocus();
+    QTest::keyClick(list, Qt::Key_C, Qt::ControlModifier);
+    QCOMPARE(QGuiApplication::clipboard()->text(), left.join(u'\n').replace(u'|', u'\t'));
+    QTest::keyClick(list, Qt::Key_F1);
+    QCOMPARE(there.world.processes.started,
+             QStringList{u"C:\\Client\\Bin\\StartApp.exe|QVT@qv@qvdev_ug@qv@Index manager"_s});
 
     for (int page = 0; page < 4; ++page) {
         there.goTo(page);
@@ -196,6 +226,7 @@ void tst_indexmanager::scansStaleSetsAgain()
     Installation there;
     there.links(there.harbour, {});
     there.open(2);
+    QVERIFY(there.shows(u"1 set should be scanned again."_s));
     QCOMPARE(there.states(), QStringList({u"No link file|Plant 300"_s, u"Up to date|Harbour"_s}));
     click(there.window, "cmdSelectStale");
     click(there.window, "cmdScan");

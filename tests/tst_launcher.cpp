@@ -1,4 +1,8 @@
+#include "dialogs/CompanionPrograms.h"
+#include "dialogs/SampleInstallation.h"
 #include "dialogs/frmSelPrjType.h"
+#include "platform/Paths.h"
+#include "platform/portable/PortableProcesses.h"
 #include "startup/StartUp.h"
 #include "startup/frmOrvantisVRXSplashScreen.h"
 #include "support/FormDriver.h"
@@ -16,6 +20,7 @@ private Q_SLOTS:
     void comesBackWithoutASplash();
     void hasNothingToChooseWhenLoadingFails();
     void asksForTheServerOnTheFirstRun();
+    void putsTheProgramsIntoTheSample();
     void quitsOnTheFirstRun();
     void startsAsTheArgumentsSay();
 
@@ -154,6 +159,48 @@ void tst_launcher::asksForTheServerOnTheFirstRun()
     again.show();
     QVERIFY(world.messages.shown[6].contains("already something at C:\\Try\\Quovane Sample"_L1));
     QCOMPARE(world.session.serverPath, "C:\\Try\\Quovane Sample\\Server\\"_L1);
+}
+
+// Each of the programs here says where it was started from.
+void tst_launcher::putsTheProgramsIntoTheSample()
+{
+    TestProgram world;
+    const QByteArray script = "#!/bin/sh\necho $0 $1\n";
+    for (const char *const file : {"bin/StartApp", "bin/qvdev", "bin/unknown", "bin/Qt6Core.dll",
+                                   "bin/platforms/qwindows.dll"})
+        world.put(u"X:\\"_s + QString::fromLatin1(file).replace(u'/', u'\\'), script);
+    world.put(u"X:\\share\\quovane\\help\\index.html"_s, "<title>Start</title>");
+    world.put(u"X:\\share\\quovane\\help\\pictures\\a.png"_s, "a");
+    const QString programs = world.folder.filePath(u"x/bin"_s);
+    for (const QString &name : {u"/StartApp"_s, u"/qvdev"_s})
+        QVERIFY(QFile::setPermissions(programs + name, QFile::Permissions(0x7555)));
+
+    createSampleInstallation(world.program, u"C:\\Sample"_s, programs);
+    const QString bin = u"C:\\Sample\\Client\\Bin\\"_s;
+    QCOMPARE(world.below(withoutBackslash(bin)),
+             (QStringList{u"Qt6Core.dll"_s, u"StartApp"_s, u"help"_s, u"platforms"_s, u"qvdev"_s}));
+    QVERIFY(world.files.fileExists(bin + u"platforms\\qwindows.dll"_s));
+    QCOMPARE(world.bytes(bin + u"help\\pictures\\a.png"_s), "a");
+    const auto start = [&](const QString &argument) {
+        QByteArray said;
+        PortableProcesses(world.files)
+            .run(bin + u"StartApp.exe"_s, {argument}, {}, {},
+                 [&](const QByteArray &line) { said += line; });
+        return said;
+    };
+    QCOMPARE(start(u"x"_s), world.files.nativePath(bin + u"StartApp"_s).toUtf8() + " x");
+
+    // A build later only what changed is copied again.
+    world.put(bin + u"help\\index.html"_s, "<title>Old and longer</title>");
+    world.files.removeFile(u"X:\\bin\\StartApp"_s, true);
+    world.put(u"X:\\bin\\StartApp"_s, script + "echo new\n");
+    QVERIFY(QFile::setPermissions(programs + u"/StartApp"_s, QFile::Permissions(0x7755)));
+    const QString kept = world.files.nativePath(bin + u"qvdev"_s);
+    const QDateTime statusChange = QFileInfo(kept).metadataChangeTime();
+    copyCompanions(world.files, programs, bin);
+    QVERIFY(start(u"y"_s).endsWith("StartApp ynew"));
+    QCOMPARE(world.bytes(bin + u"help\\index.html"_s), "<title>Start</title>");
+    QCOMPARE(QFileInfo(kept).metadataChangeTime(), statusChange);
 }
 
 void tst_launcher::quitsOnTheFirstRun()

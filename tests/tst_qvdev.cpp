@@ -67,11 +67,15 @@ public:
 
     void start(QProcess &process, const QStringList &words) const
     {
+        start(process, program, words);
+    }
+    void start(QProcess &process, const QString &what, const QStringList &words) const
+    {
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.insert(u"QUOVANE_SETTINGS"_s, path(u"settings"_s));
         environment.insert(u"QUOVANE_DRIVES"_s, path(u"drives"_s));
         process.setProcessEnvironment(environment);
-        process.start(program, words);
+        process.start(what, words);
     }
     [[nodiscard]] Run run(const QStringList &words) const
     {
@@ -145,6 +149,7 @@ private Q_SLOTS:
     void findsWhatIsBad();
     void refusesInWords();
     void answersAboutAnExistingFolder();
+    void worksInAnySurroundings();
     void stopsAtCtrlC();
     void explainsItself();
     void migrates();
@@ -258,7 +263,7 @@ void tst_qvdev::refusesInWords()
         {{u"rank"_s, u"Plant=0"_s}, 1, "A rank is a whole number from 1 to 32000: Plant=0"_L1},
         {{u"import"_s, u"Plant"_s, u"XX"_s, server.path(u"notes.bin"_s)},
          1,
-         "There is no book \"XX\" in the project."_L1},
+         "There is no book \"XX\" in the project. It has no books. Give --new-book NAME"_L1},
         {{u"import"_s, u"Plant"_s, u"XX"_s, server.path(u"notes.bin"_s), u"--new-book"_s, u"X"_s},
          1,
          "There is no page in these files that can be added. Nothing was added"_L1},
@@ -279,6 +284,10 @@ void tst_qvdev::refusesInWords()
         const Run run = server(words);
         QVERIFY2(run.status == status && run.err.contains(says) && run.out.isEmpty(),
                  qPrintable(words.join(u' ') + u": "_s + run.out + run.err));
+        const Run asJson = server(QStringList{u"--json"_s} + words);
+        const QString refused = asJson.json()["refused"_L1].toString();
+        QVERIFY2(asJson.status == status && !refused.isEmpty() && asJson.err.startsWith(refused),
+                 qPrintable(words.join(u' ') + u": "_s + asJson.out + asJson.err));
     }
     QCOMPARE(namesIn(server({u"list"_s, u"--json"_s})), QStringList{u"Plant"_s});
     QVERIFY(!QFile::exists(server.docs(u"Plant/Book_XX"_s))); // the new book was taken back
@@ -306,6 +315,51 @@ void tst_qvdev::answersAboutAnExistingFolder()
     SUCCEEDS(server(again + QStringList{u"--existing-folder"_s, u"aside"_s}), 0);
     QCOMPARE(QDir(server.docs()).entryList({u"Plant (moved aside *"_s}).size(), 1);
     QCOMPARE(namesIn(server({u"list"_s, u"--json"_s})), QStringList{u"Plant"_s});
+}
+
+void tst_qvdev::worksInAnySurroundings()
+{
+    const Server server;
+    server.put(u"pages/start.htm"_s, goodPage);
+    server.put(u"pages/next.htm"_s, nextPage);
+    server.put(u"notes.bin"_s, "x");
+    const auto shell = [&](const QString &line) {
+        QProcess process;
+        server.start(
+            process, u"bash"_s,
+            {u"-c"_s,
+             u"set -o pipefail; S=$1; cd \"$2\"; q() { \"$0\" --server \"$S\" \"$@\"; }; "_s + line,
+             program, server.path(u"server"_s), server.path({})});
+        return ended(process);
+    };
+    SUCCEEDS(shell(u"q new --id D -- '--Öl (50 %)' && q new Plant --id P"_s), 0);
+    SUCCEEDS(shell(u"q import Plant PU pages --new-book Pumps && "
+                   "q import --new-book Öl -- '--Öl (50 %)' OE pages && q list | head -1"_s),
+             0);
+    const Run left = shell(u"q import Plant PU notes.bin pages"_s);
+    QCOMPARE(left.status, 2);
+    QVERIFY2(left.out.startsWith(server.path(u"notes.bin"_s) + u": "_s), qPrintable(left.out));
+
+    // What is printed never gets into a file that took the number of a closed stream.
+    for (const auto heard : {"<&-"_L1, "2>&-"_L1})
+        SUCCEEDS(shell(u"q rank Plant=7 "_s + heard), 0);
+    for (const auto lost : {">&-"_L1, "<&- >&- 2>&-"_L1, ">/dev/full"_L1})
+        SUCCEEDS(shell(u"q rank Plant=7 "_s + lost), 1);
+    SUCCEEDS(shell(u"env -u HOME -u QUOVANE_SETTINGS \"$0\" --server \"$S\" list"_s), 0);
+
+    const Run both =
+        shell(u"for n in 1 2 3 4; do q new A$n --id A & q rank Plant=$n & q build Plant & "
+              "done >/dev/null; wait; q list --json"_s);
+    QStringList names = namesIn(both);
+    names.sort();
+    QCOMPARE(names.mid(names.indexOf(u"A1"_s)),
+             (QStringList{u"A1"_s, u"A2"_s, u"A3"_s, u"A4"_s, u"Plant"_s}));
+    SUCCEEDS(shell(u"q build Plant && q pack Plant --release"_s), 0);
+
+    QFile catalogue(server.docs(u"QV_Selection.xml"_s));
+    QVERIFY(catalogue.open(QFile::WriteOnly | QFile::Truncate));
+    const Run unreadable = server({u"new"_s, u"B"_s, u"--id"_s, u"B"_s});
+    QCOMPARE(unreadable.err, catalogue.fileName() + u" cannot be read: it is empty\n"_s);
 }
 
 void tst_qvdev::stopsAtCtrlC()

@@ -186,6 +186,8 @@ void tst_searchwords::findsGermanEitherWay()
          {u"Öffnung", u"Oeffnung", u"Gehäuse", u"GEHAEUSES", u"Straße", u"STRASSEN"})
         QCOMPARE(world.foundInOrder(QString::fromUtf16(question)), both);
     QCOMPARE(world.found(u"offnung"_s), QStringList{u"umlaut"_s});
+    for (const char16_t *begun : {u"öff", u"oeff", u"GEH", u"straß"})
+        QCOMPARE(world.foundInOrder(QString::fromUtf16(begun)), both);
 }
 
 void tst_searchwords::ranksAndGivesReasons()
@@ -210,6 +212,17 @@ void tst_searchwords::ranksAndGivesReasons()
     QCOMPARE(result.hits.first().page.title, u"The pump"_s);
     QCOMPARE(result.hits.first().page.target, u"Book_GD\\title.htm"_s);
 
+    // The last word may still be typed; where it stands whole comes first, whatever else tells.
+    world.page(u"longer"_s, u"<title>Pumphouse</title><h1>Pumphouse</h1><p>R100-B"_s);
+    (void)world.build();
+    QCOMPARE(world.found(u"pump"_s).constLast(), u"longer"_s);
+    QCOMPARE(world.found(u"pump"_s).size(), 6);
+    QCOMPARE(world.found(u"pump "_s).size(), 5);
+    QCOMPARE(world.ask(u"pumph"_s).hits.first().reason,
+             u"title: pumphouse; heading: pumphouse; 2 × pumphouse"_s);
+    QCOMPARE(world.found(u"pumphouse r10"_s), QStringList{u"longer"_s});
+    QCOMPARE(world.found(u"r10 pumphouse"_s), QStringList()); // only the last one
+
     const SearchResult common = world.ask(u"the"_s);
     QCOMPARE(common.hits.size(), 1);
     QCOMPARE(common.remark,
@@ -233,6 +246,8 @@ void tst_searchwords::keyWordsLeadToTheirPages()
     QCOMPARE(world.found(u"umwaelzpumpe"_s), (QStringList{u"start"_s, u"other"_s}));
     QCOMPARE(world.found(u"centrifugal"_s), QStringList{u"start"_s});
     QCOMPARE(world.ask(u"centrifugal"_s).hits.first().reason, u"keyword: centrifugal"_s);
+    QCOMPARE(world.ask(u"circulator"_s).names,
+             (QStringList{u"centrifugal pump"_s, u"circulator"_s, u"Umwälzpumpe"_s}));
 
     world.input.keyWords.clear();
     (void)world.build();
@@ -302,7 +317,10 @@ void tst_searchwords::readsOnlyWhatChanged()
     (void)world.build();
     const Files shrunk = world.index();
     QCOMPARE(shrunk.size(), 2 + 2);
-    QCOMPARE(world.found(u"w1"_s), QStringList());
+    QCOMPARE(world.found(u"w1 "_s), QStringList());
+    const SearchResult many = world.ask(u"w"_s);
+    QCOMPARE(many.hits.size(), 1);
+    QCOMPARE(many.remark, u"Very many words begin so; only the shortest were searched."_s);
     QCOMPARE(world.ask(u"alpha"_s).hits.first().page.number, first);
     world.files.removeFile(world.cache);
     (void)world.build();

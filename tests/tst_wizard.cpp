@@ -588,7 +588,7 @@ void tst_wizard::migrationsThatFailLeaveNothing()
     QCOMPARE(
         world.messages.boxes.last().text,
         u"The converter ended before it could list the project, but the folder S:\\Docs\\Plant "
-        "is complete. Press Continue again, and choose to list the folder again."_s);
+        "is complete. Migrate once more under this name, and let the folder be listed."_s);
     world.files.removeFile(u"S:\\Docs\\Plant\\QV_Toc.xml"_s);
     world.files.removeFolder(u"S:\\Docs\\Plant"_s);
 

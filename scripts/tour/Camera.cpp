@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QElapsedTimer>
+#include <QFile>
 #include <QKeyEvent>
 #include <QPixmap>
 #include <QTimer>
@@ -14,9 +15,29 @@ using namespace Qt::StringLiterals;
 void Camera::take(QWidget *window, const QString &name, const QString &caption)
 {
     settle();
-    const QString file = u"%1-%2.png"_s.arg(++m_count, 2, 10, QChar(u'0')).arg(name);
+    const QString file = nextFile(name, u"png"_s);
     if (!window->grab().save(m_folder.filePath(file)))
         tourFails(u"The picture cannot be written: "_s + file);
+    tell(file, caption);
+}
+
+void Camera::note(const QString &text, const QString &name, const QString &caption)
+{
+    const QString file = nextFile(name, u"txt"_s);
+    QFile out(m_folder.filePath(file));
+    const QByteArray bytes = text.toUtf8();
+    if (!out.open(QIODevice::WriteOnly) || out.write(bytes) != bytes.size() || !out.flush())
+        tourFails(u"The text cannot be written: "_s + file);
+    tell(file, caption);
+}
+
+QString Camera::nextFile(const QString &name, const QString &ending)
+{
+    return u"%1-%2.%3"_s.arg(++m_count, 3, 10, QChar(u'0')).arg(name, ending);
+}
+
+void Camera::tell(const QString &file, const QString &caption)
+{
     std::printf("%s  %s\n", qUtf8Printable(file), qUtf8Printable(caption));
     std::fflush(stdout);
 }

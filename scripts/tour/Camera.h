@@ -7,7 +7,7 @@
 
 #include <functional>
 
-/// Writes numbered pictures and tells on standard output what each shows.
+/// Writes numbered pictures and texts, and tells on standard output what each shows.
 class Camera
 {
 public:
@@ -16,11 +16,16 @@ public:
     {
     }
 
-    /// Lets pending events run, then takes `window` as NN-<name>.png.
+    /// Lets pending events run, then takes `window` as NNN-<name>.png.
     void take(QWidget *window, const QString &name, const QString &caption);
+    /// Writes a text as NNN-<name>.txt.
+    void note(const QString &text, const QString &name, const QString &caption);
     [[nodiscard]] int count() const { return m_count; }
 
 private:
+    QString nextFile(const QString &name, const QString &ending);
+    static void tell(const QString &file, const QString &caption);
+
     QDir m_folder;
     int m_count = 0;
 };

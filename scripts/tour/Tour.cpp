@@ -2,6 +2,7 @@
 
 #include "catalogue/ProjectCatalogue.h"
 #include "components/RegistryAccess.h"
+#include "platform/TreeWalker.h"
 #include "startup/FormWindow.h"
 #include "startup/StartUp.h"
 
@@ -65,6 +66,7 @@ void Tour::play()
     planQuickNav();
     lookAtGlobals();
     buildAndPack();
+    readInViewer(m_world.session.projectName, u"Aptitude Guide"_s, u"package"_s);
     deleteBook();
     leaveForLauncher();
     copyProject();
@@ -72,9 +74,11 @@ void Tour::play()
     rankBookSets();
     mergeProjects();
     reportLinks();
+    manageIdentifiers();
     reopenSet();
     migrateBookSet();
     deleteProject();
+    workFromScripts();
     leave();
 }
 
@@ -174,10 +178,22 @@ QString Tour::pagesOf(const QString &book) const
     return QDir(fetched).exists() ? fetched : m_ownPages.path();
 }
 
+/// Puts the pages of a book where an author may have them.
+QString Tour::takeOver(const QString &book)
+{
+    const QString manuals = u"C:\\Manuals"_s;
+    if (!m_world.files.folderExists(manuals))
+        m_world.files.makeFolder(manuals);
+    const QString target = manuals + u'\\' + book;
+    if (!m_world.files.folderExists(target))
+        copyTree(m_world.files, m_world.files.productPath(pagesOf(book)), target);
+    return target;
+}
+
 void Tour::addPages(const QString &folder)
 {
     QWidget *main = window(Form::MainUI);
-    m_world.fileDialogs.next = m_world.files.productPath(pagesOf(folder));
+    m_world.fileDialogs.next = takeOver(folder);
     whenModal([this](QWidget *dialog) {
         if (dialog->objectName() != "AddSourceFilesDialog"_L1)
             tourFails(u"The list of source files did not open"_s);

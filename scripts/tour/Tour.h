@@ -32,10 +32,17 @@ private:
     void findInPages();
     void planQuickNav();
     void lookAtGlobals();
+    void lookThrough(QWidget *main);
 
     // TourBuild.cpp: build, findings, search, packing
     void buildAndPack();
     void pack(QWidget *build, QTabWidget *results);
+
+    // TourCompanions.cpp: the programs beside this one
+    void readInViewer(const QString &set, const QString &book, const QString &question);
+    void manageIdentifiers();
+    void workFromScripts();
+    QString printedBy(const QList<QStringList> &commands);
 
     // TourLifeCycle.cpp: whole projects
     void createSecondProject();
@@ -57,6 +64,7 @@ private:
     void putLinkFile(const QString &project, const QStringList &targets,
                      const QStringList &references);
     [[nodiscard]] QString pagesOf(const QString &book) const;
+    QString takeOver(const QString &book);
 
     TourWorld &m_world;
     Camera &m_camera;

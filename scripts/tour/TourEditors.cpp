@@ -123,3 +123,44 @@ void Tour::lookAtGlobals()
     tabs->setCurrentIndex(0);
     child<QTabBar>(main, "SSTab1")->setCurrentIndex(1);
 }
+
+/// A smaller project in every editor.
+void Tour::lookThrough(QWidget *main)
+{
+    const auto chooseFirst = [](QAbstractItemView *list, int row = 0) {
+        list->setCurrentIndex(list->model()->index(row, 0));
+        settle(200);
+    };
+    main->resize(1190, 640);
+    settle(300);
+    auto *books = child<QWidget>(main, "ctlBooksTab1");
+    auto *pages = child<QTreeView>(books, "tvwPages");
+    pages->setCurrentIndex(pages->model()->index(0, 0, pages->model()->index(0, 0)));
+    const QStringList details{u"book"_s,    u"page"_s,  u"source"_s,
+                              u"preview"_s, u"links"_s, u"keywords"_s};
+    for (int i = 0; i < details.size(); ++i) {
+        child<QTabWidget>(books, "tabDetails")->setCurrentIndex(i);
+        settle(300);
+        m_camera.take(main, u"small-"_s + details.at(i), u"A small project: "_s + details.at(i));
+    }
+    main->resize(960, 620);
+    child<QTabWidget>(books, "tabDetails")->setCurrentIndex(0);
+    settle(300);
+    m_camera.take(main, u"small-window"_s, u"A small project in a smaller window"_s);
+    child<QTabBar>(main, "SSTab1")->setCurrentIndex(2);
+    settle(200);
+    for (const char *const column : {"lstViews", "lstGroups", "lstTopics", "lstCategories"})
+        chooseFirst(child<QAbstractItemView>(main, column));
+    m_camera.take(main, u"small-quick-navigation"_s, u"A small project: quick navigation"_s);
+
+    child<QTabBar>(main, "SSTab1")->setCurrentIndex(0);
+    child<QTabWidget>(main, "tabGlobals")->setCurrentIndex(1);
+    chooseFirst(child<QAbstractItemView>(main, "tvwGlobalPages"));
+    m_camera.take(main, u"small-global-pages"_s, u"A small project: global pages"_s);
+    child<QTabWidget>(main, "tabGlobals")->setCurrentIndex(2);
+    chooseFirst(child<QAbstractItemView>(main, "tvwCategories"));
+    m_camera.take(main, u"small-categories"_s, u"A small project: categories"_s);
+    child<QTabWidget>(main, "tabGlobals")->setCurrentIndex(0);
+    child<QTabBar>(main, "SSTab1")->setCurrentIndex(1);
+    main->resize(1240, 800);
+}

@@ -110,10 +110,12 @@ void Tour::mergeProjects()
         }
         tourFails(u"There is no page in "_s + folder);
     };
+    const QString start = firstPage(u"Plant 300"_s, u"Book_FAQ"_s);
     putLinkFile(u"Plant 300"_s,
-                {u"PLANT-FAQ"_s, firstPage(u"Plant 300"_s, u"Book_FAQ"_s) + u"#top"_s,
-                 u"PLANT-OLD"_s, u"Plant 300\\Book_FAQ\\removed.html"_s},
-                {u"PUMP-START"_s, firstPage(u"Plant 300"_s, u"Book_FAQ"_s)});
+                {u"PLANT-FAQ"_s, start + u"#top"_s, u"PLANT-OLD"_s,
+                 u"Plant 300\\Book_FAQ\\removed.html"_s, u"PLANT-MOVED"_s,
+                 QString(start).replace(u"\\Book_FAQ\\"_s, u"\\Book_FAQ\\old\\"_s)},
+                {u"PUMP-START"_s, start});
     putLinkFile(u"Pump Station"_s, {u"PUMP-START"_s, firstPage(u"Pump Station"_s, u"Book_MNT"_s)},
                 {u"PLANT-FAQ"_s, firstPage(u"Pump Station"_s, u"Book_FAQ"_s), u"NOWHERE"_s,
                  firstPage(u"Pump Station"_s, u"Book_MNT"_s)});
@@ -178,7 +180,10 @@ void Tour::migrateBookSet()
     click(wizard, "optSelPrjTypetoAdd_2");
     type(child<QLineEdit>(wizard, "txtProjectName"), u"Bottling Line"_s);
     type(child<QLineEdit>(wizard, "txtPrjId"), u"BL1"_s);
-    m_world.fileDialogs.next = m_world.files.productPath(database.canonicalFilePath());
+    m_world.files.makeFolder(u"C:\\Legacy"_s);
+    m_world.fileDialogs.next = u"C:\\Legacy\\"_s + database.fileName();
+    m_world.files.copyFile(m_world.files.productPath(database.canonicalFilePath()),
+                           m_world.fileDialogs.next);
     click(wizard, "cmdBrowseDBtoMigrate");
     m_camera.take(wizard, u"wizard-migrate"_s, u"A legacy book set is migrated"_s);
     whenModal([this](QWidget *report) {
@@ -195,6 +200,7 @@ void Tour::migrateBookSet()
     child<QListWidget>(child<QWidget>(main, "ctlBooksTab1"), "lstBooks")->setCurrentRow(0);
     settle(300);
     m_camera.take(main, u"migrated"_s, u"The migrated project"_s);
+    lookThrough(main);
     backToLauncher({u"OK"_s, u"Yes"_s});
 }
 

@@ -3,10 +3,12 @@
 //   qv_tour sample
 // "play" walks through the real windows and writes numbered pictures, and the files they made, to
 // OUT. DOCUMENTATION holds a folder per fetched book; what is missing there comes from OWN-PAGES.
-// "sample" makes a sample installation in the user's data folder unless a server is set already.
+// "sample" makes a sample installation in the user's data folder unless a server is set already;
+// one that it made before gets the companion programs as they are now.
 
 #include "Tour.h"
 
+#include "dialogs/CompanionPrograms.h"
 #include "dialogs/FirstRun.h"
 #include "dialogs/SampleInstallation.h"
 #include "platform/QvError.h"
@@ -55,23 +57,29 @@ int play(const QStringList &arguments)
     TourWorld world(files.filePath(u"drives"_s), {files.path(), files.path()});
     Camera camera(out);
     Tour(world, camera, QDir(arguments.at(1)), QDir(arguments.at(2))).play();
-    std::printf("%d pictures; the files are in %s\n", camera.count(), qUtf8Printable(files.path()));
+    std::printf("%d pictures and texts; the files are in %s\n", camera.count(),
+                qUtf8Printable(files.path()));
     return 0;
 }
 
 int sample()
 {
+    const QString folder = u"C:\\Quovane Sample"_s;
+    const QString bin = folder + u"\\Client\\Bin"_s;
+    const QString programs = QApplication::applicationDirPath();
     TourWorld world(drivesFolder(), settingsFolders());
-    if (!FirstRun(world.program).isNeeded())
-        return 0;
     try {
-        createSampleInstallation(world.program, u"C:\\Quovane Sample"_s);
+        if (FirstRun(world.program).isNeeded()) {
+            createSampleInstallation(world.program, folder, programs);
+            std::printf("A sample installation was made: %s\n",
+                        qUtf8Printable(world.files.nativePath(folder)));
+        } else if (world.files.folderExists(bin)) {
+            copyCompanions(world.files, programs, bin + u'\\');
+        }
     } catch (const QvError &error) {
         std::fprintf(stderr, "%s\n", error.what());
         return 1;
     }
-    std::printf("A sample installation was made: %s\n",
-                qUtf8Printable(world.files.nativePath(u"C:\\Quovane Sample"_s)));
     return 0;
 }
 

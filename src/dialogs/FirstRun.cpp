@@ -8,6 +8,8 @@
 #include "platform/Paths.h"
 #include "platform/QvError.h"
 
+#include <QCoreApplication>
+
 using namespace Qt::StringLiterals;
 
 FirstRun::FirstRun(Program &program)
@@ -69,7 +71,8 @@ bool FirstRun::createSample()
         m_program.fileDialogs.chooseFolder(u"Choose where to put the sample installation"_s, {});
     if (folder.isEmpty() || refuses(folder))
         return false;
-    createSampleInstallation(m_program, withBackslash(folder) + u"Quovane Sample"_s);
+    createSampleInstallation(m_program, withBackslash(folder) + u"Quovane Sample"_s,
+                             QCoreApplication::applicationDirPath());
     return true;
 }
 

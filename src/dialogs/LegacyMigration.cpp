@@ -64,10 +64,11 @@ QString LegacyMigration::reason()
 {
     const bool isWhole = report().end == ConversionEnd::BrokenOff
                          && m_program.files.fileExists(folder() + ProjectFile::toc);
-    return isWhole ? u"The converter ended before it could list the project, but the folder %1 is "
-                     "complete. Press Continue again, and choose to list the folder again."_s.arg(
-                         withoutBackslash(folder()))
-                   : report().reason;
+    return isWhole
+               ? u"The converter ended before it could list the project, but the folder %1 is "
+                 "complete. Migrate once more under this name, and let the folder be listed."_s.arg(
+                     withoutBackslash(folder()))
+               : report().reason;
 }
 
 void LegacyMigration::runConverter(const QString &database, bool acceptPartly, const Runner &run)
@@ -126,8 +127,8 @@ void LegacyMigration::takeNameFromDestination()
     if (stored.isEmpty() || stored.compare(written, Qt::CaseInsensitive) != 0)
         throw QvError(InvalidCall, {},
                       u"The converter wrote the project to %1, but the setting \"Path\" of %2 "
-                      "names %3. The project is complete: choose it with Continue in the "
-                      "launcher"_s.arg(written, RegistryKey::compiler + u"Destination"_s,
+                      "names %3. The project is complete and in the list of "
+                      "projects"_s.arg(written, RegistryKey::compiler + u"Destination"_s,
                                        stored.isEmpty() ? u"no folder"_s : stored));
     if (parentFolder(stored).compare(docsFolder(serverPath), Qt::CaseInsensitive) != 0)
         throw QvError(PathFileAccess, {},

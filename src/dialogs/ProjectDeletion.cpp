@@ -127,8 +127,8 @@ void ProjectDeletion::requireItsOwn(const QString &name)
 
 void ProjectDeletion::refuse(const QString &name, const QString &reason) const
 {
-    throw QvError(PathFileAccess, {},
-                  u"The files of the project \"%1\" are not deleted. %2. Nothing was changed. To "
-                  "take it out of the list only, delete it again and answer No when asked about "
-                  "its files."_s.arg(name, reason));
+    throw QvError(
+        PathFileAccess, {},
+        u"The files of the project \"%1\" are not deleted. %2. Nothing was changed. To "
+        "take it out of the list only, delete it again without its files."_s.arg(name, reason));
 }

@@ -3,6 +3,7 @@
 #include "catalogue/ProjectCatalogue.h"
 #include "components/Components.h"
 #include "components/RegistryAccess.h"
+#include "dialogs/CompanionPrograms.h"
 #include "platform/FileSystem.h"
 #include "platform/Paths.h"
 #include "platform/QvError.h"
@@ -35,7 +36,7 @@ void requireUnused(FileSystem &files, const QString &folder)
 
 } // namespace
 
-void createSampleInstallation(Program &program, const QString &folder)
+void createSampleInstallation(Program &program, const QString &folder, const QString &programFolder)
 {
     const QString base = withoutBackslash(folder);
     const QString server = base + u"\\Server\\"_s;
@@ -47,6 +48,7 @@ void createSampleInstallation(Program &program, const QString &folder)
     helpers.mbCreateFilePath(client + u"Bin"_s);
     CategoryFile(program.files).write(defaultCategoriesPath(server), sampleCategories());
     ProjectCatalogue(program.session, program.files).CreateSelectionFile(cataloguePath(server));
+    copyCompanions(program.files, programFolder, client + u"Bin\\"_s);
 
     RegistryAccess &registry = program.components.registryAccess;
     registry.SetValueName(Hive::LocalMachine, RegistryKey::product, u"Client"_s, client);

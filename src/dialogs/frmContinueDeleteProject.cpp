@@ -287,11 +287,6 @@ QAbstractButton *frmContinueDeleteProject::cancelButton() const
     return ui->cmdCancelContinueDelPrj;
 }
 
-QAbstractButton *frmContinueDeleteProject::helpButton() const
-{
-    return ui->cmdHelpContinueDelPrj;
-}
-
 void frmContinueDeleteProject::inHandler(QLatin1StringView handler,
                                          const std::function<void()> &body)
 {

@@ -42,7 +42,6 @@ private:
     QStringList GetProdQVSelection_Incomplete();
 
     [[nodiscard]] QAbstractButton *cancelButton() const override;
-    [[nodiscard]] QAbstractButton *helpButton() const override;
 
     void connectControls();
     QString chosenIn(const QComboBox *list);

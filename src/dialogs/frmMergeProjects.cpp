@@ -314,11 +314,6 @@ QAbstractButton *frmMergeProjects::cancelButton() const
     return ui->cmdCancel;
 }
 
-QAbstractButton *frmMergeProjects::helpButton() const
-{
-    return ui->cmdHelp;
-}
-
 void frmMergeProjects::inHandler(QLatin1StringView handler, const std::function<void()> &body)
 {
     const auto shape = [&](const QvError &error) {

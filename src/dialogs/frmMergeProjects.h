@@ -38,7 +38,6 @@ private:
     void SortlstAvaProjects();
 
     [[nodiscard]] QAbstractButton *cancelButton() const override;
-    [[nodiscard]] QAbstractButton *helpButton() const override;
     bool eventFilter(QObject *watched, QEvent *event) override; // Enter and Delete in the lists
 
     void loadCaptions();

@@ -198,11 +198,6 @@ QAbstractButton *frmSelPrjType::cancelButton() const
     return ui->cmdCancel;
 }
 
-QAbstractButton *frmSelPrjType::helpButton() const
-{
-    return ui->cmdHelp;
-}
-
 void frmSelPrjType::inHandler(QLatin1StringView handler, const std::function<void()> &body)
 {
     const auto shape = [&](const QvError &error) {

@@ -32,7 +32,6 @@ private:
     void cmdHelp_Click();
 
     [[nodiscard]] QAbstractButton *cancelButton() const override;
-    [[nodiscard]] QAbstractButton *helpButton() const override;
 
     bool readPaths();
     void tidyDocs();

@@ -332,11 +332,6 @@ QAbstractButton *frmSelPrjTypetoAdd::cancelButton() const
     return ui->cmdCancelSelPrjTypetoAdd;
 }
 
-QAbstractButton *frmSelPrjTypetoAdd::helpButton() const
-{
-    return ui->cmdHelpSelPrjTypetoAdd;
-}
-
 void frmSelPrjTypetoAdd::inContinue(const std::function<void()> &body)
 {
     const auto shape = [](const QvError &error) {

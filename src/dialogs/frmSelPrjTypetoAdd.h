@@ -37,7 +37,6 @@ private:
     static QString GetLangID(const QString &language);
 
     [[nodiscard]] QAbstractButton *cancelButton() const override;
-    [[nodiscard]] QAbstractButton *helpButton() const override;
 
     void loadCaptions();
     void connectControls();

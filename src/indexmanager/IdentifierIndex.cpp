@@ -1,6 +1,6 @@
 #include "indexmanager/IdentifierIndex.h"
 
-#include "indexmanager/NaturalRanks.h"
+#include "reports/RowOrder.h"
 
 #include <QHash>
 

@@ -1,9 +1,6 @@
 #include "indexmanager/IdentifierOrder.h"
 
-#include "indexmanager/NaturalRanks.h"
-
 #include <algorithm>
-#include <numeric>
 
 using Spot = IdentifierIndex::Spot;
 
@@ -17,9 +14,9 @@ QStringView shownPath(const IdentifierIndex &index, quint32 identifier)
 
 std::vector<quint32> setRanks(const IdentifierIndex &index, const Progress &progress)
 {
-    const auto count = static_cast<quint32>(index.sets().size());
     const std::vector<quint32> ranks = naturalRanks(
-        count, [&](quint32 set) { return index.sets()[set].set; }, progress);
+        static_cast<qsizetype>(index.sets().size()),
+        [&](quint32 set) -> QStringView { return index.sets()[set].set; }, progress);
     std::vector<quint32> keys;
     for (quint32 identifier = 0; identifier < index.count(); ++identifier) {
         const auto targets = index.targets(identifier);
@@ -34,10 +31,6 @@ std::vector<quint32> sortKeys(const IdentifierIndex &index, IdentifierColumn col
 {
     if (column == IdentifierColumn::Set)
         return setRanks(index, progress);
-    if (column == IdentifierColumn::Place)
-        return naturalRanks(
-            index.count(), [&](quint32 identifier) { return shownPath(index, identifier); },
-            progress);
     std::vector<quint32> keys(index.count());
     for (quint32 identifier = 0; identifier < index.count(); ++identifier) {
         keys[identifier] = column == IdentifierColumn::State
@@ -62,11 +55,14 @@ QString publishedPlace(const IdentifierIndex &index, quint32 identifier)
     return placeInSet(publishingSet(index, identifier), shownPath(index, identifier));
 }
 
-IdentifierOrder sortedIdentifiers(const IdentifierIndex &index, IdentifierColumn column,
-                                  Qt::SortOrder order, const Progress &progress)
+RowOrder sortedIdentifiers(const IdentifierIndex &index, IdentifierColumn column,
+                           Qt::SortOrder order, const Progress &progress)
 {
-    IdentifierOrder sorted(index.count());
-    std::iota(sorted.begin(), sorted.end(), 0U);
+    if (column == IdentifierColumn::Place)
+        return naturallySorted(
+            index.count(), [&](quint32 identifier) { return shownPath(index, identifier); }, order,
+            progress);
+    RowOrder sorted = asListed(index.count());
     const std::vector<quint32> keys = sortKeys(index, column, progress);
     const bool falling = order == Qt::DescendingOrder;
     std::stable_sort(sorted.begin(), sorted.end(), [&](quint32 a, quint32 b) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "indexmanager/IdentifierIndex.h"
+#include "reports/RowOrder.h"
 
 #include <QStringList>
 
@@ -10,9 +11,6 @@
 enum class IdentifierColumn { Identifier, State, Set, Place, References };
 inline constexpr int identifierColumns = 5;
 
-/// Identifiers by their numbers, in the order in which they are shown.
-using IdentifierOrder = std::vector<quint32>;
-
 /// The set and the place in it that an identifier is shown with: the first that publishes it. ""
 /// when nobody does.
 QString publishingSet(const IdentifierIndex &index, quint32 identifier);
@@ -20,8 +18,8 @@ QString publishedPlace(const IdentifierIndex &index, quint32 identifier);
 
 /// All identifiers in the order of one column; equal ones in natural order. Throws Unwinding when
 /// Stop was pressed.
-IdentifierOrder sortedIdentifiers(const IdentifierIndex &index, IdentifierColumn column,
-                                  Qt::SortOrder order, const Progress &progress = {});
+RowOrder sortedIdentifiers(const IdentifierIndex &index, IdentifierColumn column,
+                           Qt::SortOrder order, const Progress &progress = {});
 
 /// Which identifiers are shown.
 class IdentifierFilter final

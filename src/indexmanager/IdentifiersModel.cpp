@@ -1,17 +1,13 @@
 #include "indexmanager/IdentifiersModel.h"
 
-#include "controls/parts/PlainTip.h"
+#include "resources/PlainTip.h"
 
 #include <QCoreApplication>
 #include <QLocale>
 
-#include <algorithm>
-
 using namespace Qt::StringLiterals;
 
 namespace {
-
-constexpr size_t rowsPerTurn = 10'000; ///< a few milliseconds: the window stays alive
 
 constexpr std::array allStates{IdentifierState::Good, IdentifierState::PageMissing,
                                IdentifierState::Conflict, IdentifierState::NotPublished,
@@ -76,77 +72,43 @@ LinkMark markFor(IdentifierState state)
 }
 
 IdentifiersModel::IdentifiersModel(QObject *parent)
-    : QAbstractTableModel(parent)
+    : LongListModel(
+        {tr("Identifier"), tr("State"), tr("Set"), tr("Published at"), tr("References")}, parent)
     , m_index(std::make_shared<IdentifierIndex>())
 {
     for (const IdentifierState state : allStates)
         m_marks.insert(state, linkMarkIcon(markFor(state)));
-    connect(&m_turn, &QTimer::timeout, this, &IdentifiersModel::filterOn);
 }
 
-void IdentifiersModel::setIndex(std::shared_ptr<const IdentifierIndex> index, IdentifierOrder order)
+void IdentifiersModel::setIndex(std::shared_ptr<const IdentifierIndex> index, RowOrder order)
 {
-    beginResetModel();
+    clear();
     m_index = std::move(index);
-    m_order = std::move(order);
-    m_shown.clear();
-    endResetModel();
-    startFilter();
-}
-
-void IdentifiersModel::setOrder(IdentifierOrder order)
-{
-    m_order = std::move(order);
-    startFilter();
+    setOrder(std::move(order));
 }
 
 void IdentifiersModel::setFilter(const IdentifierFilter &filter)
 {
     m_filter = filter;
-    startFilter();
+    filterAgain();
 }
 
-void IdentifiersModel::startFilter()
+bool IdentifiersModel::passes(quint32 identifier) const
 {
-    m_passed.clear();
-    m_next = 0;
-    if (!isFiltered()) {
-        m_passed = m_order;
-        m_next = m_order.size();
-    }
-    m_turn.start(0);
-    filterOn();
+    return m_filter.passes(*m_index, identifier);
 }
 
-/// One turn. What was shown before stays until the last one.
-void IdentifiersModel::filterOn()
+QString IdentifiersModel::line(int row) const
 {
-    const size_t end = std::min(m_order.size(), m_next + rowsPerTurn);
-    for (; m_next < end; ++m_next) {
-        if (m_filter.passes(*m_index, m_order[m_next]))
-            m_passed.push_back(m_order[m_next]);
-    }
-    if (m_next < m_order.size())
-        return;
-    m_turn.stop();
-    beginResetModel();
-    m_shown = std::exchange(m_passed, {});
-    endResetModel();
-}
-
-int IdentifiersModel::rowCount(const QModelIndex &parent) const
-{
-    return parent.isValid() ? 0 : static_cast<int>(m_shown.size());
-}
-
-int IdentifiersModel::columnCount(const QModelIndex &parent) const
-{
-    return parent.isValid() ? 0 : identifierColumns;
+    QStringList texts;
+    for (int column = 0; column < identifierColumns; ++column)
+        texts.append(shownText(numberAt(row), static_cast<IdentifierColumn>(column)));
+    return texts.join(u'\t');
 }
 
 QVariant IdentifiersModel::data(const QModelIndex &index, int role) const
 {
-    const quint32 number = identifier(index.row());
+    const quint32 number = numberAt(index.row());
     const auto column = static_cast<IdentifierColumn>(index.column());
     const bool isState = column == IdentifierColumn::State;
     switch (role) {
@@ -180,17 +142,4 @@ QString IdentifiersModel::shownText(quint32 identifier, IdentifierColumn column)
         return QLocale().toString(m_index->references(identifier).size());
     }
     return {};
-}
-
-QVariant IdentifiersModel::headerData(int section, Qt::Orientation orientation, int role) const
-{
-    if (orientation != Qt::Horizontal)
-        return {};
-    if (role == Qt::TextAlignmentRole)
-        return QVariant(Qt::AlignLeft | Qt::AlignVCenter);
-    if (role != Qt::DisplayRole)
-        return {};
-    return QStringList{tr("Identifier"), tr("State"), tr("Set"), tr("Published at"),
-                       tr("References")}
-        .value(section);
 }

@@ -4,8 +4,8 @@
 #include "controls/parts/Handler.h"
 #include "controls/parts/ListCommands.h"
 #include "controls/parts/PlainLabel.h"
+#include "controls/parts/RowTable.h"
 #include "indexmanager/PageOpening.h"
-#include "indexmanager/RowTable.h"
 #include "reports/LinkReportView.h"
 #include "resources/Counted.h"
 #include "startup/frmProgBar.h"
@@ -18,6 +18,7 @@
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QLocale>
+#include <QShortcut>
 #include <QSplitter>
 #include <QVBoxLayout>
 
@@ -33,7 +34,8 @@ IdentifiersPage::IdentifiersPage(Program &program, QWidget *parent)
     , m_states(new QComboBox(this))
     , m_list(new LinkReportView(this))
     , m_counts(plainLabel({}, this))
-    , m_details(new RowTable({tr("Part"), tr("Set"), tr("Page")}, {24, 26}, this))
+    , m_details(
+          new RowTable({{tr("Part"), 24, TableColumn::State}, {tr("Set"), 26}, {tr("Page")}}, this))
 {
     m_list->setObjectName(u"lstIdentifiers"_s);
     m_list->setAccessibleName(tr("Identifiers"));
@@ -72,7 +74,7 @@ QWidget *IdentifiersPage::makeFilterRow()
         m_states->addItem(linkMarkIcon(markFor(state)), wordFor(state), static_cast<int>(state));
     auto *const words = new QLabel(tr("&Filter:"), row);
     words->setBuddy(m_filter);
-    auto *const states = new QLabel(tr("S&how:"), row);
+    auto *const states = new QLabel(tr("Sh&ow:"), row);
     states->setBuddy(m_states);
     auto *const layout = new QHBoxLayout(row);
     layout->setContentsMargins({});
@@ -88,7 +90,7 @@ void IdentifiersPage::setUpList()
     m_list->setTabKeyNavigation(false);
     m_list->setAlternatingRowColors(true);
     m_list->setSelectionBehavior(QAbstractItemView::SelectRows);
-    m_list->setSelectionMode(QAbstractItemView::SingleSelection);
+    m_list->setSelectionMode(QAbstractItemView::ExtendedSelection);
     m_list->setTextElideMode(Qt::ElideMiddle);
     m_list->setShowGrid(false);
     m_list->setWordWrap(false);
@@ -97,14 +99,16 @@ void IdentifiersPage::setUpList()
     QHeaderView *const header = m_list->horizontalHeader();
     const int letter = fontMetrics().averageCharWidth();
     int column = 0;
-    for (const int letters : {32, 24, 26, 50, 14})
+    header->setMinimumSectionSize(16 * letter);
+    for (const int letters : {32, 24, 26, 50, 16})
         header->resizeSection(column++, letters * letter);
     header->setSectionResizeMode(static_cast<int>(IdentifierColumn::Place), QHeaderView::Stretch);
     header->setHighlightSections(false);
     m_list->setSortedBy(m_sortedBy, m_sortOrder);
     m_list->setContextMenuPolicy(Qt::ActionsContextMenu);
     addListAction(m_list, tr("&Open page"), "preview"_L1, {}, [this] { openIdentifier(); });
-    addListAction(m_list, tr("&Copy"), "copy"_L1, QKeySequence::Copy, [this] { copyIdentifier(); });
+    addListAction(m_list, tr("&Copy"), "copy"_L1, QKeySequence::Copy,
+                  [this] { copyIdentifiers(); });
 }
 
 void IdentifiersPage::connectList()
@@ -120,21 +124,38 @@ void IdentifiersPage::connectList()
         QCoreApplication::sendEvent(m_filter, key);
     });
     connect(m_filter, &QLineEdit::textChanged, this, &IdentifiersPage::filterAgain);
+    auto *const clearFilter = new QShortcut(Qt::Key_Escape, m_filter);
+    clearFilter->setContext(Qt::WidgetShortcut);
+    connect(clearFilter, &QShortcut::activated, m_filter, &QLineEdit::clear);
     connect(m_filter, &QLineEdit::returnPressed, this, [this] { m_list->setFocus(); });
     connect(m_states, &QComboBox::currentIndexChanged, this, &IdentifiersPage::filterAgain);
     connect(m_details, &RowTable::rowActivated, this, &IdentifiersPage::openDetail);
 }
 
+/// The order stays, and so does the identifier at hand.
 void IdentifiersPage::setIndex(std::shared_ptr<const IdentifierIndex> index,
                                const QString &whyEmpty)
 {
     m_whyEmpty = whyEmpty;
+    const int row = m_list->currentIndex().row();
+    const QString before = row < 0 ? QString() : m_model->textAt(row);
+    const quint32 count = index->count();
+    m_model->setIndex(std::move(index), asListed(count)); // they are numbered in their order
     m_sortedBy = 0;
     m_sortOrder = Qt::AscendingOrder;
-    m_list->setSortedBy(m_sortedBy, m_sortOrder);
-    const IdentifierOrder order =
-        sortedIdentifiers(*index, IdentifierColumn::Identifier, m_sortOrder);
-    m_model->setIndex(std::move(index), order);
+    const QHeaderView *const header = m_list->horizontalHeader();
+    if (header->sortIndicatorSection() != 0 || header->sortIndicatorOrder() != m_sortOrder)
+        sortAgain();
+    choose(before);
+}
+
+void IdentifiersPage::choose(const QString &identifier)
+{
+    const RowOrder &shown = m_model->shown();
+    const auto found = std::ranges::find_if(
+        shown, [&](quint32 number) { return m_model->index().text(number) == identifier; });
+    if (found != shown.end())
+        m_list->selectRow(static_cast<int>(found - shown.begin()));
 }
 
 void IdentifiersPage::setFocusToFilter()
@@ -151,7 +172,7 @@ void IdentifiersPage::sortAgain()
     const Qt::SortOrder order =
         header->sortIndicatorSection() < 0 ? Qt::AscendingOrder : header->sortIndicatorOrder();
     const bool isSorted = wasDone(m_program, [&] {
-        IdentifierOrder sorted;
+        RowOrder sorted;
         runWithProgress(m_program, window(), tr("Sorting..."), [&](const Progress &progress) {
             sorted = sortedIdentifiers(m_model->index(), static_cast<IdentifierColumn>(column),
                                        order, progress);
@@ -179,6 +200,12 @@ void IdentifiersPage::showState()
     const IdentifierIndex &index = m_model->index();
     QString counts = counted(index.count(), tr("1 identifier"), tr("%1 identifiers"));
     counts += u" · "_s + counted(qsizetype(index.sets().size()), tr("1 set"), tr("%1 sets"));
+    const auto unread = std::ranges::count_if(
+        index.sets(), [](const SetLinks &links) { return !links.problem.isEmpty(); });
+    if (unread > 0)
+        counts += u" · "_s
+                  + counted(unread, tr("1 set could not be read (see Sets)"),
+                            tr("%1 sets could not be read (see Sets)"));
     if (m_model->isFiltered())
         counts += u" · "_s + tr("shown %1").arg(QLocale().toString(m_model->rowCount()));
     m_counts->setText(counts);
@@ -197,7 +224,7 @@ void IdentifiersPage::showDetails()
     const int row = m_list->currentIndex().row();
     if (row >= 0 && row < m_model->rowCount()) {
         const IdentifierIndex &index = m_model->index();
-        const quint32 identifier = m_model->identifier(row);
+        const quint32 identifier = m_model->numberAt(row);
         const auto add = [&](const QString &part, Spot spot, QStringView path, LinkMark mark) {
             m_detailPaths.append(path.toString());
             const QString &set = index.setOf(spot);
@@ -220,15 +247,20 @@ void IdentifiersPage::openIdentifier()
         openDetail(0);
 }
 
-/// The row at hand, its columns separated by tabs.
-void IdentifiersPage::copyIdentifier()
+void IdentifiersPage::copyIdentifiers()
 {
-    const QModelIndex current = m_list->currentIndex();
-    QStringList texts;
-    for (int column = 0; current.isValid() && column < identifierColumns; ++column)
-        texts.append(current.siblingAtColumn(column).data().toString());
-    if (!texts.isEmpty())
-        QGuiApplication::clipboard()->setText(texts.join(u'\t'));
+    m_model->finishFilter(); // the rows stay what they are while they are copied
+    QStringList lines;
+    const auto work = [&, rows = m_list->selectedRows()](const Progress &progress) {
+        for (const int row : rows) {
+            progress.step(static_cast<int>(lines.size()), static_cast<int>(rows.size()));
+            lines.append(m_model->line(row));
+        }
+    };
+    const bool isCopied =
+        wasDone(m_program, [&] { runWithProgress(m_program, window(), tr("Copying..."), work); });
+    if (isCopied && !lines.isEmpty())
+        QGuiApplication::clipboard()->setText(lines.join(u'\n'));
 }
 
 void IdentifiersPage::openDetail(int row)

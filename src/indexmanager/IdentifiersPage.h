@@ -33,7 +33,8 @@ private:
     void showState();
     void showDetails();
     void openIdentifier();
-    void copyIdentifier();
+    void copyIdentifiers();
+    void choose(const QString &identifier);
     void openDetail(int row);
 
     Program &m_program;

@@ -2,7 +2,7 @@
 
 #include "controls/parts/Handler.h"
 #include "controls/parts/PlainLabel.h"
-#include "indexmanager/RowTable.h"
+#include "controls/parts/RowTable.h"
 #include "indexmanager/ShortList.h"
 #include "resources/Counted.h"
 #include "resources/Icons.h"
@@ -21,9 +21,12 @@ RepairPage::RepairPage(Program &program, QWidget *parent)
     : QWidget(parent)
     , m_program(program)
     , m_index(std::make_shared<IdentifierIndex>())
-    , m_table(new RowTable(
-          {tr("Identifier"), tr("Set"), tr("Link file says"), tr("Page lies at"), tr("Why")},
-          {30, 22, 36, 36}, this))
+    , m_table(new RowTable({{tr("Identifier"), 24},
+                            {tr("Set"), 18},
+                            {tr("Link file says"), 32},
+                            {tr("Page lies at"), 32},
+                            {tr("Why"), 0, TableColumn::State}},
+                           this))
     , m_state(plainLabel({}, this))
 {
     m_table->setObjectName(u"lstMoved"_s);
@@ -100,7 +103,7 @@ void RepairPage::showMoved(const QStringList &problems)
         rows.append({{moved.identifier, moved.set, moved.before, moved.after,
                       isPublished ? tr("The only place that publishes the identifier")
                                   : tr("The only page of that name")},
-                     LinkMark::None,
+                     isPublished ? LinkMark::Good : LinkMark::Warning,
                      isPublished ? QString()
                                  : tr("No single place of the set publishes this identifier now. "
                                       "The next scan drops it, unless it came from a legacy "

@@ -2,7 +2,7 @@
 
 #include "controls/parts/Handler.h"
 #include "controls/parts/PlainLabel.h"
-#include "indexmanager/RowTable.h"
+#include "controls/parts/RowTable.h"
 #include "indexmanager/ShortList.h"
 #include "resources/Counted.h"
 #include "resources/Icons.h"
@@ -13,6 +13,8 @@
 #include <QLocale>
 #include <QPushButton>
 #include <QVBoxLayout>
+
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
@@ -54,9 +56,13 @@ SetsPage::SetsPage(Program &program, QWidget *parent)
     : QWidget(parent)
     , m_program(program)
     , m_index(std::make_shared<IdentifierIndex>())
-    , m_table(new RowTable({tr("State"), tr("Set"), tr("Scanned"), tr("Identifiers"),
-                            tr("References"), tr("Remarks")},
-                           {26, 26, 20, 14, 14}, this))
+    , m_table(new RowTable({{tr("State"), 26, TableColumn::State},
+                            {tr("Set"), 26},
+                            {tr("Scanned"), 20},
+                            {tr("Identifiers"), 14, TableColumn::Number},
+                            {tr("References"), 14, TableColumn::Number},
+                            {tr("Remarks")}},
+                           this))
     , m_state(plainLabel({}, this))
 {
     m_table->setObjectName(u"lstSets"_s);
@@ -134,16 +140,30 @@ void SetsPage::showSets(const QList<SetScan> &scans)
     QList<TableRow> rows;
     m_stale.clear();
     for (const SetLinks &links : m_index->sets()) {
-        const SetScan &scan = scans.at(rows.size());
-        if (scan.state == ScanState::Stale || scan.state == ScanState::NeverScanned)
+        const TableRow row = rowOf(links, scans.at(rows.size()));
+        if (row.mark == LinkMark::Warning || row.mark == LinkMark::Unchecked)
             m_stale.append(static_cast<int>(rows.size()));
-        rows.append(rowOf(links, scan));
+        rows.append(row);
     }
     m_table->setPlaceholder(tr("No set is listed in the catalogue."));
+    m_state->setText(summaryOf(rows));
     m_table->setRows(std::move(rows));
-    m_state->setText(counted(m_stale.size(), tr("1 set should be scanned again."),
-                             tr("%1 sets should be scanned again.")));
     enableCommands();
+}
+
+/// What is to be done, in words; "" for no sets.
+QString SetsPage::summaryOf(const QList<TableRow> &rows) const
+{
+    const auto unread = std::ranges::count(rows, LinkMark::Bad, &TableRow::mark);
+    QStringList said;
+    if (!m_stale.isEmpty())
+        said.append(counted(m_stale.size(), tr("1 set should be scanned again."),
+                            tr("%1 sets should be scanned again.")));
+    if (unread > 0)
+        said.append(counted(unread, tr("1 set cannot be read."), tr("%1 sets cannot be read.")));
+    if (said.isEmpty() && !rows.isEmpty())
+        said.append(tr("All sets are up to date."));
+    return said.join(u' ');
 }
 
 TableRow SetsPage::rowOf(const SetLinks &links, const SetScan &scan) const
@@ -162,12 +182,12 @@ TableRow SetsPage::rowOf(const SetLinks &links, const SetScan &scan) const
 QString SetsPage::whatToSay(const SetLinks &links, const SetScan &scan) const
 {
     QStringList said;
-    if (const QString result = m_results.value(links.set); !result.isEmpty())
+    const QString result = m_results.value(links.set);
+    if (!result.isEmpty())
         said.append(tr("Last scan: %1").arg(result));
-    if (!scan.problem.isEmpty())
-        said.append(scan.problem);
-    else if (!links.problem.isEmpty())
-        said.append(links.problem);
+    const QString problem = scan.problem.isEmpty() ? links.problem : scan.problem;
+    if (!problem.isEmpty() && !result.contains(problem))
+        said.append(problem);
     if (!scan.newer.isEmpty())
         said.append(tr("Changed: %1.").arg(shortList(scan.newer, u", "_s)));
     return said.join(u' ');

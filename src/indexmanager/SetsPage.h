@@ -33,6 +33,7 @@ private:
     [[nodiscard]] QWidget *makeButtons();
     [[nodiscard]] QList<SetScan> scansOf(const Progress &progress) const;
     void showSets(const QList<SetScan> &scans);
+    [[nodiscard]] QString summaryOf(const QList<TableRow> &rows) const;
     [[nodiscard]] TableRow rowOf(const SetLinks &links, const SetScan &scan) const;
     [[nodiscard]] QString whatToSay(const SetLinks &links, const SetScan &scan) const;
     void selectStale();

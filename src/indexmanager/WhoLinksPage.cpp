@@ -2,8 +2,8 @@
 
 #include "controls/parts/Handler.h"
 #include "controls/parts/PlainLabel.h"
+#include "controls/parts/RowTable.h"
 #include "indexmanager/PageOpening.h"
-#include "indexmanager/RowTable.h"
 #include "indexmanager/ShortList.h"
 #include "platform/Paths.h"
 #include "resources/Counted.h"
@@ -25,9 +25,12 @@ WhoLinksPage::WhoLinksPage(Program &program, QWidget *parent)
     : QWidget(parent)
     , m_program(program)
     , m_index(std::make_shared<IdentifierIndex>())
-    , m_table(new RowTable(
-          {tr("State"), tr("Set"), tr("Page that links"), tr("Leads to"), tr("By identifier")},
-          {24, 22, 36, 36}, this))
+    , m_table(new RowTable({{tr("State"), 24, TableColumn::State},
+                            {tr("Set"), 22},
+                            {tr("Page that links"), 36},
+                            {tr("Leads to"), 36},
+                            {tr("By identifier")}},
+                           this))
     , m_state(plainLabel({}, this))
 {
     auto *const layout = new QVBoxLayout(this);

@@ -11,6 +11,8 @@
 #include "indexmanager/WhoLinksPage.h"
 #include "resources/Icons.h"
 #include "resources/Texts.h"
+#include "startup/ExternalPrograms.h"
+#include "startup/HelpTopics.h"
 #include "startup/Session.h"
 #include "startup/frmProgBar.h"
 
@@ -18,19 +20,39 @@
 #include <QHBoxLayout>
 #include <QPushButton>
 #include <QShortcut>
+#include <QTabBar>
 #include <QTabWidget>
 #include <QTimer>
 #include <QVBoxLayout>
 
+#include <algorithm>
 #include <chrono>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
+namespace {
+
+/// Why there may be no identifiers in what was read.
+QString whyEmpty(const IdentifierIndex &index)
+{
+    if (index.sets().empty())
+        return frmIndexManager::tr("No set is listed in the catalogue.");
+    const bool isWhole = std::ranges::all_of(
+        index.sets(), [](const SetLinks &links) { return links.problem.isEmpty(); });
+    return isWhole ? frmIndexManager::tr("No set of this installation publishes identifiers or "
+                                         "asks for any.")
+                   : frmIndexManager::tr("No identifier was found. Some sets could not be read; "
+                                         "Sets says why.");
+}
+
+} // namespace
+
 frmIndexManager::frmIndexManager(Program &program, QWidget *parent)
     : FormWindow(program, parent)
     , m_index(std::make_shared<IdentifierIndex>())
     , m_server(plainLabel({}, this))
+    , m_head(makeHead())
     , m_tabs(new QTabWidget(this))
     , m_identifiers(new IdentifiersPage(program, this))
     , m_whoLinks(new WhoLinksPage(program, this))
@@ -41,7 +63,7 @@ frmIndexManager::frmIndexManager(Program &program, QWidget *parent)
     setWindowTitle(text(Text::IndexManagerCaption));
     makePages();
     auto *const layout = new QVBoxLayout(this);
-    layout->addWidget(makeHead());
+    layout->addWidget(m_head);
     layout->addWidget(m_tabs, 1);
     connect(new QShortcut(Qt::Key_F5, this), &QShortcut::activated, this,
             &frmIndexManager::readAgain);
@@ -61,10 +83,15 @@ QWidget *frmIndexManager::makeHead()
     again->setObjectName(u"cmdReadAgain"_s);
     again->setToolTip(tr("Reads the link files and looks for the pages again (F5)"));
     connect(again, &QPushButton::clicked, this, &frmIndexManager::readAgain);
+    m_help = new QPushButton(icon("help"_L1), text(Text::Help), row);
+    m_help->setObjectName(u"cmdHelp"_s);
+    m_help->setToolTip(tr("Shows what the index manager can do (F1)"));
+    connect(m_help, &QPushButton::clicked, this, &frmIndexManager::showHelp);
     auto *const layout = new QHBoxLayout(row);
     layout->setContentsMargins({});
     layout->addWidget(m_server, 1);
     layout->addWidget(again);
+    layout->addWidget(m_help);
     return row;
 }
 
@@ -104,11 +131,15 @@ void frmIndexManager::readAgain()
     const bool isRead = wasDone(m_program, [&] {
         runWithProgress(m_program, this, tr("Reading the link files..."), work);
     });
-    showIndex(index, isRead ? tr("No set of this installation publishes identifiers or asks for "
-                                 "any.")
+    showIndex(index, isRead ? whyEmpty(*index)
                             : tr("The link files were not read. To read them, press Read again "
                                  "(F5)."));
     lookAtSets();
+}
+
+void frmIndexManager::showHelp()
+{
+    handled(m_program, [this] { OpenHelpTopic(m_program, u"Content"_s, helpTopicOf(this)); });
 }
 
 void frmIndexManager::showIndex(std::shared_ptr<const IdentifierIndex> index,

@@ -7,6 +7,7 @@
 
 class IdentifiersPage;
 class QLabel;
+class QPushButton;
 class QTabWidget;
 class RepairPage;
 class SetsPage;
@@ -33,11 +34,14 @@ private:
     [[nodiscard]] QWidget *makeHead();
     void makePages();
     void readAgain();
+    void showHelp();
     void showIndex(std::shared_ptr<const IdentifierIndex> index, const QString &whyEmpty);
     void lookAtSets();
 
     std::shared_ptr<const IdentifierIndex> m_index;
     QLabel *m_server;
+    QPushButton *m_help = nullptr;
+    QWidget *m_head; // before the pages: Tab follows the eye
     QTabWidget *m_tabs;
     IdentifiersPage *m_identifiers;
     WhoLinksPage *m_whoLinks;

@@ -6,9 +6,8 @@
 #include "controls/session/ProjectPages.h"
 #include "dialogs/ProjectOpening.h"
 #include "platform/QvError.h"
-#include "projectfiles/BookOutline.h"
 #include "qvdev/Command.h"
-#include "qvdev/ConsoleWorld.h"
+#include "qvdev/OpenedProject.h"
 #include "resources/Counted.h"
 #include "tools/import/SourceImport.h"
 
@@ -20,42 +19,6 @@
 using namespace Qt::StringLiterals;
 
 namespace {
-
-/// A project as the editors have it open.
-class OpenedProject final
-{
-public:
-    OpenedProject(ConsoleWorld &world, const CatalogueEntry &project)
-        : session(world.program)
-    {
-        world.session.projectName = project.name;
-        world.session.projectId = project.id;
-        world.session.projectLanguage = project.language;
-        session.setRunner([&world](const QString &, const auto &work) { work(world.progress()); });
-        session.open(project.name);
-    }
-
-    [[nodiscard]] TocBook book(const QString &acronym) const
-    {
-        for (const TocBook &book : session.books()) {
-            if (book.acronym.compare(acronym, Qt::CaseInsensitive) == 0)
-                return book;
-        }
-        throw QvError(FileNotFound, {},
-                      u"There is no book \"%1\" in the project. Give --new-book \"Name\" to import "
-                      "to make it"_s.arg(acronym));
-    }
-
-    /// Undoes the last command, even after Stop.
-    void takeBack()
-    {
-        session.setRunner({});
-        trap([](const QvError &) {}, // what made it necessary is told
-             [this] { session.undo(); });
-    }
-
-    ProjectSession session;
-};
 
 CatalogueEntry projectToChange(ConsoleWorld &world, const QString &name)
 {
@@ -108,22 +71,34 @@ struct Told
     QStringList refused, notes;
 };
 
-Told toldBy(const ImportPlan &plan, const ImportResult &result)
+Told toldBy(ConsoleWorld &world, const ImportPlan &plan, const ImportResult &result)
 {
+    const auto line = [&](const QString &what, const QString &why) {
+        return world.messages.paths().in(what + u": "_s + why);
+    };
     Told told;
     for (const ImportItem &item : plan.items) {
         if (!item.refusal.isEmpty())
-            told.refused.append(item.remembered + u": "_s + item.refusal);
+            told.refused.append(line(item.remembered, item.refusal));
+        else if (item.action == ImportAction::Skip)
+            told.refused.append(line(item.remembered, u"Not added, because "_s + item.conflict));
     }
-    for (const ImportOmission &omission : plan.omissions)
-        told.notes.append(u"%1: %2 (%3)"_s.arg(omission.page, omission.reference, omission.reason));
+    for (const ImportOmission &omission : plan.omissions) {
+        const QString reference = omission.reference.startsWith(u'\\')
+                                      ? world.files.nativePath(omission.reference)
+                                      : omission.reference;
+        if (omission.page.isEmpty()) // the call itself names it
+            told.refused.append(line(reference, omission.reason));
+        else
+            told.notes.append(line(omission.page, reference + u" ("_s + omission.reason + u')'));
+    }
     told.notes += result.notes;
     return told;
 }
 
 [[noreturn]] void refuse(ConsoleWorld &world, const ImportPlan &plan)
 {
-    const Told told = toldBy(plan, {});
+    const Told told = toldBy(world, plan, {});
     for (const QString &line : told.refused + told.notes)
         world.messages.print(line);
     throw QvError(InvalidCall, {},
@@ -132,7 +107,7 @@ Told toldBy(const ImportPlan &plan, const ImportResult &result)
 
 ExitStatus showImported(ConsoleWorld &world, const ImportPlan &plan, const ImportResult &result)
 {
-    const Told told = toldBy(plan, result);
+    const Told told = toldBy(world, plan, result);
     const QString counts = u"Added to the book %1: %2. Files copied: %3, replaced: %4."_s.arg(
         plan.book.name, counted(result.pages.size(), u"1 page"_s, u"%1 pages"_s),
         QString::number(result.copied), QString::number(result.replaced));
@@ -151,7 +126,11 @@ ExitStatus add(ConsoleWorld &world, OpenedProject &project, const QString &acron
                const QStringList &picked)
 {
     ProjectSession &session = project.session;
-    const TocBook book = project.book(acronym);
+    const auto explain = [](const QvError &error) {
+        throw QvError(error.number(), {},
+                      error.description() + u". Give --new-book NAME to make it"_s);
+    };
+    const TocBook book = trap(explain, [&] { return project.book(acronym); });
     const ImportPlan plan =
         planOf(world, session.projectName(), book, picked, session.binPlace(u"Unpacked"_s));
     if (totalsOf(plan).pages == 0)
@@ -160,11 +139,13 @@ ExitStatus add(ConsoleWorld &world, OpenedProject &project, const QString &acron
     ImportResult result;
     const auto stage = [&](const Progress &progress) {
         result = SourceImport(world.session, world.files).stage(plan, fresh, progress);
+        // Before anything is in its place: what dies later must not leave a set that looks built.
+        if (!result.changes.isEmpty())
+            BuiltProject(world.program, session.projectName(), world.session.projectLanguage)
+                .setAllLights(world.program, Light::mustRun);
         return result.changes;
     };
-    if (session.performPrepared(u"Add files to "_s + book.name, u"Adding files..."_s, stage))
-        BuiltProject(world.program, session.projectName(), world.session.projectLanguage)
-            .setAllLights(world.program, Light::mustRun);
+    session.performPrepared(u"Add files to "_s + book.name, u"Adding files..."_s, stage);
     return showImported(world, plan, result);
 }
 
@@ -194,17 +175,6 @@ ExitStatus import(ConsoleWorld &world, const Call &call)
     return status;
 }
 
-BookPage pageOf(ProjectSession &session, const TocBook &book, const QString &file)
-{
-    const QString wanted = QString(file).replace(u'/', u'\\');
-    for (const BookPage &page : flattened(session.book(book).pages)) {
-        if (page.file.compare(wanted, Qt::CaseInsensitive) == 0)
-            return page;
-    }
-    throw QvError(FileNotFound, {},
-                  u"There is no page \"%1\" in the book \"%2\""_s.arg(file, book.name));
-}
-
 /// The categories of the quick navigation with a link to the page.
 void findCategories(const QList<QuickNavNode> &nodes, const QString &above, const TocBook &book,
                     const QString &page, QJsonArray &rows)
@@ -227,7 +197,7 @@ ExitStatus whoLinks(ConsoleWorld &world, const Call &call)
     OpenedProject project(world, world.project(call.arguments.at(0)));
     ProjectSession &session = project.session;
     const TocBook book = project.book(call.arguments.at(1));
-    const BookPage page = pageOf(session, book, call.arguments.at(2));
+    const BookPage page = project.page(book, call.arguments.at(2));
     const PageIndex &index = session.pages().current();
     QJsonArray rows;
     for (const PageUse &use : index.usesOf(pathOfPage(session, book, page))) {

@@ -129,10 +129,11 @@ ExitStatus show(ConsoleWorld &world, const BuiltProject &project, const Outcome 
         world.messages.print(said);
     else if (!said.isEmpty())
         lines.append(said);
-    world.output.result(lines.join(u'\n'), {{"project"_L1, project.name()},
-                                            {"success"_L1, status != Refused},
-                                            {"end"_L1, said},
-                                            {"stages"_L1, jsonOf(outcome.stages)}});
+    world.output.result(world.messages.paths().in(lines.join(u'\n')),
+                        {{"project"_L1, project.name()},
+                         {"success"_L1, status != Refused},
+                         {"end"_L1, world.messages.paths().in(said)},
+                         {"stages"_L1, jsonOf(outcome.stages)}});
     return status;
 }
 
@@ -199,7 +200,9 @@ ExitStatus check(ConsoleWorld &world, const Call &call)
     const Outcome outcome = run(world, project, order);
     const BuildEnd &end = outcome.end;
     const bool isWhole = !end.stopped && !end.outdated && end.problem.isEmpty();
-    return show(world, project, outcome, isWhole ? QString() : worded(end));
+    const QString failed =
+        statusOf(outcome) == Refused ? u"The checks could not be made."_s : QString();
+    return show(world, project, outcome, isWhole ? failed : worded(end));
 }
 
 ExitStatus showPacked(ConsoleWorld &world, const BuiltProject &project, const PackResult &result,

@@ -44,9 +44,10 @@ void ConsoleMessages::refuse(const QString &question)
     print(m_advice.isEmpty() ? u"Nobody is here to answer; nothing was done."_s : m_advice);
 }
 
-void ConsoleMessages::print(const QString &text) const
+void ConsoleMessages::print(const QString &text)
 {
+    m_printed.append(m_paths.in(text));
     m_progress.clear();
-    const QByteArray line = text.toUtf8() + '\n';
+    const QByteArray line = m_printed.last().toUtf8() + '\n';
     std::fwrite(line.constData(), 1, static_cast<size_t>(line.size()), stderr);
 }

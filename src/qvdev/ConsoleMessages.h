@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/Messages.h"
+#include "qvdev/ShownPaths.h"
 
 class ProgressLine;
 
@@ -23,14 +24,19 @@ public:
     Answer show(const Message &message) override;
     int choose(const Choice &choice) override;
 
+    /// How paths in what is printed are shown.
+    [[nodiscard]] ShownPaths &paths() { return m_paths; }
     /// One line or more on standard error.
-    void print(const QString &text) const;
+    void print(const QString &text);
+    /// All that was printed, without the last line break.
+    [[nodiscard]] QString printed() const { return m_printed.join(u'\n'); }
 
 private:
     void refuse(const QString &question);
 
     ProgressLine &m_progress;
-    QStringList m_allowed;
+    ShownPaths m_paths;
+    QStringList m_allowed, m_printed;
     QString m_advice;
     bool m_yes = false;
     bool m_refused = false;

@@ -37,17 +37,21 @@ void ConsoleWorld::findServer(const QString &native)
                           + u". Start QV Developer once to choose it, or give --server DIR"_s);
     };
     session.serverPath = trap(explain, [&] { return parts.registryAccess.GetQVServer(); });
+    messages.paths().add(session.serverPath, files.nativePath(session.serverPath));
     if (!files.folderExists(withoutBackslash(docsFolder(session.serverPath))))
         throw QvError(PathNotFound, {},
                       u"There is no folder Docs in %1, so it is not the folder of a Quovane "
-                      "server. Choose the folder that holds Docs"_s.arg(
+                      "server. Name the folder that holds Docs"_s.arg(
                           native.isEmpty() ? session.serverPath : native));
 }
 
 // What is meant by a relative path only the machine's own folders can say.
 QString ConsoleWorld::productPath(const QString &native)
 {
-    return files.productPath(QDir::cleanPath(QDir::current().absoluteFilePath(native)));
+    const QString whole = QDir::cleanPath(QDir::current().absoluteFilePath(native));
+    const QString product = files.productPath(whole);
+    messages.paths().add(product, whole);
+    return product;
 }
 
 CatalogueEntry ConsoleWorld::project(const QString &name)

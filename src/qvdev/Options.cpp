@@ -36,7 +36,8 @@ QString worded(const QList<QCommandLineOption> &options)
 
 QString usageOf(const Command &command)
 {
-    return u"usage: qvdev "_s + (command.name + u' ' + command.arguments).trimmed() + u'\n';
+    return u"usage: %1 "_s.arg(QCoreApplication::applicationName())
+           + (command.name + u' ' + command.arguments).trimmed() + u'\n';
 }
 
 QString helpOf(const Command &command)
@@ -47,7 +48,7 @@ QString helpOf(const Command &command)
 
 QString helpOf(const QList<Command> &all)
 {
-    QString text = u"usage: qvdev COMMAND ARGUMENT...\n\n"_s;
+    QString text = u"usage: %1 COMMAND ARGUMENT...\n\n"_s.arg(QCoreApplication::applicationName());
     for (const Command &command : all)
         text += lineOf(command.name, command.summary);
     text += lineOf(u"help [COMMAND]"_s, u"Explain a command."_s);
@@ -58,7 +59,8 @@ QString helpOf(const QList<Command> &all)
 
 } // namespace
 
-Options::Options(const QStringList &words)
+Options::Options(const QList<Command> &commands, const QStringList &words)
+    : m_commands(commands)
 {
     m_parser.addOptions(commonOptions());
     parse(words);
@@ -67,16 +69,18 @@ Options::Options(const QStringList &words)
 // Options may stand before the command; which word is the command is found first.
 void Options::parse(QStringList words)
 {
+    m_json = words.mid(0, words.indexOf(u"--"_s)).contains(u"--json"_s);
     QCommandLineParser front;
     front.setOptionsAfterPositionalArgumentsMode(QCommandLineParser::ParseAsPositionalArguments);
     front.addOptions(commonOptions());
     front.addOption({u"version"_s, u"Show the version."_s});
-    const bool isRight = front.parse(QStringList{u"qvdev"_s} + words);
+    const bool isRight = front.parse(QStringList{QCoreApplication::applicationName()} + words);
     const QStringList found = front.positionalArguments();
     if (!isRight) {
         m_problem = front.errorText();
     } else if (front.isSet(u"version"_s)) {
-        m_about = u"qvdev "_s + QCoreApplication::applicationVersion() + u'\n';
+        m_about = QCoreApplication::applicationName() + u' '
+                  + QCoreApplication::applicationVersion() + u'\n';
     } else if (found.isEmpty() || (found.first() == "help"_L1 && found.size() == 1)) {
         m_about = helpOf(m_commands);
         m_problem = found.isEmpty() && !front.isSet(u"help"_s) ? u"Which command?"_s : QString();
@@ -92,12 +96,13 @@ void Options::parseCommand(const QString &name, const QStringList &words)
 {
     m_command = placeOf(name);
     if (m_command < 0) {
-        m_problem = u"There is no command \"%1\". \"qvdev help\" lists them."_s.arg(name);
+        m_problem = u"There is no command \"%1\". \"%2 help\" lists them."_s.arg(
+            name, QCoreApplication::applicationName());
         return;
     }
     const Command &command = m_commands.at(m_command);
     m_parser.addOptions(command.options);
-    if (!m_parser.parse(QStringList{u"qvdev"_s} + words))
+    if (!m_parser.parse(QStringList{QCoreApplication::applicationName()} + words))
         m_problem = m_parser.errorText();
     else if (m_parser.isSet(u"help"_s))
         m_about = helpOf(command);
@@ -139,11 +144,6 @@ const Command *Options::command() const
 QString Options::server() const
 {
     return m_parser.value(u"server"_s);
-}
-
-bool Options::isJson() const
-{
-    return m_parser.isSet(u"json"_s);
 }
 
 bool Options::isYes() const

@@ -9,7 +9,7 @@ class Options final
 {
 public:
     /// `words`: those behind the program's own name.
-    explicit Options(const QStringList &words);
+    Options(const QList<Command> &commands, const QStringList &words);
 
     /// Null when the call names none, or one that does not exist.
     [[nodiscard]] const Command *command() const;
@@ -18,7 +18,7 @@ public:
     [[nodiscard]] Call call() const { return {m_arguments, m_parser}; }
 
     [[nodiscard]] QString server() const; ///< a native path, or ""
-    [[nodiscard]] bool isJson() const;
+    [[nodiscard]] bool isJson() const { return m_json; }
     [[nodiscard]] bool isYes() const;
     /// What the call asks to be told about the program itself; "" when it does not.
     [[nodiscard]] const QString &help() const { return m_about; }
@@ -29,10 +29,11 @@ private:
     void judge(const Command &command);
     [[nodiscard]] qsizetype placeOf(const QString &name) const;
 
-    const QList<Command> m_commands = commands();
+    const QList<Command> m_commands;
     qsizetype m_command = -1;
     QStringList m_arguments;
     QString m_problem;
-    QString m_about; ///< what `help` gives
+    bool m_json = false; ///< known even when the rest of the call is wrong
+    QString m_about;     ///< what `help` gives
     QCommandLineParser m_parser;
 };

@@ -64,11 +64,21 @@ void Output::table(const QList<Column> &columns, const QJsonArray &rows)
 
 void Output::result(const QString &text, const QJsonObject &object)
 {
-    bytes(m_json ? QJsonDocument(object).toJson() : text.toUtf8() + '\n');
+    if (m_json)
+        bytes(QJsonDocument(object).toJson());
+    else if (!text.isEmpty())
+        bytes(text.toUtf8() + '\n');
+}
+
+void Output::refusal(const QString &reason)
+{
+    if (m_json && m_isEmpty)
+        result({}, {{"refused"_L1, reason}});
 }
 
 void Output::bytes(const QByteArray &content)
 {
+    m_isEmpty = false;
     m_progress.clear();
     const auto size = static_cast<size_t>(content.size());
     m_failed = std::fwrite(content.constData(), 1, size, stdout) != size || m_failed;

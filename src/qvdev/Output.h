@@ -26,6 +26,9 @@ public:
     /// A file, byte for byte.
     void bytes(const QByteArray &content);
 
+    /// In place of a result: why there is none. People read it on standard error.
+    void refusal(const QString &reason);
+
     /// False when standard output could not take it all.
     [[nodiscard]] bool wasWritten();
     [[nodiscard]] bool isJson() const { return m_json; }
@@ -33,5 +36,6 @@ public:
 private:
     const bool m_json;
     ProgressLine &m_progress;
+    bool m_isEmpty = true;
     bool m_failed = false;
 };

@@ -54,18 +54,27 @@ QByteArray reportPage(ConsoleWorld &world, const ListedLinks &list, bool ofTarge
         list, head, [&](const QString &address) { return local.urlOf(address); }, world.progress());
 }
 
+/// With --json that of a file only may be another one.
+QString formatOf(const ConsoleWorld &world, const Call &call)
+{
+    static constexpr auto formats = "text csv html json"_L1;
+    const QString format = call.options.value(u"format"_s);
+    if (call.options.isSet(u"format"_s) && !QString(formats).split(u' ').contains(format))
+        throw QvError(InvalidCall, {}, u"--format is \"text\", \"csv\", \"html\" or \"json\""_s);
+    const bool isFree = call.options.isSet(u"output"_s) && !format.isEmpty();
+    return world.output.isJson() && !isFree ? u"json"_s : format;
+}
+
 /// As files of this kind are: text for other programs is UTF-16, on standard output it is UTF-8.
 QByteArray contentOf(ConsoleWorld &world, const Call &call, const ListedLinks &list, bool ofTargets)
 {
-    const QString format = world.output.isJson() ? u"json"_s : call.options.value(u"format"_s);
+    const QString format = formatOf(world, call);
     if (format == "json"_L1)
         return reportJson(list);
     if (format == "csv"_L1)
         return reportCsv(list, world.progress());
     if (format == "html"_L1)
         return reportPage(world, list, ofTargets);
-    if (!format.isEmpty() && format != "text"_L1)
-        throw QvError(InvalidCall, {}, u"--format is \"text\", \"csv\", \"html\" or \"json\""_s);
     if (call.options.isSet(u"output"_s))
         return reportText(list, world.progress());
     QByteArray lines;
@@ -86,10 +95,12 @@ ExitStatus report(ConsoleWorld &world, const Call &call)
     const LinkOrder rows = rowsOf(links, call.options.isSet(u"bad"_s));
     const QByteArray content = contentOf(world, call, {links, rows}, ofTargets);
     const QString file = call.options.value(u"output"_s);
-    if (file.isEmpty())
+    if (file.isEmpty()) {
         world.output.bytes(content);
-    else
+    } else {
         world.files.replaceFile(world.productPath(file), content);
+        world.output.result({}, {{"file"_L1, file}, {"links"_L1, qint64(rows.size())}});
+    }
     return links.goodCount() == links.count() ? Done : Findings;
 }
 

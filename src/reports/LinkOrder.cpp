@@ -1,16 +1,10 @@
 #include "reports/LinkOrder.h"
 
-#include "tools/NaturalOrder.h"
-
 #include <algorithm>
-#include <bit>
-#include <numeric>
 
 using namespace Qt::StringLiterals;
 
 namespace {
-
-constexpr int betweenLooks = 1 << 14; ///< comparisons until the next look for Stop
 
 void putFirst(LinkOrder &rows, const LinkEntries &links, bool good)
 {
@@ -18,57 +12,25 @@ void putFirst(LinkOrder &rows, const LinkEntries &links, bool good)
                           [&](quint32 row) { return links.isGood(row) == good; });
 }
 
-/// Made once for a million comparisons, in one piece of memory.
-class SortKeys final
-{
-public:
-    SortKeys(const LinkEntries &links, LinkColumn column)
-    {
-        m_ends.reserve(static_cast<std::size_t>(links.count()) + 1);
-        m_ends.push_back(0);
-        for (qsizetype index = 0; index < links.count(); ++index) {
-            appendNaturalKey(m_keys, column == LinkColumn::LinkID ? links.identifierView(index)
-                                                                  : links.storedPath(index));
-            m_ends.push_back(m_keys.size());
-        }
-    }
-    [[nodiscard]] QStringView operator[](std::size_t index) const
-    {
-        return QStringView(m_keys).sliced(m_ends[index], m_ends[index + 1] - m_ends[index]);
-    }
-
-private:
-    QString m_keys;
-    std::vector<qsizetype> m_ends;
-};
-
 } // namespace
 
 LinkOrder allLinks(const LinkEntries &links)
 {
-    LinkOrder rows(static_cast<std::size_t>(links.count()));
-    std::iota(rows.begin(), rows.end(), 0U);
-    return rows;
+    return asListed(links.count());
 }
 
 LinkOrder sortedLinks(const LinkEntries &links, LinkColumn column, Qt::SortOrder order,
                       const Progress &progress)
 {
-    LinkOrder rows = allLinks(links);
-    const bool falling = order == Qt::DescendingOrder;
     if (column == LinkColumn::Status) {
-        putFirst(rows, links, falling);
+        LinkOrder rows = allLinks(links);
+        putFirst(rows, links, order == Qt::DescendingOrder);
         return rows;
     }
-    const SortKeys keys(links, column);
-    const auto expected = static_cast<int>(rows.size() * std::bit_width(rows.size()));
-    int compared = 0;
-    std::stable_sort(rows.begin(), rows.end(), [&](quint32 a, quint32 b) {
-        if (compared++ % betweenLooks == 0)
-            progress.step(std::min(compared, expected), expected);
-        return falling ? keys[b] < keys[a] : keys[a] < keys[b];
-    });
-    return rows;
+    const auto text = [&](quint32 row) {
+        return column == LinkColumn::LinkID ? links.identifierView(row) : links.storedPath(row);
+    };
+    return naturallySorted(links.count(), text, order, progress);
 }
 
 LinkFilter::LinkFilter(const QString &words, Which which)

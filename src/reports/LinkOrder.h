@@ -1,17 +1,15 @@
 #pragma once
 
-#include "platform/Progress.h"
 #include "reports/LinkEntries.h"
+#include "reports/RowOrder.h"
 
 #include <QStringList>
-
-#include <vector>
 
 /// The columns of the link list.
 enum class LinkColumn { Status, LinkID, Address };
 
 /// Links of a listing by their index, in the order in which they are shown or written.
-using LinkOrder = std::vector<quint32>;
+using LinkOrder = RowOrder;
 
 /// All links as they were listed.
 LinkOrder allLinks(const LinkEntries &links);

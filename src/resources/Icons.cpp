@@ -1,12 +1,12 @@
 #include "resources/Icons.h"
 
-#include <QFile>
+#include "resources/Drawings.h"
+
 #include <QGuiApplication>
 #include <QIconEngine>
 #include <QPainter>
 #include <QPalette>
 #include <QPixmapCache>
-#include <QSvgRenderer>
 
 using namespace Qt::StringLiterals;
 
@@ -18,12 +18,6 @@ static void initPictures()
 }
 
 namespace {
-
-QByteArray drawing(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
 
 QColor textColour(QIcon::Mode mode)
 {
@@ -38,7 +32,7 @@ QColor textColour(QIcon::Mode mode)
     }
 }
 
-/// Draws one file, with `currentColor` standing for the palette's text colour of the moment.
+/// Draws one drawing, with `currentColor` standing for the palette's text colour of the moment.
 class DrawnIcon final : public QIconEngine
 {
 public:
@@ -75,11 +69,9 @@ private:
     {
         QPixmap result(size);
         result.fill(Qt::transparent);
-        QSvgRenderer renderer(drawing(m_path).replace("currentColor", colour.name().toLatin1()));
-        renderer.setAspectRatioMode(Qt::KeepAspectRatio);
         QPainter painter(&result);
         painter.setOpacity(colour.alphaF());
-        renderer.render(&painter);
+        painter.drawImage(0, 0, drawn(m_path, size, colour));
         return result;
     }
 
@@ -91,21 +83,19 @@ private:
 QIcon icon(QLatin1StringView name)
 {
     initPictures();
-    const QString path = u":/icons/%1.svg"_s.arg(name);
-    return QFile::exists(path) ? QIcon(new DrawnIcon(path)) : QIcon();
+    const QString path = u":/icons/"_s + name;
+    return isDrawing(path) ? QIcon(new DrawnIcon(path)) : QIcon();
 }
 
 QPixmap picture(QLatin1StringView name, QSize size, qreal devicePixelRatio)
 {
     initPictures();
-    QSvgRenderer renderer(drawing(u":/pictures/%1.svg"_s.arg(name)));
-    if (!renderer.isValid())
+    const QImage image = drawn(u":/pictures/"_s + name, size * devicePixelRatio, Qt::black);
+    if (image.isNull())
         return {};
-    QPixmap result(size * devicePixelRatio);
+    QPixmap result(image.size());
     result.fill(Qt::white);
-    QPainter painter(&result);
-    renderer.render(&painter);
-    painter.end();
+    QPainter(&result).drawImage(0, 0, image);
     result.setDevicePixelRatio(devicePixelRatio);
     return result;
 }

@@ -2,12 +2,56 @@
 
 #include "resources/Icons.h"
 #include "resources/Texts.h"
+#include "startup/ExternalPrograms.h"
+#include "startup/HelpTopics.h"
 
 #include <QCloseEvent>
+#include <QCoreApplication>
 #include <QKeyEvent>
 #include <QPushButton>
 
 using namespace Qt::StringLiterals;
+
+namespace {
+
+/// Keeps F1 in a form and in the dialogs that belong to it away from everyone else.
+class HelpKey final : public QObject
+{
+public:
+    HelpKey(FormWindow *form, std::function<void(const QWidget *)> show)
+        : QObject(form)
+        , m_form(form)
+        , m_show(std::move(show))
+    {
+        QCoreApplication::instance()->installEventFilter(this);
+    }
+
+private:
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        if (event->type() != QEvent::KeyPress || !watched->isWidgetType())
+            return false;
+        const auto *const key = static_cast<const QKeyEvent *>(event);
+        const auto *const pressed = static_cast<const QWidget *>(watched);
+        if (key->key() != Qt::Key_F1 || key->modifiers() != Qt::NoModifier || !isOurs(pressed))
+            return false;
+        const QWidget *const focused = pressed->window()->focusWidget();
+        m_show(focused != nullptr ? focused : pressed);
+        return true;
+    }
+
+    [[nodiscard]] bool isOurs(const QWidget *widget) const
+    {
+        while (widget != nullptr && qobject_cast<const FormWindow *>(widget) == nullptr)
+            widget = widget->parentWidget();
+        return widget == m_form;
+    }
+
+    FormWindow *m_form;
+    std::function<void(const QWidget *)> m_show;
+};
+
+} // namespace
 
 FormWindow::FormWindow(Program &program, QWidget *parent)
     : QWidget(parent)
@@ -15,6 +59,7 @@ FormWindow::FormWindow(Program &program, QWidget *parent)
 {
     setWindowTitle(text(Text::WindowTitle));
     setWindowIcon(icon("app"_L1));
+    new HelpKey(this, [this](const QWidget *place) { showHelp(place); });
 }
 
 void FormWindow::load()
@@ -60,8 +105,6 @@ QAbstractButton *FormWindow::buttonFor(int key) const
     switch (key) {
     case Qt::Key_Escape:
         return cancelButton();
-    case Qt::Key_F1:
-        return helpButton();
     case Qt::Key_Enter:
     case Qt::Key_Return:
         if (const auto focused = qobject_cast<QPushButton *>(focusWidget()))
@@ -74,6 +117,14 @@ QAbstractButton *FormWindow::buttonFor(int key) const
     default:
         return nullptr;
     }
+}
+
+void FormWindow::showHelp(const QWidget *place)
+{
+    const auto shape = [this](const QvError &error) {
+        return inProcedure(error, u"showHelp"_s, objectName());
+    };
+    trapped(shape, [&] { OpenHelpTopic(m_program, u"Content"_s, helpTopicOf(place)); });
 }
 
 void FormWindow::trapped(const std::function<Message(const QvError &)> &shape,

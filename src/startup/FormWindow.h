@@ -11,7 +11,8 @@
 class QAbstractButton;
 
 /// What every window of the product has in common: made hidden, loaded once before it is first
-/// shown, asked before it closes, deleted when it has closed.
+/// shown, asked before it closes, deleted when it has closed; F1, there and in what it opened,
+/// shows the help page about the place that has the focus.
 /// Not a QDialog: there the Escape key hides the window without a close event.
 class FormWindow : public QWidget
 {
@@ -36,10 +37,9 @@ protected:
     virtual void Form_Load() {}
     virtual void Form_Unload(bool &cancel) { Q_UNUSED(cancel) }
 
-    /// The buttons that Escape and F1 press; Enter presses the push button that has the
-    /// focus, else the default one.
+    /// The button that Escape presses; Enter presses the push button that has the focus, else the
+    /// default one.
     [[nodiscard]] virtual QAbstractButton *cancelButton() const { return nullptr; }
-    [[nodiscard]] virtual QAbstractButton *helpButton() const { return nullptr; }
 
     void closeEvent(QCloseEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
@@ -55,6 +55,7 @@ protected:
 
 private:
     [[nodiscard]] QAbstractButton *buttonFor(int key) const;
+    void showHelp(const QWidget *place);
 
     bool m_loaded = false;
     bool m_closed = false;

@@ -1,6 +1,5 @@
 #include "viewer/HelpPages.h"
 
-#include "platform/Paths.h"
 #include "startup/PageText.h"
 #include "tools/html/HtmlScan.h"
 
@@ -50,17 +49,4 @@ QString HelpPages::pageFor(const QString &topic)
 QString HelpPages::textOf(const QString &file) const
 {
     return decodePage(m_files.readFile(m_folder + file), u"ENU"_s).text;
-}
-
-QString findHelpFolder(FileSystem &files, const QString &named, const QString &programFolder)
-{
-    for (const QString &native :
-         {named, programFolder + u"/../share/quovane/help"_s, programFolder + u"/help"_s}) {
-        if (native.isEmpty())
-            continue;
-        const QString folder = withBackslash(files.productPath(native));
-        if (files.fileExists(folder + HelpPages::start))
-            return folder;
-    }
-    return {};
 }

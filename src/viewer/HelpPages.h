@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/FileSystem.h"
+#include "startup/HelpFolder.h"
 
 #include <QList>
 #include <QString>
@@ -15,7 +16,7 @@ struct HelpPage
 class HelpPages final
 {
 public:
-    static constexpr QLatin1StringView start{"index.html"};
+    static constexpr QLatin1StringView start = helpStartPage;
 
     /// `folder` ends in a backslash; "" when the help is not installed.
     HelpPages(FileSystem &files, QString folder);
@@ -35,7 +36,3 @@ private:
     QString m_folder;
     QList<HelpPage> m_pages;
 };
-
-/// The folder of the help, with a backslash: the first with a start page among `named` (a native
-/// path, may be empty), "../share/quovane/help" and "help" beside the program. "" when none has.
-QString findHelpFolder(FileSystem &files, const QString &named, const QString &programFolder);

@@ -6,6 +6,7 @@
 
 #include <QHash>
 
+#include <algorithm>
 #include <vector>
 
 namespace {
@@ -51,44 +52,91 @@ std::string folded(QStringView word)
     return letters.toStdString();
 }
 
-/// What is asked for, in the forms that pages are compared with.
-class Wanted final
+/// A word that is asked for, in the forms that pages are compared with.
+struct WantedWord
+{
+    std::vector<std::string> forms, stems;
+    bool mayGoOn = false;
+};
+
+/// What one text asks for.
+struct Wanted
+{
+    std::vector<WantedWord> words = {};
+    QStringList runs = {};
+};
+
+Wanted wantedOf(const QString &asked, bool mayGoOn, const WordForms &forms,
+                const StopWords &stopWords)
+{
+    Wanted wanted;
+    std::vector<WantedWord> common; // search leaves them out, unless there are only such
+    for (const Word &word : wordsOf(asked)) {
+        const QString text = asked.mid(word.piece.start, word.piece.length);
+        if (word.isPaired) {
+            wanted.runs.append(text);
+            continue;
+        }
+        const std::string letters = folded(text);
+        const bool isLast = word.piece.start + word.piece.length == asked.size();
+        auto &words = stopWords.contains(letters) ? common : wanted.words;
+        words.push_back({WordForms::of(letters), forms.stemsOf(letters), mayGoOn && isLast});
+    }
+    if (wanted.words.empty() && wanted.runs.isEmpty())
+        wanted.words = std::move(common);
+    return wanted;
+}
+
+bool isBegun(const std::vector<std::string> &forms, const std::vector<std::string> &beginnings)
+{
+    return std::any_of(forms.begin(), forms.end(), [&](const std::string &form) {
+        return std::any_of(beginnings.begin(), beginnings.end(), [&](const std::string &beginning) {
+            return form.starts_with(beginning);
+        });
+    });
+}
+
+/// The words of a page, by what makes them the same to a reader who searches.
+class PageText final
 {
 public:
-    Wanted(const QString &question, const QString &language)
-        : m_forms(language)
+    PageText(const QString &text, const WordForms &forms)
     {
-        const StopWords stopWords(language);
-        for (const Word &word : wordsOf(question)) {
-            const QString text = question.mid(word.piece.start, word.piece.length);
-            const std::string letters = folded(text);
+        for (const Word &word : wordsOf(text)) {
             if (word.isPaired)
-                m_runs.append(text);
-            else if (!stopWords.contains(letters)) // which search leaves out
-                m_words.push_back(m_forms.stemsOf(letters));
+                continue;
+            const QString shown = text.mid(word.piece.start, word.piece.length);
+            const auto known = m_numbers.constFind(shown);
+            const size_t number = known != m_numbers.constEnd() ? *known : m_words.size();
+            if (number == m_words.size()) {
+                const std::string letters = folded(shown);
+                m_numbers.insert(shown, number);
+                m_words.push_back({WordForms::of(letters), forms.stemsOf(letters), {}});
+            }
+            m_words[number].places.append(word.piece);
         }
     }
 
-    bool holds(const QString &word)
+    [[nodiscard]] QList<TextPiece> placesOf(const WantedWord &wanted) const
     {
-        const auto known = m_known.constFind(word);
-        if (known != m_known.constEnd())
-            return *known;
-        const std::vector<std::string> stems = m_forms.stemsOf(folded(word));
-        bool found = false;
-        for (const auto &wanted : m_words)
-            found = found || haveOneInCommon(stems, wanted);
-        m_known.insert(word, found);
-        return found;
+        QList<TextPiece> whole, begun;
+        for (const Known &word : m_words) {
+            if (haveOneInCommon(word.stems, wanted.stems))
+                whole += word.places;
+            else if (wanted.mayGoOn && isBegun(word.forms, wanted.forms))
+                begun += word.places;
+        }
+        return whole.isEmpty() ? begun : whole;
     }
 
-    [[nodiscard]] const QStringList &runs() const { return m_runs; }
-
 private:
-    WordForms m_forms;
-    std::vector<std::vector<std::string>> m_words; ///< stems of each
-    QStringList m_runs;
-    QHash<QString, bool> m_known;
+    struct Known
+    {
+        std::vector<std::string> forms, stems;
+        QList<TextPiece> places;
+    };
+    std::vector<Known> m_words; ///< each once
+    QHash<QString, size_t> m_numbers;
 };
 
 /// What is marked of a run of characters: itself; where the text lacks it, its pairs, by which
@@ -110,21 +158,39 @@ void markAll(const QString &wanted, const QString &text, qsizetype most, QList<T
         marks.append({static_cast<int>(at), static_cast<int>(wanted.size())});
 }
 
+/// What the page says of one text; nothing when it lacks a word and must hold all.
+QList<TextPiece> marksOf(const Wanted &wanted, bool needsAll, const PageText &page,
+                         const QString &text, qsizetype most)
+{
+    QList<TextPiece> marks;
+    bool isWhole = true;
+    for (const WantedWord &word : wanted.words) {
+        const QList<TextPiece> places = page.placesOf(word);
+        isWhole = isWhole && !places.isEmpty();
+        marks += places.first(qMin(most, places.size()));
+    }
+    for (const QString &run : wanted.runs) {
+        const qsizetype before = marks.size();
+        for (const QString &mark : marksOf(run, text))
+            markAll(mark, text, before + most, marks);
+        isWhole = isWhole && marks.size() > before;
+    }
+    return needsAll && !isWhole ? QList<TextPiece>() : marks;
+}
+
 } // namespace
 
-QList<TextPiece> searchMarks(const QString &text, const QString &question, const QString &language,
+QList<TextPiece> searchMarks(const QString &text, const QStringList &asked, const QString &language,
                              qsizetype most)
 {
-    Wanted wanted(question, language);
+    const WordForms forms(language);
+    const StopWords stopWords(language);
+    const PageText page(text, forms);
     QList<TextPiece> marks;
-    for (const Word &word : wordsOf(text)) {
-        if (marks.size() < most && !word.isPaired
-            && wanted.holds(text.mid(word.piece.start, word.piece.length)))
-            marks.append(word.piece);
-    }
-    for (const QString &run : wanted.runs()) {
-        for (const QString &mark : marksOf(run, text))
-            markAll(mark, text, most, marks);
-    }
+    for (qsizetype i = 0; i < asked.size(); ++i)
+        marks += marksOf(wantedOf(asked[i], i == 0, forms, stopWords), i > 0, page, text, most);
+    std::ranges::stable_sort(marks, {}, &TextPiece::start);
+    const auto doubles = std::ranges::unique(marks, {}, &TextPiece::start);
+    marks.erase(doubles.begin(), doubles.end());
     return marks;
 }

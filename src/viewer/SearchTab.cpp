@@ -61,8 +61,10 @@ SearchTab::SearchTab(ViewerWorld &world, QWidget *parent)
     layout->addRow(lblHits);
     layout->addRow(lstHits);
     setFocusProxy(txtSearch);
+    m_ahead.setInterval(0);
+    connect(&m_ahead, &QTimer::timeout, this, &SearchTab::readAhead);
     connect(cboSet, &QComboBox::currentIndexChanged, this, [this] {
-        m_query.reset();
+        forget();
         search();
     });
     connect(txtSearch, &QLineEdit::textChanged, this, &SearchTab::search);
@@ -83,8 +85,37 @@ void SearchTab::reload()
             cboSet->addItem(set.name);
         cboSet->setCurrentIndex(qMax(0, cboSet->findText(before)));
     }
-    m_query.reset();
+    forget();
     search();
+}
+
+void SearchTab::showEvent(QShowEvent *event)
+{
+    QWidget::showEvent(event);
+    m_ahead.start();
+}
+
+void SearchTab::hideEvent(QHideEvent *event)
+{
+    m_ahead.stop();
+    QWidget::hideEvent(event);
+}
+
+void SearchTab::forget()
+{
+    m_query.reset();
+    if (isVisible())
+        m_ahead.start();
+}
+
+// So that the first key stroke need not wait for the files. What is wrong with them is told when
+// something is searched.
+void SearchTab::readAhead()
+{
+    const bool isMore =
+        cboSet->count() > 0 && trap([](const QvError &) {}, [this] { return query().readMore(); });
+    if (!isMore)
+        m_ahead.stop();
 }
 
 void SearchTab::chooseSet(const QString &set)
@@ -109,8 +140,9 @@ void SearchTab::search()
 {
     lstHits->clear();
     lblHits->clear();
-    const QString question = txtSearch->text().trimmed();
-    if (question.isEmpty())
+    m_asked.clear();
+    const QString question = txtSearch->text();
+    if (question.trimmed().isEmpty())
         return;
     if (cboSet->count() == 0) {
         lblHits->setText(tr("There is no book set to search."));
@@ -123,6 +155,7 @@ void SearchTab::search()
 void SearchTab::showHits(const QString &question)
 {
     const SearchResult result = query().find(question);
+    m_asked = QStringList(question) + result.names;
     lblHits->setText(worded(result));
     for (const SearchHit &hit : result.hits.first(qMin(mostShown, result.hits.size()))) {
         QTreeWidgetItem *const row =
@@ -145,5 +178,5 @@ void SearchTab::enter()
 void SearchTab::choose(const QTreeWidgetItem *hit)
 {
     const ViewerPlace place{cboSet->currentText(), hit->data(0, targetRole).toString()};
-    Q_EMIT hitChosen(place, txtSearch->text());
+    Q_EMIT hitChosen(place, m_asked);
 }

@@ -3,6 +3,7 @@
 #include "viewer/ViewerPlace.h"
 #include "viewer/ViewerWorld.h"
 
+#include <QTimer>
 #include <QWidget>
 
 #include <memory>
@@ -29,10 +30,14 @@ public:
     void chooseSet(const QString &set);
 
 Q_SIGNALS:
-    /// A hit was chosen; `question` is what led to it.
-    void hitChosen(const ViewerPlace &place, const QString &question);
+    /// A hit was chosen; `asked` is what led to it, as `searchMarks` takes it.
+    void hitChosen(const ViewerPlace &place, const QStringList &asked);
 
 private:
+    void showEvent(QShowEvent *event) override;
+    void hideEvent(QHideEvent *event) override;
+    void forget();
+    void readAhead();
     void search();
     void showHits(const QString &question);
     void choose(const QTreeWidgetItem *hit);
@@ -45,4 +50,6 @@ private:
     QLabel *lblHits;
     QTreeWidget *lstHits;
     std::unique_ptr<SearchQuery> m_query; ///< over the chosen set; null until it is asked
+    QTimer m_ahead;                       ///< reads a file in each pause, while the tab is seen
+    QStringList m_asked;                  ///< what the hits answer: the question, and synonyms
 };

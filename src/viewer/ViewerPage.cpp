@@ -8,6 +8,7 @@
 #include "tools/PageReference.h"
 #include "tools/html/HtmlScan.h"
 #include "viewer/FindInPage.h"
+#include "viewer/PictureFit.h"
 #include "viewer/PublishedTargets.h"
 #include "viewer/SearchMarks.h"
 
@@ -32,6 +33,7 @@ ViewerPage::ViewerPage(ViewerWorld &world, QWidget *parent)
     : QWidget(parent)
     , m_world(world)
     , m_view(new PagePreview(world.files, u"ENU"_s, this))
+    , m_pictures(new PictureFit(m_view))
     , m_finding(new FindInPage(m_view, this))
 {
     m_view->setObjectName(u"txtPage"_s);
@@ -46,7 +48,7 @@ ViewerPage::ViewerPage(ViewerWorld &world, QWidget *parent)
     connect(m_view, &PagePreview::rereadRequested, this, &ViewerPage::rereadRequested);
 }
 
-void ViewerPage::open(const ViewerPlace &place, const QString &question, int scroll)
+void ViewerPage::open(const ViewerPlace &place, const QStringList &asked, int scroll)
 {
     m_place = place;
     m_title = lastComponent(place.page);
@@ -58,8 +60,8 @@ void ViewerPage::open(const ViewerPlace &place, const QString &question, int scr
     };
     trap(cannotBeShown, [&] { load(place); });
     m_view->setExtraSelections({});
-    if (!question.isEmpty())
-        mark(question);
+    if (!asked.isEmpty())
+        mark(asked);
     else if (scroll > 0)
         m_view->verticalScrollBar()->setValue(scroll);
     else if (!place.anchor.isEmpty())
@@ -76,6 +78,7 @@ void ViewerPage::load(const ViewerPlace &place)
     if (const QString title = scanHtml(text).title; !title.isEmpty())
         m_title = title;
     m_view->showPage(text, folder, place.page);
+    m_pictures->fit();
     m_folder = folder;
 }
 
@@ -97,7 +100,7 @@ QString ViewerPage::languageOf(const QString &set) const
     return known == m_world.sets.cend() ? u"ENU"_s : known->language;
 }
 
-void ViewerPage::mark(const QString &question)
+void ViewerPage::mark(const QStringList &asked)
 {
     QTextEdit::ExtraSelection selection;
     selection.format.setBackground(palette().highlight());
@@ -105,7 +108,7 @@ void ViewerPage::mark(const QString &question)
     selection.cursor = QTextCursor(m_view->document());
     QList<QTextEdit::ExtraSelection> selections;
     for (const TextPiece &piece :
-         searchMarks(m_view->toPlainText(), question, languageOf(m_place.set))) {
+         searchMarks(m_view->toPlainText(), asked, languageOf(m_place.set))) {
         selection.cursor.setPosition(piece.start);
         selection.cursor.setPosition(piece.start + piece.length, QTextCursor::KeepAnchor);
         selections.append(selection);

@@ -7,6 +7,7 @@
 
 class FindInPage;
 class PagePreview;
+class PictureFit;
 class QPagedPaintDevice;
 class QUrl;
 
@@ -19,9 +20,9 @@ class ViewerPage final : public QWidget
 public:
     explicit ViewerPage(ViewerWorld &world, QWidget *parent = nullptr);
 
-    /// Shows a page, or why it cannot be shown. What was searched for is marked; else the page is
-    /// at its anchor, or `scroll` down.
-    void open(const ViewerPlace &place, const QString &question = {}, int scroll = 0);
+    /// Shows a page, or why it cannot be shown. What was asked for is marked, as `searchMarks`
+    /// says; else the page is at its anchor, or `scroll` down.
+    void open(const ViewerPlace &place, const QStringList &asked = {}, int scroll = 0);
     [[nodiscard]] int scroll() const;
     /// Steps larger than the usual size; negative for smaller.
     void zoom(int steps);
@@ -41,13 +42,14 @@ private:
     void load(const ViewerPlace &place);
     [[nodiscard]] QString folderOf(const ViewerPlace &place) const;
     [[nodiscard]] QString languageOf(const QString &set) const;
-    void mark(const QString &question);
+    void mark(const QStringList &asked);
 
     ViewerWorld &m_world;
     ViewerPlace m_place;
     QString m_title;
     QString m_folder; ///< of the page's set or of the help; "" while a message is shown
     PagePreview *m_view;
+    PictureFit *m_pictures;
     FindInPage *m_finding;
     int m_zoom = 0;
 };

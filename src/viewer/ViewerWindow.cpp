@@ -1,6 +1,7 @@
 #include "viewer/ViewerWindow.h"
 
 #include "controls/Resizer.h"
+#include "controls/parts/PaneCycle.h"
 #include "controls/parts/PlainLabel.h"
 #include "platform/QvError.h"
 #include "viewer/BookmarksTab.h"
@@ -33,6 +34,7 @@ ViewerWindow::ViewerWindow(ViewerWorld &world, QWidget *parent)
     setWindowTitle(viewerCaption);
     layOut();
     makeActions();
+    addPaneKeys(this);
     connectParts();
     reread();
 }
@@ -108,11 +110,11 @@ void ViewerWindow::answerRequest(const QString &kind, const QString &topic)
     showTopic(topic);
 }
 
-void ViewerWindow::open(const ViewerPlace &place, const QString &question)
+void ViewerWindow::open(const ViewerPlace &place, const QStringList &asked)
 {
     m_history.note(m_page->scroll());
     m_history.visit(place);
-    m_page->open(place, question);
+    m_page->open(place, asked);
     shown(place);
 }
 

@@ -45,7 +45,7 @@ private:
     void useZoom(int steps);
     void print();
 
-    void open(const ViewerPlace &place, const QString &question = {});
+    void open(const ViewerPlace &place, const QStringList &asked = {});
     void go(int steps);
     void shown(const ViewerPlace &place);
     void reread();

@@ -50,10 +50,12 @@ void ViewerWindow::makeGoMenu()
         m_tabs->setCurrentIndex(0);
         m_contents->setFocus();
     });
-    action(menu, "mnuSearch", tr("&Search"), Qt::CTRL | Qt::SHIFT | Qt::Key_F, {}, [this] {
-        m_tabs->setCurrentWidget(m_search);
-        m_search->setFocus();
-    });
+    QAction *const search =
+        action(menu, "mnuSearch", tr("&Search"), Qt::CTRL | Qt::Key_L, {}, [this] {
+            m_tabs->setCurrentWidget(m_search);
+            m_search->setFocus();
+        });
+    search->setShortcuts({Qt::CTRL | Qt::Key_L, Qt::CTRL | Qt::SHIFT | Qt::Key_F});
 }
 
 void ViewerWindow::makeViewMenu()

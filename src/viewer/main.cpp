@@ -1,21 +1,10 @@
 // The help viewer: shows a help topic, or hands it to the viewer that runs already.
-#include "components/NameRules.h"
-#include "components/RegistryAccessComponent.h"
+#include "DesktopWorld.h"
 #include "platform/QvError.h"
-#include "platform/portable/DrivesFolder.h"
-#include "platform/portable/IniRegistry.h"
-#include "platform/portable/PortableFiles.h"
-#include "platform/portable/SingleInstance.h"
-#include "platform/portable/SocketWindows.h"
-#include "platform/portable/WindowAnnouncer.h"
-#include "platform/widgets/MarksStyle.h"
-#include "platform/widgets/MessageBoxes.h"
-#include "resources/Icons.h"
 #include "viewer/ViewerColours.h"
 #include "viewer/ViewerWindow.h"
 
 #include <QApplication>
-#include <QSettings>
 
 #include <optional>
 
@@ -31,39 +20,25 @@ void handOver(const SingleInstance &instance, int argc, char *argv[])
 {
     SingleInstance::handOver(programClass.data(), viewerCaption.data());
     if (argc > 1)
-        SocketWindows(instance).raiseMaximized(viewerCaption, contentRequest,
+        NativeWindows(instance).raiseMaximized(viewerCaption, contentRequest,
                                                QString::fromUtf8(argv[1]));
 }
 
-void setUpApplication()
-{
-    QApplication::setOrganizationName(u"quovane"_s);
-    QApplication::setApplicationName(u"viewer"_s);
-    QApplication::setWindowIcon(icon("help"_L1));
-    QApplication::setStyle(new MarksStyle);
-    QSettings::setDefaultFormat(QSettings::IniFormat);
-    QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, settingsFolders().user);
-    ViewerColours::restore();
-}
-
 /// "" when none is set: the help is shown all the same.
-QString serverPath()
+QString serverPath(RegistryAccess &registry)
 {
-    IniRegistry registry;
     const auto noServer = [](const QvError &) {};
-    return trap(noServer, [&] { return RegistryAccessComponent(registry).GetQVServer(); });
+    return trap(noServer, [&] { return registry.GetQVServer(); });
 }
 
-int run()
+int run(const SingleInstance &instance)
 {
-    PortableFiles files{drivesFolder()};
-    Session session;
-    session.serverPath = serverPath();
-    const QString help = findHelpFolder(files, qEnvironmentVariable("QUOVANE_HELP"),
+    NoAuthoringWindows others;
+    DesktopWorld base(instance, others, others);
+    base.session.serverPath = serverPath(base.parts.registryAccess);
+    const QString help = findHelpFolder(base.files, qEnvironmentVariable("QUOVANE_HELP"),
                                         QApplication::applicationDirPath());
-    MessageBoxes messages;
-    const NameRules characters(messages);
-    ViewerWorld world{session, files, characters, HelpPages(files, help)};
+    ViewerWorld world{base.session, base.files, base.parts.nameRules, HelpPages(base.files, help)};
     ViewerWindow window(world);
     const WindowAnnouncer announcer(programClass, viewerCaption);
     QObject::connect(&announcer, &WindowAnnouncer::raiseRequested, &window,
@@ -89,9 +64,10 @@ int main(int argc, char *argv[])
     const auto cannotStart = [](const QvError &error) {
         MessageBoxes().show({u"The help viewer cannot start. "_s + error.description()});
     };
-    const std::optional<int> status = trap(cannotStart, []() -> std::optional<int> {
-        setUpApplication();
-        return run();
+    const std::optional<int> status = trap(cannotStart, [&]() -> std::optional<int> {
+        setUpApplication(u"viewer"_s, "help"_L1);
+        ViewerColours::restore();
+        return run(instance);
     });
     return status.value_or(1);
 }

@@ -2,13 +2,10 @@
 
 #include "controls/ctlBuildTab.h"
 #include "resources/Texts.h"
-#include "startup/ExternalPrograms.h"
 #include "startup/Session.h"
 #include "ui_frmBuild.h"
-#include "workspace/HelpTopics.h"
 
 #include <QScreen>
-#include <QShortcut>
 
 using namespace Qt::StringLiterals;
 
@@ -37,7 +34,6 @@ frmBuild::frmBuild(Program &program, QWidget *parent)
     connect(m_ctlBuildTab1, &ctlBuildTab::evtZippingComplete, this,
             &Self::ctlBuildTab1_evtZippingComplete);
     connect(m_ctlBuildTab1, &ctlBuildTab::closeRequested, this, &Self::close);
-    connect(new QShortcut(Qt::Key_F1, this), &QShortcut::activated, this, &Self::showHelp);
     connect(m_ctlBuildTab1, &ctlBuildTab::placeRequested, this, &Self::placeRequested);
 }
 
@@ -61,12 +57,6 @@ void frmBuild::Form_Unload(bool &cancel)
         if (!cancel)
             m_ctlBuildTab1->finish();
     });
-}
-
-void frmBuild::showHelp()
-{
-    inHandler("showHelp"_L1, ownName,
-              [this] { OpenHelpTopic(m_program, u"Content"_s, helpTopicOf(this)); });
 }
 
 void frmBuild::ctlBuildTab1_evtNext()

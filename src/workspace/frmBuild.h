@@ -29,7 +29,6 @@ Q_SIGNALS:
 private:
     void Form_Load() override;
     void Form_Unload(bool &cancel) override;
-    void showHelp();
     void ctlBuildTab1_evtNext();
     void ctlBuildTab1_evtBack();
     void ctlBuildTab1_evtProcessComplete(bool success);

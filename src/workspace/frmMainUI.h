@@ -105,7 +105,6 @@ private:
     void mnuUndo_Click();
     void mnuRedo_Click();
     void mnuShortcuts_Click();
-    void showHelp();
     void showRecentProjects();
     void openRecent(const QString &project);
     void showRecentPages();

@@ -3,19 +3,16 @@
 
 #include "controls/QV_DeveloperTreeOCX.h"
 #include "controls/ctlBooksTab.h"
+#include "controls/parts/PaneCycle.h"
 #include "resources/Icons.h"
-#include "startup/ExternalPrograms.h"
 #include "startup/Session.h"
 #include "startup/frmProgBar.h"
 #include "ui_frmMainUI.h"
-#include "workspace/HelpTopics.h"
-#include "workspace/PaneCycle.h"
 #include "workspace/ShortcutList.h"
 
 #include <QApplication>
 #include <QMenu>
 #include <QScopedValueRollback>
-#include <QShortcut>
 
 using namespace Qt::StringLiterals;
 
@@ -45,12 +42,7 @@ void frmMainUI::connectEdit()
         [this](const QString &title, const std::function<void(const Progress &)> &work) {
             runWithProgress(m_program, this, title, work);
         });
-    for (const int step : {1, -1}) {
-        auto *keys = new QShortcut(
-            step > 0 ? QKeySequence(Qt::Key_F6) : QKeySequence(Qt::SHIFT | Qt::Key_F6), this);
-        connect(keys, &QShortcut::activated, this, [this, step] { goToNextPane(this, step); });
-    }
-    connect(new QShortcut(Qt::Key_F1, this), &QShortcut::activated, this, &Self::showHelp);
+    addPaneKeys(this);
     connectRecent();
     showHistory();
 }
@@ -162,12 +154,6 @@ void frmMainUI::noteRecentPage()
                          .shown(m_project.projectName(), {book->acronym, id, page.title});
              }
          });
-}
-
-void frmMainUI::showHelp()
-{
-    inHandler("showHelp"_L1,
-              [this] { OpenHelpTopic(m_program, u"Content"_s, helpTopicOf(focusWidget())); });
 }
 
 void frmMainUI::mnuShortcuts_Click()

@@ -1,20 +1,9 @@
 #pragma once
 
-#include "driver/Console.h"
-#include "projectfiles/ProjectCopy.h"
+#include "qvdev/Command.h"
 
-#include <functional>
+// What the fault scripts need and qvdev does not offer: single steps of the windows' work.
 
-/// One operation of the program as a command.
-struct Command
-{
-    QString name;
-    int arguments; ///< at least
-    QString usage;
-    std::function<int(Console &, const QStringList &)> run; ///< gives the exit status
-};
-
-QList<Command> commands();
-QList<Command> projectCommands(); ///< of them: releasing, reopening, packing, deleting and merging
-QList<Command> buildCommands();   ///< of them: the tools of a build
-QList<Command> reportCommands();  ///< of them: the listings of the link report
+QList<Command> installationCommands(); ///< reading files as the program does; the list, the lights
+QList<Command> authorCommands();       ///< commands of an author on the books of a project
+QList<Command> toolCommands();         ///< the tools of a build, one by one

@@ -1,7 +1,7 @@
 #include "controls/build/FindingsModel.h"
 
-#include "controls/parts/PlainTip.h"
 #include "resources/Icons.h"
+#include "resources/PlainTip.h"
 #include "tools/checks/FindingKinds.h"
 
 #include <algorithm>

@@ -30,7 +30,7 @@ QString worded(const BuildEnd &end)
         return ProjectBuild::tr("Stopped. What had run to its end is done; the rest is as it was.");
     if (end.outdated)
         return ProjectBuild::tr("The project was edited while it was built, so the derived data "
-                                "may not show it. Go back and build again.");
+                                "may not show it. Build it again.");
     if (!end.problem.isEmpty())
         return end.problem;
     if (end.success)

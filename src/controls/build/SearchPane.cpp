@@ -96,8 +96,8 @@ void SearchPane::search()
 
 void SearchPane::showHits()
 {
-    const QString question = txtSearch->text().trimmed();
-    if (question.isEmpty()) {
+    const QString question = txtSearch->text();
+    if (question.trimmed().isEmpty()) {
         lblHits->setText(tr("Enter what a reader would look for."));
         return;
     }

@@ -2,11 +2,11 @@
 
 #include "controls/globals/Tables.h"
 #include "controls/parts/Handler.h"
-#include "controls/parts/PlainTip.h"
 #include "platform/FileSystem.h"
 #include "platform/Paths.h"
 #include "platform/Processes.h"
 #include "resources/Icons.h"
+#include "resources/PlainTip.h"
 
 #include <QHBoxLayout>
 #include <QHeaderView>

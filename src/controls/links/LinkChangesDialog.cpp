@@ -1,7 +1,7 @@
 #include "controls/links/LinkChangesDialog.h"
 
-#include "controls/links/LinkTable.h"
 #include "controls/parts/PlainLabel.h"
+#include "controls/parts/RowTable.h"
 
 #include <QAction>
 #include <QDialogButtonBox>
@@ -16,10 +16,10 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-LinkTableRow rowFor(const LinkChange &change)
+TableRow rowFor(const LinkChange &change)
 {
-    LinkTableRow row{{change.page, change.line > 0 ? QString::number(change.line) : QString(),
-                      change.before, change.after}};
+    TableRow row{{change.page, change.line > 0 ? QString::number(change.line) : QString(),
+                  change.before, change.after}};
     if (!change.problem.isEmpty()) {
         row.texts.append(LinkChangesDialog::tr("Stays: %1").arg(change.problem));
         row.mark = LinkMark::Bad;
@@ -33,17 +33,16 @@ LinkTableRow rowFor(const LinkChange &change)
     return row;
 }
 
-QList<LinkTableRow> rowsFor(const PageMove &move)
+QList<TableRow> rowsFor(const PageMove &move)
 {
-    QList<LinkTableRow> rows;
+    QList<TableRow> rows;
     for (const LinkChange &change : move.changes)
         rows.append(rowFor(change));
-    const auto rank = [](const LinkTableRow &row) {
+    const auto rank = [](const TableRow &row) {
         return row.mark == LinkMark::Bad ? 0 : row.mark == LinkMark::Warning ? 1 : 2;
     };
-    std::stable_sort(rows.begin(), rows.end(), [&](const LinkTableRow &a, const LinkTableRow &b) {
-        return rank(a) < rank(b);
-    });
+    std::stable_sort(rows.begin(), rows.end(),
+                     [&](const TableRow &a, const TableRow &b) { return rank(a) < rank(b); });
     return rows;
 }
 
@@ -52,8 +51,12 @@ QList<LinkTableRow> rowsFor(const PageMove &move)
 LinkChangesDialog::LinkChangesDialog(const PageMove &move, const QString &what, bool moving,
                                      QWidget *parent)
     : QDialog(parent)
-    , m_table(new LinkTable({tr("Page"), tr("Line"), tr("Now"), tr("Then"), tr("What happens")},
-                            {28, 7, 28, 28}, this))
+    , m_table(new RowTable({{tr("Page"), 28},
+                            {tr("Line"), 7, TableColumn::Number},
+                            {tr("Now"), 28},
+                            {tr("Then"), 28},
+                            {tr("What happens"), 0, TableColumn::State}},
+                           this))
 {
     setObjectName(u"LinkChangesDialog"_s);
     setWindowTitle(tr("Links that change"));
@@ -85,7 +88,7 @@ void LinkChangesDialog::layOut(const PageMove &move, const QString &what)
     find->setShortcut(QKeySequence::Find);
     addAction(find);
     connect(find, &QAction::triggered, filter, qOverload<>(&QWidget::setFocus));
-    connect(filter, &QLineEdit::textChanged, m_table, &LinkTable::setFilter);
+    connect(filter, &QLineEdit::textChanged, m_table, &RowTable::setFilter);
     layout->addWidget(filter);
     m_table->setObjectName(u"lstChanges"_s);
     m_table->setAccessibleName(tr("Links that change"));

@@ -4,8 +4,8 @@
 
 #include <QDialog>
 
-class LinkTable;
 class QVBoxLayout;
+class RowTable;
 
 /// Shows which links change when files move, problems first, and asks whether they shall.
 class LinkChangesDialog final : public QDialog
@@ -24,5 +24,5 @@ private:
     void layOut(const PageMove &move, const QString &what);
     void addButtons(QVBoxLayout *layout, const PageMove &move, bool moving);
 
-    LinkTable *m_table;
+    RowTable *m_table;
 };

@@ -102,8 +102,8 @@ void LinksPane::layOut()
     layout->addWidget(lists, 1);
     layout->addWidget(m_keyWords);
 
-    for (LinkTable *const table : {m_in.table, m_out.table})
-        connect(filter, &QLineEdit::textChanged, table, &LinkTable::setFilter);
+    for (RowTable *const table : {m_in.table, m_out.table})
+        connect(filter, &QLineEdit::textChanged, table, &RowTable::setFilter);
     auto *find = new QAction(this);
     find->setShortcut(QKeySequence::Find);
     find->setShortcutContext(Qt::WidgetWithChildrenShortcut);
@@ -121,13 +121,16 @@ void LinksPane::layOutList(List &list, const QString &objectName, const QString 
     layout->setContentsMargins({});
     list.heading = plainLabel({}, box);
     const QString first = &list == &m_in ? tr("Page") : tr("Leads to");
-    list.table = new LinkTable({first, tr("Line"), tr("Text"), tr("State")}, {38, 7, 30}, box);
+    list.table = new RowTable({{first, 38},
+                               {tr("Line"), 7, TableColumn::Number},
+                               {tr("Text"), 30},
+                               {tr("State"), 0, TableColumn::State}},
+                              box);
     list.table->setObjectName(objectName);
     list.table->setAccessibleName(name);
     layout->addWidget(list.heading);
     layout->addWidget(list.table, 1);
-    connect(list.table, &LinkTable::rowActivated, this,
-            [this, &list](int row) { jump(list, row); });
+    connect(list.table, &RowTable::rowActivated, this, [this, &list](int row) { jump(list, row); });
 }
 
 void LinksPane::showEvent(QShowEvent *event)

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "controls/links/LinkTable.h"
+#include "controls/parts/RowTable.h"
 #include "controls/session/ProjectSession.h"
 
 #include <QWidget>
@@ -38,8 +38,8 @@ private:
     struct List
     {
         QLabel *heading;
-        LinkTable *table;
-        QList<LinkTableRow> rows;
+        RowTable *table;
+        QList<TableRow> rows;
         QList<Place> places;
     };
 

@@ -1,7 +1,7 @@
 #include "controls/pages/CompareModel.h"
 
 #include "controls/pages/HitDelegate.h"
-#include "controls/parts/PlainTip.h"
+#include "resources/PlainTip.h"
 
 #include <QBrush>
 

@@ -1,15 +1,11 @@
 #include "platform/portable/ChildRun.h"
 
 #include "platform/QvError.h"
+#include "platform/portable/ChildLimits.h"
 
 #include <QDeadlineTimer>
 #include <QElapsedTimer>
 #include <QProcess>
-
-#include <csignal>
-
-#include <sys/prctl.h>
-#include <sys/resource.h>
 
 using namespace Qt::StringLiterals;
 
@@ -20,23 +16,6 @@ constexpr auto timeToEnd = std::chrono::seconds(3);
 constexpr qsizetype longestWords = 4096;   // bytes of standard error that are kept
 constexpr qint64 longestLine = 16'000'000; // bytes; what sends more without a line end sends none
 
-#if defined(__SANITIZE_ADDRESS__)
-constexpr bool limitsMemory = false; // a checked program reserves terabytes that it never uses
-#else
-constexpr bool limitsMemory = true;
-#endif
-
-/// Runs in the child before the program does: nothing here may allocate.
-void limitChild(rlim_t memory)
-{
-    const rlimit space{memory, memory};
-    if (limitsMemory)
-        setrlimit(RLIMIT_AS, &space);
-    const rlimit noCore{0, 0};
-    setrlimit(RLIMIT_CORE, &noCore);
-    prctl(PR_SET_PDEATHSIG, SIGKILL); // whatever ends this program ends the child
-}
-
 /// One run.
 class Child final
 {
@@ -44,10 +23,10 @@ public:
     Child(const ProcessLimits &limits, const std::function<void(const QByteArray &)> &line)
         : m_limits(limits)
         , m_line(line)
+        , m_bounds(limits)
     {
         m_process.setStandardInputFile(QProcess::nullDevice());
-        const auto memory = static_cast<rlim_t>(limits.memory);
-        m_process.setChildProcessModifier([memory] { limitChild(memory); });
+        m_bounds.beforeStart(m_process);
     }
     Child(const Child &) = delete;
     Child &operator=(const Child &) = delete;
@@ -59,6 +38,7 @@ public:
         if (!m_process.waitForStarted())
             throw QvError(PermissionDenied, {},
                           u"%1 cannot be started: %2"_s.arg(program, m_process.errorString()));
+        m_bounds.afterStart(m_process);
         m_sinceLine.start();
     }
 
@@ -140,6 +120,7 @@ private:
 
     const ProcessLimits &m_limits;
     const std::function<void(const QByteArray &)> &m_line;
+    ChildLimits m_bounds;
     QProcess m_process;
     QElapsedTimer m_sinceLine;
     QByteArray m_words;

@@ -36,7 +36,12 @@ SettingsFolders settingsFolders()
     if (const QString both = qEnvironmentVariable("QUOVANE_SETTINGS"); !both.isEmpty())
         return {both, both};
     const QString home = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation);
-    return {u"/etc/quovane"_s, home + u"/quovane"_s};
+#ifdef Q_OS_WIN
+    const QString machine = qEnvironmentVariable("ProgramData", u"C:/ProgramData"_s);
+#else
+    const QString machine = u"/etc"_s;
+#endif
+    return {machine + u"/quovane"_s, home + u"/quovane"_s};
 }
 
 IniRegistry::IniRegistry(const QString &machineFile, const QString &userFile)

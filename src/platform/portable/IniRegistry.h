@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/Registry.h"
-#include "platform/portable/PortableFiles.h"
+#include "platform/native/NativeFiles.h"
 
 struct SettingsFolders
 {
@@ -9,8 +9,8 @@ struct SettingsFolders
     QString user;
 };
 
-/// Where the settings lie (native paths): "/etc/quovane" and "<configuration home>/quovane"; one
-/// folder for both when QUOVANE_SETTINGS names it.
+/// Where the settings lie (native paths): "quovane" in the machine's folder of settings ("/etc", on
+/// Windows "C:\ProgramData") and in the user's; one folder for both when QUOVANE_SETTINGS names it.
 SettingsFolders settingsFolders();
 
 /// The settings store of a machine without a registry: two files with "[<hive>\<key>]" sections.
@@ -40,7 +40,7 @@ private:
     [[nodiscard]] QByteArray contentOf(const QString &file);
     [[nodiscard]] bool write(const QString &file, const Entry &entry, const QString &value);
 
-    PortableFiles m_files;
+    NativeFiles m_files;
     QString m_machineFile;
     QString m_userFile;
 };

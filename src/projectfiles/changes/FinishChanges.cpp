@@ -192,8 +192,8 @@ QStringList finishChanges(FileSystem &files, const QString &projectFolder)
     const auto lock = lockChanges(files, projectFolder, patience);
     if (!lock)
         return {u"Another author's QV Developer is changing this project at this moment. If "
-                "something looks half done, read the project again (F5). The file that it holds "
-                "is "_s
+                "something looks half done, read the project again in a moment. The file "
+                "that it holds is "_s
                 + changeLockPath(projectFolder)};
     return finishInForce(files, projectFolder);
 }

@@ -12,15 +12,21 @@ namespace {
 struct Found
 {
     std::vector<std::string> parts, wholes, pairs;
-    bool isCovered = false; ///< the next single character is the second one of a pair
+    bool isCovered = false;  ///< the next single character is the second one of a pair
+    bool endsInPart = false; ///< which is a word that letters may still be added to
 
-    void part(std::string_view word) { parts.emplace_back(word); }
+    void part(std::string_view word)
+    {
+        parts.emplace_back(word);
+        endsInPart = true;
+    }
     void whole(std::string_view word) { wholes.emplace_back(word); }
     void single(std::string_view word)
     {
         if (!isCovered)
             pairs.emplace_back(word);
         isCovered = false;
+        endsInPart = false;
     }
     void pair(std::string_view word)
     {
@@ -46,6 +52,7 @@ struct QueryParser::Piece
     std::vector<QueryWords> ways; ///< none: nothing but stop words
     Key key;                      ///< to compare pieces by
     QStringList stopWords;
+    bool endsInWord = false; ///< that is searched for
 };
 
 QueryParser::QueryParser(const QString &language, const QList<KeyWord> &keyWords)
@@ -74,7 +81,11 @@ void QueryParser::takeName(const QStringList &names, const QString &name)
 
 Query QueryParser::parse(const QString &question) const
 {
-    const std::vector<Piece> pieces = piecesOf(question);
+    std::vector<Piece> pieces = piecesOf(question);
+    const bool goesOn = !pieces.empty() && question.back().isLetterOrNumber()
+                        && question.endsWith(pieces.back().shown);
+    if (goesOn)
+        leaveOpen(pieces.back());
     Query query;
     for (size_t at = 0; at < pieces.size();) {
         const Name *const name = nameAt(pieces, at);
@@ -91,6 +102,8 @@ Query QueryParser::parse(const QString &question) const
     query.onlyCommon = query.clauses.empty() && !query.tooCommon.isEmpty();
     for (const QString &word : query.onlyCommon ? query.tooCommon : QStringList())
         query.clauses.push_back({word, {{{word.toStdString()}, false, word}}});
+    if (query.onlyCommon && goesOn)
+        query.clauses.back().ways.back().isUnfinished = true;
     query.tooCommon.removeDuplicates();
     return query;
 }
@@ -124,6 +137,7 @@ QueryParser::Piece QueryParser::pieceOf(const QString &text) const
         return piece;
     QueryWords words{found.pairs, !found.pairs.empty(), text};
     words.arePairs = words.arePairs && found.parts.empty();
+    piece.endsInWord = found.endsInPart && !m_stopWords.contains(found.parts.back());
     for (std::string &word : found.parts) {
         if (m_stopWords.contains(word))
             piece.stopWords.append(QString::fromStdString(word));
@@ -135,6 +149,13 @@ QueryParser::Piece QueryParser::pieceOf(const QString &text) const
     return piece;
 }
 
+/// The last word of a piece that may still be typed on.
+void QueryParser::leaveOpen(Piece &piece)
+{
+    for (QueryWords &way : piece.ways)
+        way.isUnfinished = piece.endsInWord;
+}
+
 /// Several pieces that are one name must all be there, each in its plainest way.
 QueryClause QueryParser::clauseOf(const std::vector<Piece> &pieces, size_t first,
                                   size_t count) const
@@ -142,6 +163,8 @@ QueryClause QueryParser::clauseOf(const std::vector<Piece> &pieces, size_t first
     if (count == 1)
         return {pieces[first].shown, pieces[first].ways};
     QueryWords all;
+    const std::vector<QueryWords> &lastWays = pieces[first + count - 1].ways;
+    all.isUnfinished = !lastWays.empty() && lastWays.back().isUnfinished;
     for (size_t i = first; i < first + count; ++i) {
         all.shown += (i > first ? QStringLiteral(" ") : QString()) + pieces[i].shown;
         if (!pieces[i].ways.empty())
@@ -153,12 +176,15 @@ QueryClause QueryParser::clauseOf(const std::vector<Piece> &pieces, size_t first
 
 void QueryParser::addSynonyms(QueryClause &clause, const Name &name) const
 {
+    clause.names = name.names;
     for (const QString &other : name.names) {
         const std::vector<Piece> pieces = piecesOf(other);
         if (pieces.empty())
             continue;
         for (QueryWords &way : clauseOf(pieces, 0, pieces.size()).ways) {
-            if (std::find(clause.ways.begin(), clause.ways.end(), way) == clause.ways.end())
+            const bool isNew =
+                std::ranges::find(clause.ways, way.words, &QueryWords::words) == clause.ways.end();
+            if (isNew)
                 clause.ways.push_back(std::move(way));
         }
     }

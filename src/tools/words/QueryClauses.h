@@ -16,8 +16,8 @@ struct QueryWords
     std::vector<std::string> words = {}; ///< as WordSplitter gives them
     /// Two characters of a script without blanks each: together they stand for `shown`.
     bool arePairs = false;
-    QString shown = {}; ///< as typed
-    friend bool operator==(const QueryWords &, const QueryWords &) = default;
+    QString shown = {};        ///< as typed
+    bool isUnfinished = false; ///< the last word also stands for all that begin with it
 };
 
 /// One thing that is asked for; any of its ways to say it will do.
@@ -25,6 +25,7 @@ struct QueryClause
 {
     QString shown = {}; ///< as typed
     std::vector<QueryWords> ways = {};
+    QStringList names = {}; ///< of the keyword that this is, itself and its synonyms
 };
 
 /// A question, taken apart: a page must answer all clauses.
@@ -37,7 +38,7 @@ struct Query
 
 /// Takes questions apart by the rules that the index is made by. Blanks and quotation marks part
 /// what is asked for. What a keyword of the author or one of its synonyms says is asked for by all
-/// its names.
+/// its names. A word at the very end may be unfinished.
 class QueryParser final
 {
 public:
@@ -58,6 +59,7 @@ private:
     [[nodiscard]] std::vector<Piece> piecesOf(const QString &text) const;
     [[nodiscard]] QueryClause clauseOf(const std::vector<Piece> &pieces, size_t first,
                                        size_t count) const;
+    static void leaveOpen(Piece &piece);
     void takeName(const QStringList &names, const QString &name);
     void addSynonyms(QueryClause &clause, const Name &name) const;
     [[nodiscard]] static bool areSame(const Key &a, const Key &b);

@@ -7,7 +7,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <optional>
 
 using namespace Qt::StringLiterals;
 
@@ -86,10 +85,8 @@ QString reasonOf(const std::vector<FoundWord> &words)
     return reasons.join(u"; "_s);
 }
 
-QString remarkOf(const Query &query)
+QString remarkOnCommon(const Query &query)
 {
-    if (query.tooCommon.isEmpty())
-        return {};
     const QString words = query.tooCommon.join(u", "_s);
     return query.onlyCommon ? tr("Nearly every page holds: %1. Only titles, headings and keywords "
                                  "were searched.")
@@ -103,6 +100,24 @@ struct SearchQuery::Answer
 {
     double score = 0;
     std::vector<FoundWord> words;
+    bool isBegun = false;
+
+    void add(const Answer &other)
+    {
+        score += other.score;
+        words.insert(words.end(), other.words.begin(), other.words.end());
+        isBegun = isBegun || other.isBegun;
+    }
+    /// Takes up what another way to say the same gave.
+    void join(Answer other)
+    {
+        constexpr double second = 0.25; // holding "max_count" counts for more than both words apart
+        const auto [less, more] = std::minmax({score, other.score});
+        const double both = more + less * second;
+        if (other.isBegun != isBegun ? isBegun : other.score > score)
+            *this = std::move(other);
+        score = both;
+    }
 };
 
 SearchQuery::SearchQuery(FileSystem &files, const QString &projectFolder,
@@ -119,42 +134,48 @@ SearchQuery::SearchQuery(FileSystem &files, const QString &projectFolder,
 SearchResult SearchQuery::find(const QString &question)
 {
     const Query query = m_parser.parse(question);
-    SearchResult result{.hits = {}, .missing = {}, .remark = remarkOf(query)};
+    SearchResult result;
+    m_isCut = false;
     std::optional<Answers> all;
     for (const QueryClause &clause : query.clauses) {
         Answers answers = answersTo(clause);
         if (answers.empty())
             result.missing.append(clause.shown);
+        result.names += clause.names;
         if (!all) {
             all = std::move(answers);
             continue;
         }
         std::erase_if(*all, [&](const auto &entry) { return !answers.contains(entry.first); });
-        for (auto &[page, answer] : *all) {
-            const Answer &more = answers[page];
-            answer.score += more.score;
-            answer.words.insert(answer.words.end(), more.words.begin(), more.words.end());
-        }
+        for (auto &[page, answer] : *all)
+            answer.add(answers[page]);
     }
-    for (const auto &[page, answer] : all.value_or(Answers()))
-        result.hits.append(hit(page, answer));
-    std::stable_sort(result.hits.begin(), result.hits.end(),
-                     [](const SearchHit &a, const SearchHit &b) { return a.score > b.score; });
+    if (all)
+        result.hits = hitsOf(*all);
+    result.remark = remarkOn(query);
     return result;
+}
+
+QString SearchQuery::remarkOn(const Query &query) const
+{
+    QStringList remarks;
+    if (!query.tooCommon.isEmpty())
+        remarks.append(remarkOnCommon(query));
+    if (m_isCut)
+        remarks.append(tr("Very many words begin so; only the shortest were searched."));
+    return remarks.join(u' ');
 }
 
 SearchQuery::Answers SearchQuery::answersTo(const QueryClause &clause)
 {
-    constexpr double secondWay = 0.25; // holding "max_count" counts for more than both words apart
     Answers best;
     for (const QueryWords &way : clause.ways) {
         for (auto &[page, answer] : answersTo(way)) {
-            Answer &known = best[page];
-            const auto [less, more] = std::minmax({known.score, answer.score});
-            const double both = more + less * secondWay;
-            if (answer.score > known.score)
-                known = std::move(answer);
-            known.score = both;
+            const auto [known, isNew] = best.try_emplace(page);
+            if (isNew)
+                known->second = std::move(answer);
+            else
+                known->second.join(std::move(answer));
         }
     }
     return best;
@@ -164,21 +185,11 @@ SearchQuery::Answers SearchQuery::answersTo(const QueryWords &words)
 {
     std::optional<Answers> all;
     for (const std::string &word : words.words) {
-        Answers answers;
-        const FoundPages found = m_lookup.find(word);
-        const auto pages = double(m_pages.pages.size()), holding = double(found.size());
-        const double rareness = std::log(1 + (pages - holding + 0.5) / (holding + 0.5));
-        for (const auto &[page, matches] : found) {
-            if (!m_places.contains(page) || (all && !all->contains(page)))
-                continue;
-            Answer &answer = answers[page];
-            answer.score = scoreOf(matches, page, rareness);
-            answer.words = matches;
-            if (all) {
-                Answer &before = (*all)[page];
-                answer.score += before.score;
-                answer.words.insert(answer.words.begin(), before.words.begin(), before.words.end());
-            }
+        Answers answers = scored(m_lookup.find(word), all, false);
+        if (words.isUnfinished && &word == &words.words.back()) {
+            const BegunPages begun = m_lookup.beginningWith(word);
+            m_isCut = m_isCut || !begun.isWhole;
+            answers.merge(scored(begun.pages, all, true)); // where the word stands whole, it counts
         }
         all = std::move(answers);
     }
@@ -187,6 +198,27 @@ SearchQuery::Answers SearchQuery::answersTo(const QueryWords &words)
             answer.words = {joined(answer.words, words.shown)};
     }
     return std::move(*all);
+}
+
+/// Only pages that hold what was asked for before, if anything was.
+SearchQuery::Answers SearchQuery::scored(const FoundPages &found,
+                                         const std::optional<Answers> &before, bool isBegun) const
+{
+    const auto pages = double(m_pages.pages.size()), holding = double(found.size());
+    const double rareness = std::log(1 + (pages - holding + 0.5) / (holding + 0.5));
+    Answers answers;
+    for (const auto &[page, matches] : found) {
+        if (!m_places.contains(page) || (before && !before->contains(page)))
+            continue;
+        Answer answer{scoreOf(matches, page, rareness), matches, isBegun};
+        if (before) {
+            Answer whole = before->at(page);
+            whole.add(answer);
+            answer = std::move(whole);
+        }
+        answers.emplace_hint(answers.end(), page, std::move(answer));
+    }
+    return answers;
 }
 
 /// How often and how exactly, as search engines weigh it (BM25), and more for the places that say
@@ -216,7 +248,23 @@ double SearchQuery::scoreOf(const std::vector<FoundWord> &words, quint32 page,
     return score * rareness + (places & WordPlace::authorKeyWord ? keyWord : 0);
 }
 
-SearchHit SearchQuery::hit(quint32 page, const Answer &answer) const
+/// Pages that hold the last word whole come before those where it only begins others.
+QList<SearchHit> SearchQuery::hitsOf(const Answers &answers) const
 {
-    return {m_pages.pages[m_places[page]], answer.score, reasonOf(answer.words)};
+    constexpr qsizetype mostReasons = 1000; // nobody looks further
+    std::vector<std::pair<quint32, const Answer *>> best;
+    for (const auto &[page, answer] : answers)
+        best.emplace_back(page, &answer);
+    std::ranges::stable_sort(best, [](const auto &a, const auto &b) {
+        const Answer &one = *a.second, &other = *b.second;
+        return one.isBegun != other.isBegun ? other.isBegun : one.score > other.score;
+    });
+    QList<SearchHit> hits;
+    hits.reserve(qsizetype(best.size()));
+    for (const auto &[page, answer] : best) {
+        const bool tellsWhy = hits.size() < mostReasons;
+        hits.append({m_pages.pages[m_places[page]], answer->score,
+                     tellsWhy ? reasonOf(answer->words) : QString(), answer->isBegun});
+    }
+    return hits;
 }

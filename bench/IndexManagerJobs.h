@@ -1,0 +1,6 @@
+#pragma once
+
+#include "ProjectJobs.h"
+
+/// The jobs on the index manager.
+QList<Job> indexManagerJobs();

@@ -1,0 +1,53 @@
+# qv_painted_pictures(QRC RESULT)
+# For a Qt without its SVG module: paints each drawing that the resource file QRC names in several
+# widths while the build is configured, and makes a resource file of them, "pictures.qrc" in the
+# build folder, whose path RESULT gets. Needs rsvg-convert.
+function(qv_painted_pictures qrc result)
+    find_program(RSVG_CONVERT rsvg-convert REQUIRED)
+    set(folder ${CMAKE_CURRENT_BINARY_DIR}/painted)
+    file(READ ${qrc} text)
+    string(REGEX MATCHALL "[a-z]+/[a-z0-9-]+\\.svg" drawings "${text}")
+    set(entries "")
+    foreach(drawing IN LISTS drawings)
+        set(source ${CMAKE_CURRENT_SOURCE_DIR}/${drawing})
+        set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${source})
+        file(READ ${source} content)
+        string(REPLACE ".svg" "" name ${drawing})
+        set(widths 16 20 24 32 48 64 96 128 256)
+        if(drawing MATCHES "^pictures/")
+            set(widths 521 1042 1563)
+        endif()
+        set(kind "")
+        if(content MATCHES "currentColor")
+            set(kind t)
+        endif()
+        foreach(width IN LISTS widths)
+            set(file ${name}.${width}${kind}.png)
+            cmake_path(GET file PARENT_PATH below)
+            file(MAKE_DIRECTORY ${folder}/${below})
+            if(${source} IS_NEWER_THAN ${folder}/${file})
+                execute_process(COMMAND ${RSVG_CONVERT} -w ${width} -o ${folder}/${file} ${source}
+                    COMMAND_ERROR_IS_FATAL ANY)
+            endif()
+            string(APPEND entries "    <file>${file}</file>\n")
+        endforeach()
+    endforeach()
+    file(CONFIGURE OUTPUT ${folder}/pictures.qrc CONTENT
+        "<RCC>\n  <qresource prefix=\"/\">\n${entries}  </qresource>\n</RCC>\n")
+    set(${result} ${folder}/pictures.qrc PARENT_SCOPE)
+endfunction()
+
+# qv_icon_file(DRAWING ICON): an icon of Windows with the usual sizes. Needs rsvg-convert and
+# ImageMagick.
+function(qv_icon_file drawing icon)
+    find_program(RSVG_CONVERT rsvg-convert REQUIRED)
+    find_program(MAGICK_CONVERT convert REQUIRED)
+    set(pictures "")
+    foreach(width 16 24 32 48 64 256)
+        set(picture ${CMAKE_BINARY_DIR}/icon-${width}.png)
+        execute_process(COMMAND ${RSVG_CONVERT} -w ${width} -o ${picture} ${drawing}
+            COMMAND_ERROR_IS_FATAL ANY)
+        list(APPEND pictures ${picture})
+    endforeach()
+    execute_process(COMMAND ${MAGICK_CONVERT} ${pictures} ${icon} COMMAND_ERROR_IS_FATAL ANY)
+endfunction()
