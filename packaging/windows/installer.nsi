@@ -1,0 +1,91 @@
+; The installer: for the one who runs it, or for the machine with an administrator's rights.
+;   setup.exe /S                silent, for this user
+;   setup.exe /S /AllUsers      silent, for the machine
+;   setup.exe /S /D=C:\Tools\Quovane Developer      another folder; the last argument, no quotes
+; Uninstalling removes the programs and what the installer wrote. Books, settings and whatever else
+; was put into the folder stay.
+
+Unicode true
+ManifestDPIAware true
+ManifestLongPathAware true
+SetCompressor /SOLID lzma
+
+!define PRODUCT "Quovane Developer Pro"
+!define UNINSTALL "Software\Microsoft\Windows\CurrentVersion\Uninstall\QuovaneDeveloper"
+
+!define MULTIUSER_EXECUTIONLEVEL Highest
+!define MULTIUSER_MUI
+!define MULTIUSER_INSTALLMODE_COMMANDLINE
+!define MULTIUSER_INSTALLMODE_DEFAULT_CURRENTUSER
+!define MULTIUSER_INSTALLMODE_INSTDIR "Quovane Developer"
+!define MULTIUSER_INSTALLMODE_INSTDIR_REGISTRY_KEY "${UNINSTALL}"
+!define MULTIUSER_INSTALLMODE_INSTDIR_REGISTRY_VALUENAME "InstallLocation"
+!define MULTIUSER_USE_PROGRAMFILES64
+!include MultiUser.nsh
+!include MUI2.nsh
+!include x64.nsh
+
+Name "${PRODUCT}"
+OutFile "${OUTPUT}"
+BrandingText "${PRODUCT} ${VERSION}"
+VIProductVersion "${VERSION}.0"
+VIAddVersionKey "ProductName" "${PRODUCT}"
+VIAddVersionKey "ProductVersion" "${VERSION}"
+VIAddVersionKey "FileDescription" "Installs ${PRODUCT}"
+VIAddVersionKey "FileVersion" "${VERSION}"
+
+!define MUI_ICON "${ICON}"
+!define MUI_UNICON "${ICON}"
+!define MUI_ABORTWARNING
+!define MUI_FINISHPAGE_RUN "$INSTDIR\quovane-developer.exe"
+
+!insertmacro MULTIUSER_PAGE_INSTALLMODE
+!insertmacro MUI_PAGE_DIRECTORY
+!insertmacro MUI_PAGE_INSTFILES
+!insertmacro MUI_PAGE_FINISH
+!insertmacro MUI_UNPAGE_CONFIRM
+!insertmacro MUI_UNPAGE_INSTFILES
+!insertmacro MUI_LANGUAGE "English"
+
+Function .onInit
+    ${IfNot} ${RunningX64}
+        MessageBox MB_ICONSTOP|MB_OK "${PRODUCT} needs a 64-bit Windows 10 or later." /SD IDOK
+        Abort
+    ${EndIf}
+    !insertmacro MULTIUSER_INIT
+FunctionEnd
+
+Function un.onInit
+    !insertmacro MULTIUSER_UNINIT
+FunctionEnd
+
+Section
+    SetOutPath "$INSTDIR"
+    File /r "${PROGRAMS}/*"
+    WriteUninstaller "$INSTDIR\uninstall.exe"
+    CreateDirectory "$SMPROGRAMS\Quovane"
+    CreateShortcut "$SMPROGRAMS\Quovane\QV Developer.lnk" "$INSTDIR\quovane-developer.exe"
+    CreateShortcut "$SMPROGRAMS\Quovane\Help viewer.lnk" "$INSTDIR\StartApp.exe"
+    CreateShortcut "$SMPROGRAMS\Quovane\Index manager.lnk" "$INSTDIR\QV_IBLIndexMgr.exe"
+    WriteRegStr SHCTX "${UNINSTALL}" "DisplayName" "${PRODUCT}"
+    WriteRegStr SHCTX "${UNINSTALL}" "DisplayVersion" "${VERSION}"
+    WriteRegStr SHCTX "${UNINSTALL}" "DisplayIcon" "$INSTDIR\quovane-developer.exe"
+    WriteRegStr SHCTX "${UNINSTALL}" "InstallLocation" "$INSTDIR"
+    WriteRegStr SHCTX "${UNINSTALL}" "UninstallString" '"$INSTDIR\uninstall.exe" /$MultiUser.InstallMode'
+    WriteRegStr SHCTX "${UNINSTALL}" "QuietUninstallString" '"$INSTDIR\uninstall.exe" /$MultiUser.InstallMode /S'
+    WriteRegDWORD SHCTX "${UNINSTALL}" "EstimatedSize" ${SIZE}
+    WriteRegDWORD SHCTX "${UNINSTALL}" "NoModify" 1
+    WriteRegDWORD SHCTX "${UNINSTALL}" "NoRepair" 1
+SectionEnd
+
+; Only what was installed, by name: an installation folder may hold a server's books.
+Section "Uninstall"
+    !include "${PROGRAMS}.uninstall.nsh"
+    Delete "$INSTDIR\uninstall.exe"
+    RMDir "$INSTDIR"
+    Delete "$SMPROGRAMS\Quovane\QV Developer.lnk"
+    Delete "$SMPROGRAMS\Quovane\Help viewer.lnk"
+    Delete "$SMPROGRAMS\Quovane\Index manager.lnk"
+    RMDir "$SMPROGRAMS\Quovane"
+    DeleteRegKey SHCTX "${UNINSTALL}"
+SectionEnd

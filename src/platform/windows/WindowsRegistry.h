@@ -1,0 +1,23 @@
+#pragma once
+
+#include "platform/Registry.h"
+#include "platform/portable/IniRegistry.h"
+
+#include <optional>
+
+/// The registry of Windows; of the machine's part the 32-bit view. A machine value that the system
+/// refuses goes to the same key of the user's part, where it wins on reading, so that nobody needs
+/// an administrator. When QUOVANE_SETTINGS names a folder, files in it stand for the registry.
+class WindowsRegistry final : public Registry
+{
+public:
+    WindowsRegistry();
+
+    [[nodiscard]] std::optional<QString> value(Hive hive, const QString &key,
+                                               const QString &name) override;
+    bool setValue(Hive hive, const QString &key, const QString &name,
+                  const QString &value) override;
+
+private:
+    std::optional<IniRegistry> m_files;
+};

@@ -1,0 +1,39 @@
+#pragma once
+
+#include "platform/windows/win32/Win32Error.h"
+
+#include <chrono>
+
+namespace win32 {
+
+/// Virus scanners, indexers and other authors keep files open for moments.
+[[nodiscard]] inline bool meansBusy(DWORD code)
+{
+    return code == ERROR_SHARING_VIOLATION || code == ERROR_LOCK_VIOLATION;
+}
+
+/// Calls until it succeeds, fails for another reason than `busy` names, or two seconds are over.
+/// False leaves the reason in GetLastError.
+template <typename Call, typename Busy>
+bool retried(Call call, Busy busy)
+{
+    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(2);
+    for (;;) {
+        if (call())
+            return true;
+        const DWORD code = GetLastError();
+        if (!busy(code) || std::chrono::steady_clock::now() >= end) {
+            SetLastError(code);
+            return false;
+        }
+        Sleep(20);
+    }
+}
+
+template <typename Call>
+bool retried(Call call)
+{
+    return retried(call, meansBusy);
+}
+
+} // namespace win32
