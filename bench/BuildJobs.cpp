@@ -35,10 +35,9 @@ int build(const QStringList &arguments)
     const BuildObserver observer{.begins = {},
                                  .ends =
                                      [&](BuildStage stage, const ToolReport &report) {
-                                         std::printf("%.3f s %s: %s\n",
-                                                     double(timer.restart()) / 1000,
-                                                     qPrintable(nameOf(stage)),
-                                                     qPrintable(report.summary));
+                                         std::printf(
+                                             "%.3f s %s: %s\n", double(timer.restart()) / 1000,
+                                             qPrintable(nameOf(stage)), qPrintable(report.summary));
                                      },
                                  .outdated = [] { std::puts("The pages changed meanwhile."); }};
     const BuildResult result =

@@ -1,6 +1,7 @@
 #include "CheckJobs.h"
 
 #include "ScanJobs.h"
+#include "Spent.h"
 #include "Windows.h"
 
 #include "tools/build/PageAnchors.h"
@@ -8,7 +9,6 @@
 #include "tools/checks/QualityChecks.h"
 #include "tools/links/LinkCheck.h"
 
-#include <ctime>
 #include <map>
 
 using namespace Qt::StringLiterals;
@@ -26,11 +26,11 @@ int check(const QStringList &arguments)
         files, input, {.words = nullptr, .everything = true, .threads = threads});
     const PageAnchors anchors(pages);
     const LinkCheck links(input, pages, anchors);
-    const std::clock_t before = std::clock();
+    const double before = cpuSeconds();
     QualityChecks checks(files, input, pages, links, CheckLevel::Everything);
     checks.look({});
     const ToolReport report = checks.finish();
-    number("checks alone, CPU", static_cast<double>(std::clock() - before) / CLOCKS_PER_SEC, "s");
+    number("checks alone, CPU", cpuSeconds() - before, "s");
     std::map<QString, int> counts;
     for (const Finding &finding : report.findings)
         ++counts[finding.code];

@@ -1,5 +1,6 @@
 #include "IndexManagerJobs.h"
 
+#include "Spent.h"
 #include "Windows.h"
 
 #include "indexmanager/IdentifiersModel.h"
@@ -7,16 +8,9 @@
 
 #include <QLineEdit>
 
-#include <ctime>
-
 using namespace Qt::StringLiterals;
 
 namespace {
-
-double cpuMilliseconds()
-{
-    return 1000.0 * static_cast<double>(std::clock()) / CLOCKS_PER_SEC;
-}
 
 /// Its window over a server, with all identifiers listed.
 struct IndexManager
@@ -52,10 +46,10 @@ int identifiers(const QStringList &arguments)
         bool isListed = false;
         const auto done = QObject::connect(shown.model, &QAbstractItemModel::modelReset,
                                            [&isListed] { isListed = true; });
-        const double before = cpuMilliseconds();
+        const double before = 1000 * cpuSeconds();
         double turn = before;
         const auto endTurn = [&] {
-            const double now = cpuMilliseconds();
+            const double now = 1000 * cpuSeconds();
             longestTurn = qMax(longestTurn, now - turn);
             turn = now;
         };

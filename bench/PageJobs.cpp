@@ -1,5 +1,6 @@
 #include "PageJobs.h"
 
+#include "Spent.h"
 #include "Windows.h"
 
 #include "controls/links/MoveCommands.h"
@@ -17,7 +18,6 @@
 #include <QPlainTextEdit>
 
 #include <algorithm>
-#include <ctime>
 #include <filesystem>
 #include <functional>
 
@@ -28,21 +28,6 @@
 using namespace Qt::StringLiterals;
 
 namespace {
-
-struct Spent
-{
-    double wall = 0, cpu = 0; ///< milliseconds
-};
-
-Spent spentBy(const std::function<void()> &work)
-{
-    QElapsedTimer time;
-    time.start();
-    const std::clock_t before = std::clock();
-    work();
-    const double cpu = static_cast<double>(std::clock() - before) * 1000 / CLOCKS_PER_SEC;
-    return {static_cast<double>(time.nsecsElapsed()) / 1e6, cpu};
-}
 
 void printMedian(const char *name, QList<double> numbers, const char *unit)
 {
@@ -186,7 +171,7 @@ int typing(const QStringList &arguments)
     }
     settle();
     qint64 longest = 0;
-    const std::clock_t before = std::clock();
+    const double before = cpuSeconds();
     for (int key = 0; key < keys; ++key) {
         QElapsedTimer time;
         time.start();
@@ -195,7 +180,7 @@ int typing(const QStringList &arguments)
         settle();
         longest = qMax(longest, time.nsecsElapsed());
     }
-    const double cpu = static_cast<double>(std::clock() - before) / CLOCKS_PER_SEC;
+    const double cpu = cpuSeconds() - before;
     number("CPU per key", cpu * 1000 / keys, "ms");
     number("longest", static_cast<double>(longest) / 1e6, "ms");
     return 0;

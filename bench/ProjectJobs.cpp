@@ -1,5 +1,6 @@
 #include "ProjectJobs.h"
 
+#include "Spent.h"
 #include "Windows.h"
 
 #include "dialogs/ProjectDeletion.h"
@@ -12,16 +13,9 @@
 #include <QApplication>
 #include <QTreeView>
 
-#include <ctime>
-
 using namespace Qt::StringLiterals;
 
 namespace {
-
-double cpuSeconds()
-{
-    return static_cast<double>(std::clock()) / CLOCKS_PER_SEC;
-}
 
 void count(const LinkEntries &links)
 {

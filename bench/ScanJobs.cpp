@@ -1,5 +1,6 @@
 #include "ScanJobs.h"
 
+#include "Spent.h"
 #include "Windows.h"
 
 #include "projectfiles/ProductFolders.h"
@@ -8,7 +9,6 @@
 
 #include <algorithm>
 #include <array>
-#include <ctime>
 #include <iterator>
 
 using namespace Qt::StringLiterals;
@@ -35,11 +35,6 @@ public:
 private:
     std::array<size_t, 16> m_bytes{};
 };
-
-double cpuSeconds()
-{
-    return static_cast<double>(std::clock()) / CLOCKS_PER_SEC;
-}
 
 /// Reads what is not known yet and keeps what was found.
 int scanPages(const QStringList &arguments)

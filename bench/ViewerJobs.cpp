@@ -1,5 +1,6 @@
 #include "ViewerJobs.h"
 
+#include "Spent.h"
 #include "Windows.h"
 
 #include "viewer/ViewerWindow.h"
@@ -9,9 +10,6 @@
 #include <QLineEdit>
 #include <QTabWidget>
 #include <QTreeWidget>
-
-#include <ctime>
-#include <functional>
 
 using namespace Qt::StringLiterals;
 
@@ -39,21 +37,6 @@ int viewer(const QStringList &arguments)
     return 0;
 }
 
-struct Taken
-{
-    double cpu = 0, wall = 0; ///< milliseconds
-};
-
-Taken timed(const std::function<void()> &work)
-{
-    QElapsedTimer wall;
-    wall.start();
-    const std::clock_t before = std::clock();
-    work();
-    return {1000.0 * static_cast<double>(std::clock() - before) / CLOCKS_PER_SEC,
-            static_cast<double>(wall.nsecsElapsed()) / 1e6};
-}
-
 /// Types a question letter by letter, half a second after the set was chosen, which the window has
 /// for reading ahead; what it shows is painted after each.
 int viewing(const QStringList &arguments)
@@ -64,16 +47,16 @@ int viewing(const QStringList &arguments)
     auto *const hits = shown.window.findChild<QTreeWidget *>(u"lstHits"_s);
     shown.window.findChild<QTabWidget *>(u"tabParts"_s)->setCurrentIndex(1);
     sets->setCurrentText(arguments.at(1));
-    const Taken ahead = timed([] {
+    const Spent ahead = spentBy([] {
         QElapsedTimer pause;
         for (pause.start(); pause.elapsed() < 500;)
             QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
     });
     number("reading ahead, CPU", ahead.cpu, "ms, and waiting");
     const QString question = arguments.at(2);
-    Taken longest;
+    Spent longest;
     for (qsizetype letters = 1; letters <= question.size(); ++letters) {
-        const Taken taken = timed([&] {
+        const Spent taken = spentBy([&] {
             field->setText(question.first(letters));
             settle();
         });

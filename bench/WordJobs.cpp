@@ -1,21 +1,15 @@
 #include "WordJobs.h"
 
 #include "ScanJobs.h"
+#include "Spent.h"
 #include "Windows.h"
 
 #include "tools/words/SearchQuery.h"
 #include "tools/words/SearchWords.h"
 
-#include <ctime>
-
 using namespace Qt::StringLiterals;
 
 namespace {
-
-double cpuSeconds()
-{
-    return static_cast<double>(std::clock()) / CLOCKS_PER_SEC;
-}
 
 /// Lists, reads and scans all pages that are not known yet, and writes the search words.
 int words(const QStringList &arguments)

@@ -1,10 +1,8 @@
 #include "components/RegistryAccessComponent.h"
 #include "controls/build/BuiltProject.h"
 #include "indexmanager/frmIndexManager.h"
-#include "platform/portable/IniRegistry.h"
-#include "platform/portable/SingleInstance.h"
-#include "platform/portable/SocketWindows.h"
-#include "platform/portable/WindowAnnouncer.h"
+#include "platform/native/NativePlatform.h"
+#include "reports/LinkReport.h"
 #include "startup/frmProgBar.h"
 #include "support/Audit.h"
 #include "support/FormDriver.h"
@@ -60,7 +58,12 @@ struct Installation
         control<QTabWidget>(window, "tabPages")->setCurrentIndex(page);
         QCoreApplication::processEvents();
     }
-    void pressF5() { QTest::keyClick(window, Qt::Key_F5); }
+    void pressF5()
+    {
+        window->activateWindow(); // a progress window was in front of it
+        QVERIFY(QTest::qWaitForWindowActive(window));
+        QTest::keyClick(window, Qt::Key_F5);
+    }
     void choose(const char *box, const QString &start)
     {
         auto *const choices = control<QComboBox>(window, box);
@@ -111,6 +114,7 @@ class tst_indexmanager final : public QObject
 private Q_SLOTS:
     void initTestCase() { QAccessible::setActive(true); }
     void showsHowEachIdentifierStands();
+    void tellsGoodAndBadAsTheLinkReport();
     void findsWhoLinksHere();
     void scansStaleSetsAgain();
     void repairsWhatMoved();
@@ -185,6 +189,43 @@ void tst_indexmanager::showsHowEachIdentifierStands()
     QCOMPARE(there.world.messages.shown, QStringList());
 }
 
+void tst_indexmanager::tellsGoodAndBadAsTheLinkReport()
+{
+    Installation there;
+    const QString start = u"Plant 300\\Book_PUMP\\start.htm"_s;
+    const QString quay = u"Harbour\\Book_QUAY\\quay.htm"_s;
+    there.world.put(there.plant.folder + u"a#b.htm"_s, "<p>b</p>");
+    const auto asked = [&](const QString &id) { return linkReference(id, quay); };
+    const QString odd =
+        u"<ID><LinkIDSourceFile>%1</LinkIDSourceFile><LinkID>ODD</LinkID></ID>"_s.arg(start);
+    there.links(there.plant, odd + linkTarget(u"FIRST"_s, u"Plant 300\\gone.htm"_s)
+                                 + linkTarget(u"SAME"_s, start)
+                                 + linkTarget(u"HASH"_s, u"Plant 300\\a#b.htm"_s));
+    there.links(there.harbour,
+                linkTarget(u"FIRST"_s, quay)
+                    + linkTarget(u"SAME"_s, QString(start).toUpper().replace(u'\\', u'/')),
+                asked(u"FIRST"_s) + asked(u"SAME"_s) + asked(u"HASH"_s) + asked(u"ODD"_s)
+                    + asked(u"NO"_s));
+    there.open();
+    QCOMPARE(there.rows("lstIdentifiers").replaceInStrings(QRegularExpression(u"\\|[^|]*$"_s), {}),
+             QStringList({u"(no identifier)|Never used|Plant 300|Book_PUMP\\start.htm"_s,
+                          u"FIRST|Page missing|Plant 300|gone.htm"_s,
+                          u"HASH|Good|Plant 300|a#b.htm"_s, u"NO|Not published||"_s,
+                          u"ODD|Good||"_s, u"SAME|Good|Plant 300|Book_PUMP\\start.htm"_s}));
+
+    LinkReport report(there.world.program);
+    const LinkEntries links = report.GetIBS_Details({});
+    QStringList dead;
+    for (qsizetype link = 0; link < links.count(); ++link) {
+        if (!links.isGood(link))
+            dead.append(links.identifier(link));
+    }
+    QCOMPARE(dead, QStringList({u"FIRST"_s, u"NO"_s}));
+    auto *const list = control<QTableView>(there.window, "lstIdentifiers");
+    list->selectRow(1);
+    QCOMPARE(there.rows("lstPlaces").last(), u"Asked for, dead|Harbour|Book_QUAY\\quay.htm"_s);
+}
+
 void tst_indexmanager::findsWhoLinksHere()
 {
     Installation there;
@@ -246,6 +287,19 @@ void tst_indexmanager::scansStaleSetsAgain()
     there.pressF5();
     QCOMPARE(there.states().first(), u"Older than its pages|Plant 300"_s);
     QVERIFY(there.rows("lstSets").first().endsWith(u"Changed: Book_PUMP\\start.htm."_s));
+
+    // A page that moves keeps its time.
+    QVERIFY(page.setFileTime(QDateTime::currentDateTime().addSecs(-60),
+                             QFileDevice::FileModificationTime));
+    there.pressF5();
+    QCOMPARE(there.states().first(), u"Up to date|Plant 300"_s);
+    QTRY_VERIFY(
+        QFileInfo(there.world.native(u"Docs/Plant 300/QV_LinkID.xml"_s)).lastModified().addMSecs(50)
+        < QDateTime::currentDateTime());
+    QVERIFY(page.rename(there.world.native(u"Docs/Plant 300/Book_PUMP/moved.htm"_s)));
+    there.pressF5();
+    QVERIFY(there.rows("lstSets").first().startsWith(u"Older than its pages|Plant 300"_s));
+    QVERIFY(there.rows("lstSets").first().endsWith(u"Changed: Book_PUMP\\."_s));
     there.world.put(there.harbour.folder + ProjectFile::links, "no link file");
     there.pressF5();
     QCOMPARE(there.states().last(), u"Cannot be read|Harbour"_s);
@@ -295,9 +349,22 @@ void tst_indexmanager::repairsWhatMoved()
         u"S:\\Docs\\Plant 300\\QV_LinkID.xml no longer says that PUMP10 is published in "_s));
     QCOMPARE(there.world.bytes(file), others);
 
+    // So was one who put the page back.
+    const QString back = there.plant.folder + u"other.htm"_s;
+    click(there.window, "cmdFindMoved");
+    click(there.window, "cmdTickAll");
+    there.world.put(back, "<p>back</p>");
+    click(there.window, "cmdApply");
+    QVERIFY(there.world.messages.shown.last().startsWith(
+        u"The page that publishes PUMP10 moved again"_s));
+    QCOMPARE(there.world.bytes(file), others);
+    there.world.files.removeFile(back);
+    there.pressF5();
+
     click(there.window, "cmdFindMoved");
     click(there.window, "cmdTickAll");
     click(there.window, "cmdApply");
+    QVERIFY(there.shows(u"2 new places were written."_s));
     QCOMPARE(there.world.bytes(file),
              content(u"Book_PUMP\\start.htm#top10"_s, u"Book_PUMP\\second.htm#there"_s));
     QCOMPARE(there.world.bytes(there.plant.folder + u"_Backup\\QV_LinkID.xml.1"_s), others);
@@ -338,10 +405,10 @@ void tst_indexmanager::isFoundRaisedAndClosedByOthers()
     const QString folder = there.world.folder.path();
     for (const char *const place : {"XDG_RUNTIME_DIR", "QUOVANE_SETTINGS", "QUOVANE_DRIVES"})
         qputenv(place, folder.toUtf8());
-    IniRegistry registry;
+    NativeRegistry registry;
     RegistryAccessComponent(registry).SetQVServer(there.world.server);
     const SingleInstance own("tst_indexmanager");
-    SocketWindows windows(own);
+    NativeWindows windows(own);
     {
         const SingleInstance running("QV_IBLIndexMgr");
         const WindowAnnouncer itsWindow(className, u"Nairurda"_s);

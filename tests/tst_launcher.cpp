@@ -2,7 +2,7 @@
 #include "dialogs/SampleInstallation.h"
 #include "dialogs/frmSelPrjType.h"
 #include "platform/Paths.h"
-#include "platform/portable/PortableProcesses.h"
+#include "platform/native/NativePlatform.h"
 #include "startup/StartUp.h"
 #include "startup/frmOrvantisVRXSplashScreen.h"
 #include "support/FormDriver.h"
@@ -183,7 +183,7 @@ void tst_launcher::putsTheProgramsIntoTheSample()
     QCOMPARE(world.bytes(bin + u"help\\pictures\\a.png"_s), "a");
     const auto start = [&](const QString &argument) {
         QByteArray said;
-        PortableProcesses(world.files)
+        NativeProcesses(world.files)
             .run(bin + u"StartApp.exe"_s, {argument}, {}, {},
                  [&](const QByteArray &line) { said += line; });
         return said;

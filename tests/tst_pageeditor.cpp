@@ -552,7 +552,7 @@ void tst_pageeditor::previewsOnlyTheProject()
         QVERIFY2(count(shown, qRgb(255, 0, 0)) == 0, qPrintable(address));
         const QVariant resource =
             preview.document()->resource(QTextDocument::ImageResource, QUrl(address));
-        QCOMPARE(resource.value<QImage>().size(), QSize(24, 24));
+        QCOMPARE(resource.value<QImage>().size(), QSize(1, 1)); // what cannot be seen
     }
     for (const QString &sheet :
          {u"../../Other/look.css"_s, u"file://"_s + world.native(u"Docs/Other/look.css"_s)})

@@ -2,8 +2,7 @@
 
 #include "catalogue/ProjectCatalogue.h"
 #include "platform/Paths.h"
-#include "platform/portable/SingleInstance.h"
-#include "platform/portable/SocketWindows.h"
+#include "platform/native/NativePlatform.h"
 #include "startup/HelpTopics.h"
 #include "support/Audit.h"
 #include "support/FormDriver.h"
@@ -101,8 +100,10 @@ public:
         world.list(name);
         addBook(u"Repair"_s, u"REP"_s,
                 {{u"start.htm"_s,
-                  "<title>start</title><p>Old pumps leak.</p><a href='valve.htm#v'>on</a>"
-                  "<img src='../../Other/red.png'>"},
+                  "<title>start</title><body background=none.png><p style='color:black'>Old pumps "
+                  "leak.</p>"
+                  "<a href='valve.htm#v'>on</a>"
+                  "<img src='../../Other/red.png' width=500 height=300 alt='A red lid'>"},
                  {u"valve.htm"_s,
                   "<title>valve</title><h1>Valves</h1><p>One pump. ポンプの弁</p><p id=v>V</p>"}});
         addQuickNav(u"REP"_s);
@@ -156,6 +157,18 @@ void tst_viewer::showsABuiltSet()
     QCOMPARE(viewer.below(path), QStringList{u"To P0001"_s}); // the dead link is left out
     viewer.choose(path + QStringList{u"To P0001"_s});
     QVERIFY(viewer.text().startsWith(u"Old pumps leak."_s));
+    QCOMPARE(viewer.text(), u"Old pumps leak.\non\ufffc A red lid"_s); // the picture is outside
+    const QImage shown = viewer.page->viewport()->grab().toImage(); // and no box as the background
+    const QRect corner(shown.width() - 60, shown.height() - 60, 50, 50);
+    QImage plain(corner.size(), shown.format());
+    plain.fill(viewer.page->palette().color(QPalette::Base));
+    QCOMPARE(shown.copy(corner), plain);
+    QCOMPARE(viewer.page->textCursor().charFormat().foreground(), QBrush(Qt::black));
+    QPalette dark(QColor(40, 40, 40));
+    viewer.window.setPalette(dark);
+    QTest::keyClick(&viewer.window, Qt::Key_F5); // as the page says, it could not be read
+    QCOMPARE(viewer.page->textCursor().charFormat().foreground().style(), Qt::NoBrush);
+    viewer.window.setPalette({});
     viewer.choose({project.name, u"Global pages"_s, u"legal"_s});
     QCOMPARE(viewer.text(), u"This page cannot be shown\nThere is no page "
                             "S:\\Docs\\Plant 300\\_Global Information\\legal.htm."_s);
@@ -389,7 +402,7 @@ void tst_viewer::runsOnce()
     QProcess first;
     first.start(program, {u" "_s});
     const SingleInstance own("tst_viewer");
-    SocketWindows windows(own);
+    NativeWindows windows(own);
     QTRY_VERIFY(windows.exists({}, viewerCaption));
     QCOMPARE(QProcess::execute(program, {helpTopics().constLast()}), 0); // did not stay
     QCOMPARE(first.state(), QProcess::Running);

@@ -4,12 +4,7 @@
 #include "WindowNavigator.h"
 #include "platform/DesktopWindows.h"
 #include "platform/Processes.h"
-#include "platform/portable/IniRegistry.h"
-#include "platform/portable/PortableFiles.h"
-#include "platform/portable/PortableLocale.h"
-#include "platform/portable/PortableProcesses.h"
-#include "platform/portable/ProgramEndNow.h"
-#include "platform/portable/SystemClock.h"
+#include "platform/native/NativePlatform.h"
 #include "platform/widgets/MessageBoxes.h"
 #include "startup/Program.h"
 #include "startup/Session.h"
@@ -34,7 +29,7 @@ public:
     }
 
 private:
-    PortableProcesses m_real;
+    NativeProcesses m_real;
 };
 
 class NoOtherWindows final : public DesktopWindows
@@ -70,14 +65,14 @@ struct TourWorld
     }
 
     Session session;
-    PortableFiles files;
+    NativeFiles files;
     IniRegistry registry;
     ToldProcesses processes{files};
     NoOtherWindows windows;
     SystemClock clock;
     MessageBoxes messages;
     PickedPaths fileDialogs;
-    PortableLocale locale;
+    NativeLocale locale;
     ProgramEndNow ending;
     ProductComponents parts{session, registry, windows, files, processes, messages};
     Program program{session,     files,  registry, processes, windows,   clock,    messages,

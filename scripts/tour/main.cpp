@@ -12,7 +12,7 @@
 #include "dialogs/FirstRun.h"
 #include "dialogs/SampleInstallation.h"
 #include "platform/QvError.h"
-#include "platform/portable/DrivesFolder.h"
+#include "platform/native/NativePlatform.h"
 #include "platform/widgets/MarksStyle.h"
 
 #include <QApplication>

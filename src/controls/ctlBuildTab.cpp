@@ -2,8 +2,8 @@
 
 #include "controls/build/BuildChoice.h"
 #include "controls/build/BuildRunPage.h"
-#include "controls/globals/Tables.h"
 #include "controls/parts/Handler.h"
+#include "controls/parts/Tables.h"
 #include "startup/Session.h"
 
 #include <QHBoxLayout>

@@ -9,10 +9,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr std::array allStates{IdentifierState::Good, IdentifierState::PageMissing,
-                               IdentifierState::Conflict, IdentifierState::NotPublished,
-                               IdentifierState::Unused};
-
 QString translated(const char *text)
 {
     return QCoreApplication::translate("IdentifiersModel", text);
@@ -43,8 +39,8 @@ QString reasonFor(IdentifierState state)
     case IdentifierState::Good:
         return translated("One place publishes it, and pages link to it.");
     case IdentifierState::PageMissing:
-        return translated("The page that publishes it is not there, or is empty: links to it are "
-                          "dead. Repair finds pages that moved.");
+        return translated("The page that links lead to, the first that publishes it, is not there "
+                          "or is empty: links to it are dead. Repair finds pages that moved.");
     case IdentifierState::Conflict:
         return translated("Different places publish it. Links lead to the first of them.");
     case IdentifierState::NotPublished:
@@ -76,7 +72,7 @@ IdentifiersModel::IdentifiersModel(QObject *parent)
         {tr("Identifier"), tr("State"), tr("Set"), tr("Published at"), tr("References")}, parent)
     , m_index(std::make_shared<IdentifierIndex>())
 {
-    for (const IdentifierState state : allStates)
+    for (const IdentifierState state : allIdentifierStates)
         m_marks.insert(state, linkMarkIcon(markFor(state)));
 }
 

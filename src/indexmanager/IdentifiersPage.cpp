@@ -6,7 +6,7 @@
 #include "controls/parts/PlainLabel.h"
 #include "controls/parts/RowTable.h"
 #include "indexmanager/PageOpening.h"
-#include "reports/LinkReportView.h"
+#include "reports/LongListView.h"
 #include "resources/Counted.h"
 #include "startup/frmProgBar.h"
 
@@ -32,7 +32,7 @@ IdentifiersPage::IdentifiersPage(Program &program, QWidget *parent)
     , m_model(new IdentifiersModel(this))
     , m_filter(new QLineEdit(this))
     , m_states(new QComboBox(this))
-    , m_list(new LinkReportView(this))
+    , m_list(new LongListView(this))
     , m_counts(plainLabel({}, this))
     , m_details(
           new RowTable({{tr("Part"), 24, TableColumn::State}, {tr("Set"), 26}, {tr("Page")}}, this))
@@ -68,9 +68,7 @@ QWidget *IdentifiersPage::makeFilterRow()
     m_filter->setToolTip(tr("Shows the identifiers that hold all of these words (Ctrl+F)"));
     m_states->setObjectName(u"cboState"_s);
     m_states->addItem(tr("All"));
-    for (const auto state :
-         {IdentifierState::Good, IdentifierState::PageMissing, IdentifierState::Conflict,
-          IdentifierState::NotPublished, IdentifierState::Unused})
+    for (const IdentifierState state : allIdentifierStates)
         m_states->addItem(linkMarkIcon(markFor(state)), wordFor(state), static_cast<int>(state));
     auto *const words = new QLabel(tr("&Filter:"), row);
     words->setBuddy(m_filter);
@@ -119,7 +117,7 @@ void IdentifiersPage::connectList()
     connect(m_list->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
             &IdentifiersPage::showDetails);
     connect(m_list, &QAbstractItemView::activated, this, &IdentifiersPage::openIdentifier);
-    connect(m_list, &LinkReportView::typed, this, [this](QKeyEvent *key) {
+    connect(m_list, &LongListView::typed, this, [this](QKeyEvent *key) {
         m_filter->setFocus();
         QCoreApplication::sendEvent(m_filter, key);
     });
@@ -235,8 +233,11 @@ void IdentifiersPage::showDetails()
             add(isThere ? tr("Published") : tr("Published, missing"), spot, index.targetPath(spot),
                 isThere ? LinkMark::Good : LinkMark::Bad);
         }
-        for (const Spot spot : index.references(identifier))
-            add(tr("Asked for"), spot, index.askingPath(spot), LinkMark::None);
+        for (const Spot spot : index.references(identifier)) {
+            const bool isGood = index.isGood(spot);
+            add(isGood ? tr("Asked for") : tr("Asked for, dead"), spot, index.askingPath(spot),
+                isGood ? LinkMark::Good : LinkMark::Bad);
+        }
     }
     m_details->setRows(std::move(rows));
 }

@@ -5,7 +5,7 @@
 
 #include <QWidget>
 
-class LinkReportView;
+class LongListView;
 class QComboBox;
 class QLabel;
 class QLineEdit;
@@ -41,7 +41,7 @@ private:
     IdentifiersModel *m_model;
     QLineEdit *m_filter;
     QComboBox *m_states;
-    LinkReportView *m_list;
+    LongListView *m_list;
     QLabel *m_counts;
     RowTable *m_details;
     QStringList m_detailPaths; ///< below Docs, of the rows of m_details

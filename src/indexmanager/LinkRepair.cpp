@@ -12,7 +12,8 @@
 #include <QCoreApplication>
 #include <QSet>
 
-#include <algorithm>
+#include <string_view>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -103,7 +104,8 @@ private:
     {
         const StoredPlace place = storedPlace(stored);
         const bool isOwn = place.set.compare(m_links.set, Qt::CaseInsensitive) == 0;
-        if (!isOwn || place.page.isEmpty() || m_pages.isThere(place.page))
+        if (!isOwn || place.page.isEmpty() || m_pages.isThere(place.page)
+            || m_pages.isThere(place.place())) // the whole may be a file's name
             return;
         MovedTarget moved{m_links.set, identifier.toString(), stored.toString(), {}};
         if (const auto publisher = m_pages.publisher(moved.identifier)) {
@@ -137,19 +139,60 @@ bool hasBadTargets(const SetLinks &links)
     return links.targets.goodCount() < links.targets.size();
 }
 
-/// Puts the new place into the first entry that says the old one.
-void repair(pugi::xml_document &links, const MovedTarget &moved, const QString &path)
+/// The paths of published targets as a listing reads them: with the identifier read last. Of two
+/// entries that say the same, the first.
+class StoredPaths final
 {
-    for (const pugi::xml_node &entry : links.child("LINKS").child("IBD").children("ID")) {
-        const pugi::xml_node stored = entry.child("LinkIDSourceFile");
-        if (linkIdentifier(textOf(entry.child("LinkID"))) == moved.identifier
-            && textOf(stored).trimmed() == moved.before)
-            return setText(stored, moved.after);
+public:
+    explicit StoredPaths(const pugi::xml_document &links)
+    {
+        QString identifier;
+        for (const pugi::xpath_node &found : links.select_nodes("LINKS/IBD/ID/*")) {
+            const pugi::xml_node value = found.node();
+            const std::string_view name = value.name();
+            if (name == "LinkID")
+                identifier = linkIdentifier(textOf(value));
+            else if (const auto key = std::pair(identifier, textOf(value).trimmed());
+                     name == "LinkIDSourceFile" && !m_nodes.contains(key))
+                m_nodes.insert(key, value);
+        }
     }
-    throw QvError(PathFileAccess, {},
-                  tr("%1 no longer says that %2 is published in %3. Nothing was changed; read the "
-                     "link files again.")
-                      .arg(path, moved.identifier, moved.before));
+
+    [[nodiscard]] pugi::xml_node of(const MovedTarget &moved) const
+    {
+        return m_nodes.value({moved.identifier, moved.before});
+    }
+
+private:
+    QHash<std::pair<QString, QString>, pugi::xml_node> m_nodes;
+};
+
+/// Puts the new place into the first entry that says the old one.
+void repair(const StoredPaths &paths, const MovedTarget &moved, const QString &path)
+{
+    const pugi::xml_node stored = paths.of(moved);
+    if (!stored)
+        throw QvError(PathFileAccess, {},
+                      tr("%1 no longer says that %2 is published in %3. Nothing was changed; read "
+                         "the link files again.")
+                          .arg(path, moved.identifier, moved.before));
+    setText(stored, moved.after);
+}
+
+/// Pages that moved again since they were looked for would be lost a second time.
+void requireStillMoved(FileSystem &files, const QString &folder, const MovedTarget &moved)
+{
+    const auto isThere = [&](const QString &stored) {
+        const StoredPlace place = storedPlace(stored);
+        const auto page = insideOf(folder, place.page);
+        const auto whole = insideOf(folder, place.place());
+        return (page && files.fileExists(*page)) || (whole && files.fileExists(*whole));
+    };
+    if (isThere(moved.before) || !isThere(moved.after))
+        throw QvError(PathFileAccess, {},
+                      tr("The page that publishes %1 moved again: it is not in %2, or back in %3. "
+                         "Nothing was changed in this set; find the moved pages again.")
+                          .arg(moved.identifier, moved.after, moved.before));
 }
 
 } // namespace
@@ -182,8 +225,11 @@ void repairTargets(Program &program, const QString &set, const QList<MovedTarget
     StagedFiles staged(files, folder);
     const QString path = folder + ProjectFile::links;
     pugi::xml_document links = loadXml(staged, path, "LINKS");
-    for (const MovedTarget &one : moved)
-        repair(links, one, path);
+    const StoredPaths paths(links);
+    for (const MovedTarget &one : moved) {
+        requireStillMoved(files, folder, one);
+        repair(paths, one, path);
+    }
     saveXml(staged, path, links);
     FileChanges changes = staged.changes();
     changes.name = tr("Repair link identifiers");

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "indexmanager/IdentifierIndex.h"
+#include "reports/IdentifierIndex.h"
 #include "startup/Program.h"
 
 #include <QList>
@@ -26,5 +26,5 @@ QList<MovedTarget> findMovedTargets(Program &program, const IdentifierIndex &ind
 
 /// Writes the new places of one set's targets into its link file; all else in it stays. The
 /// previous version goes to _Backup\. Raises 75, and changes nothing, when the file no longer says
-/// what is to be replaced; 70 while another program builds the set.
+/// what is to be replaced, or a page moved again; 70 while another program builds the set.
 void repairTargets(Program &program, const QString &set, const QList<MovedTarget> &moved);

@@ -148,12 +148,16 @@ void RepairPage::apply()
     for (const MovedTarget &moved : ticked())
         bySet[moved.set].append(moved);
     QStringList problems;
+    qsizetype written = 0;
     const auto work = [&](const Progress &progress) {
         int number = 0;
         for (const auto &[set, moved] : bySet) {
             progress.step(number++, static_cast<int>(bySet.size()), set);
             trap([&](const QvError &error) { problems.append(error.description()); },
-                 [&] { repairTargets(m_program, set, moved); });
+                 [&] {
+                     repairTargets(m_program, set, moved);
+                     written += moved.size();
+                 });
         }
     };
     handled(m_program,
@@ -161,4 +165,7 @@ void RepairPage::apply()
     if (!problems.isEmpty())
         m_program.messages.show({shortList(problems, u"\n\n"_s)});
     Q_EMIT changed();
+    if (written > 0)
+        m_state->setText(
+            counted(written, tr("1 new place was written."), tr("%1 new places were written.")));
 }

@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <set>
 
 using namespace Qt::StringLiterals;
 
@@ -34,7 +35,27 @@ bool isSource(const QString &path)
                && !path.startsWith("QuickNav\\"_L1, Qt::CaseInsensitive));
 }
 
-SetScan compared(const ProjectListing &listing)
+/// The folders of sources, without the set's own, in which something was added, removed or renamed
+/// since: a page that moves keeps its time.
+QStringList changedFolders(FileSystem &files, const QString &set, const ProjectListing &listing,
+                           const QDateTime &scanned)
+{
+    std::set<QString> folders;
+    for (const ProjectListing::File &file : listing.files()) {
+        const QString path = ProjectListing::shown(file.path);
+        qsizetype end = isSource(path) ? path.lastIndexOf(u'\\') : -1;
+        while (end > 0 && folders.insert(path.first(end)).second)
+            end = path.lastIndexOf(u'\\', end - 1);
+    }
+    QStringList changed;
+    for (const QString &folder : folders) {
+        if (files.status(set + folder).modified > scanned)
+            changed.append(withBackslash(folder));
+    }
+    return changed;
+}
+
+SetScan compared(FileSystem &files, const QString &set, const ProjectListing &listing)
 {
     const auto written = timeOf(listing, ProjectFile::links);
     if (!written)
@@ -49,6 +70,8 @@ SetScan compared(const ProjectListing &listing)
         if (file.modified > scanned && isSource(path))
             scan.newer.append(path);
     }
+    if (scan.newer.isEmpty())
+        scan.newer = changedFolders(files, set, listing, scan.scanned);
     if (!scan.newer.isEmpty())
         scan.state = ScanState::Stale;
     return scan;
@@ -65,7 +88,7 @@ SetScan scanStateOf(FileSystem &files, const QString &serverPath, const QString 
     };
     trap(failed, [&] {
         const QString folder = existingProjectFolder(files, serverPath, set);
-        scan = compared(ProjectListing::read(files, folder, progress));
+        scan = compared(files, folder, ProjectListing::read(files, folder, progress));
     });
     return scan;
 }

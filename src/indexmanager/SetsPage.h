@@ -1,7 +1,7 @@
 #pragma once
 
-#include "indexmanager/IdentifierIndex.h"
 #include "indexmanager/SetScan.h"
+#include "reports/IdentifierIndex.h"
 #include "startup/Program.h"
 
 #include <QHash>

@@ -49,8 +49,7 @@ public:
     {
         if (!m_place.isSet())
             takeOwnSet(progress);
-        for (quint32 identifier = 0; identifier < m_index.count(); ++identifier)
-            takeIdentifier(identifier);
+        m_found.links += identifierLinksTo(m_index, m_place);
         return std::move(m_found);
     }
 
@@ -109,26 +108,6 @@ private:
             m_found.links.append({m_place.set, page, leadsTo, {}, problem});
     }
 
-    void takeIdentifier(quint32 identifier)
-    {
-        for (const IdentifierIndex::Spot spot : m_index.targets(identifier)) {
-            const StoredPlace target = storedPlace(m_index.targetPath(spot));
-            if (m_place.holds(target.set, target.place()))
-                takeReferences(identifier, target,
-                               m_index.isThere(spot) ? QString() : tr("The page is missing."));
-        }
-    }
-
-    void takeReferences(quint32 identifier, const StoredPlace &target, const QString &problem)
-    {
-        for (const IdentifierIndex::Spot spot : m_index.references(identifier)) {
-            const StoredPlace asking = storedPlace(m_index.askingPath(spot));
-            if (!m_place.holds(asking.set, asking.place()))
-                m_found.links.append({asking.set, asking.place(), target.place(),
-                                      m_index.text(identifier).toString(), problem});
-        }
-    }
-
     Program &m_program;
     const IdentifierIndex &m_index;
     const LinkedPlace &m_place;
@@ -136,16 +115,6 @@ private:
 };
 
 } // namespace
-
-bool LinkedPlace::holds(const QString &otherSet, const QString &otherPage) const
-{
-    if (set.compare(otherSet, Qt::CaseInsensitive) != 0)
-        return false;
-    if (page.isEmpty())
-        return otherPage.startsWith(folder, Qt::CaseInsensitive);
-    return otherPage.startsWith(page, Qt::CaseInsensitive)
-           && (otherPage.size() == page.size() || otherPage.at(page.size()) == u'#');
-}
 
 WhoLinks whoLinksTo(Program &program, const IdentifierIndex &index, const LinkedPlace &place,
                     const Progress &progress)

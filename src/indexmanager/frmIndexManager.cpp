@@ -1,7 +1,5 @@
 #include "indexmanager/frmIndexManager.h"
 
-#include "components/Components.h"
-#include "components/ServerProducts.h"
 #include "controls/Resizer.h"
 #include "controls/parts/Handler.h"
 #include "controls/parts/PlainLabel.h"
@@ -121,12 +119,8 @@ void frmIndexManager::Form_Load()
 void frmIndexManager::readAgain()
 {
     auto index = std::make_shared<IdentifierIndex>();
-    const Components &parts = m_program.components;
     const auto work = [&](const Progress &progress) {
-        *index = IdentifierIndex(
-            readSetLinks(m_program.files, parts.xmlCharacters, m_program.session.serverPath,
-                         parts.serverProducts.GetAvailableProducts(), progress),
-            progress);
+        *index = readIdentifiers(m_program, progress);
     };
     const bool isRead = wasDone(m_program, [&] {
         runWithProgress(m_program, this, tr("Reading the link files..."), work);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "indexmanager/IdentifierIndex.h"
+#include "reports/IdentifierIndex.h"
 #include "startup/FormWindow.h"
 
 #include <memory>

@@ -8,6 +8,7 @@
 #include "platform/QvError.h"
 #include "qvdev/Command.h"
 #include "qvdev/OpenedProject.h"
+#include "reports/IdentifierLinks.h"
 #include "resources/Counted.h"
 #include "tools/import/SourceImport.h"
 
@@ -192,6 +193,21 @@ void findCategories(const QList<QuickNavNode> &nodes, const QString &above, cons
     }
 }
 
+/// The pages of all projects that ask for it by an identifier.
+void findIdentifiers(ConsoleWorld &world, const LinkedPlace &place, QJsonArray &rows)
+{
+    const IdentifierIndex index = readIdentifiers(world.program, world.progress());
+    for (const SetLinks &links : index.sets()) {
+        if (!links.problem.isEmpty())
+            world.messages.print(links.problem);
+    }
+    for (const LinkingPage &link : identifierLinksTo(index, place))
+        rows.append(QJsonObject{{"from"_L1, link.set + u'\\' + link.page},
+                                {"line"_L1, QJsonValue()},
+                                {"link"_L1, u"qvlink:"_s + link.identifier},
+                                {"text"_L1, link.problem}});
+}
+
 ExitStatus whoLinks(ConsoleWorld &world, const Call &call)
 {
     OpenedProject project(world, world.project(call.arguments.at(0)));
@@ -208,6 +224,7 @@ ExitStatus whoLinks(ConsoleWorld &world, const Call &call)
                                 {"link"_L1, link.written},
                                 {"text"_L1, link.text}});
     }
+    findIdentifiers(world, {session.projectName(), {}, pathOfPage(session, book, page)}, rows);
     findCategories(session.quickNav().views, {}, book, page.id, rows);
     world.output.table({{"from"_L1, "FROM"_L1},
                         {"line"_L1, "LINE"_L1},
@@ -235,7 +252,7 @@ QList<Command> bookCommands()
          u"PROJECT BOOK PAGE-FILE"_s,
          3,
          3,
-         u"Show what in the project leads to a page."_s,
+         u"Show what leads to a page, by its identifiers also from other projects."_s,
          {},
          {},
          whoLinks},

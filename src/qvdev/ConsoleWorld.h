@@ -2,64 +2,15 @@
 
 #include "ProductComponents.h"
 #include "controls/build/BuiltProject.h"
-#include "platform/DesktopWindows.h"
 #include "platform/Progress.h"
-#include "platform/portable/DrivesFolder.h"
-#include "platform/portable/IniRegistry.h"
-#include "platform/portable/PortableFiles.h"
-#include "platform/portable/PortableLocale.h"
-#include "platform/portable/PortableProcesses.h"
-#include "platform/portable/ProgramEndNow.h"
-#include "platform/portable/StopSignals.h"
-#include "platform/portable/SystemClock.h"
+#include "platform/native/NativePlatform.h"
 #include "qvdev/ConsoleMessages.h"
+#include "qvdev/ConsoleSettings.h"
+#include "qvdev/NoWindows.h"
 #include "qvdev/Output.h"
 #include "qvdev/ProgressLine.h"
-#include "startup/CurrentProject.h"
-#include "startup/Navigator.h"
 #include "startup/Program.h"
 #include "startup/Session.h"
-
-/// The settings of this machine, where the server that the call names stands before the stored one.
-class ConsoleSettings final : public Registry
-{
-public:
-    void setServer(const QString &serverPath) { m_server = serverPath; }
-
-    [[nodiscard]] std::optional<QString> value(Hive hive, const QString &key,
-                                               const QString &name) override;
-    bool setValue(Hive hive, const QString &key, const QString &name,
-                  const QString &value) override;
-
-private:
-    IniRegistry m_stored;
-    QString m_server;
-};
-
-/// What a program without windows has of them: none to find, to show or to ask for files.
-class NoWindows final : public DesktopWindows,
-                        public FileDialogs,
-                        public Navigator,
-                        public CurrentProject
-{
-public:
-    [[nodiscard]] bool exists(const QString &, const QString &) override { return false; }
-    void raiseMaximized(const QString &, const QString &, const QString &) override {}
-    void close(const QString &, const QString &) override {}
-    [[nodiscard]] bool previousInstance() override { return false; }
-
-    QString openFile(const QString &, const QString &, const QString &) override { return {}; }
-    QStringList openFiles(const QString &, const QString &, const QString &) override { return {}; }
-    QString saveFile(const QString &, const QString &, const QString &) override { return {}; }
-    QString chooseFolder(const QString &, const QString &) override { return {}; }
-
-    void show(Form) override {}
-    void loadform() override {}
-    bool unload(Form) override { return true; }
-    void openProject(const QString &) override {}
-
-    void handOver(const QString &, const QString &) override {}
-};
 
 /// The world of the command line: the machine's own files, settings and clock, messages as lines.
 struct ConsoleWorld final
@@ -85,13 +36,13 @@ struct ConsoleWorld final
     ProgressLine progressLine;
     Output output;
     Session session;
-    PortableFiles files{drivesFolder()};
+    NativeFiles files{drivesFolder()};
     ConsoleSettings settings;
-    PortableProcesses processes{files};
+    NativeProcesses processes{files};
     NoWindows windows;
     SystemClock clock;
     ConsoleMessages messages{progressLine};
-    PortableLocale locale;
+    NativeLocale locale;
     ProgramEndNow ending;
     ProductComponents parts{session, settings, windows, files, processes, messages};
     Program program{session, files,  settings, processes, windows, clock,    messages,

@@ -11,6 +11,7 @@
 
 #include <QCommandLineParser>
 
+#include <algorithm>
 #include <functional>
 #include <optional>
 
@@ -137,6 +138,13 @@ ExitStatus copy(ConsoleWorld &world, const Call &call)
     });
 }
 
+/// What a merge does as a matter of course; the rest is missing from the new project.
+bool isRenaming(const MergeFinding &finding)
+{
+    using Kind = MergeFinding::Kind;
+    return finding.kind == Kind::BookRenamed || finding.kind == Kind::FolderRenamed;
+}
+
 Made madeBy(const MergeResult &result)
 {
     Made made;
@@ -155,6 +163,7 @@ Made madeBy(const MergeResult &result)
                    {"order"_L1, QJsonArray::fromStringList(result.order)},
                    {"books"_L1, result.books},
                    {"findings"_L1, findings}};
+    made.status = std::ranges::all_of(result.findings, isRenaming) ? Done : Findings;
     return made;
 }
 

@@ -1,8 +1,6 @@
 #include "qvdev/ProgressLine.h"
 
-#include <cstdio>
-
-#include <unistd.h>
+#include "platform/portable/StandardStreams.h"
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -14,7 +12,7 @@ constexpr qsizetype width = 76; // of a line that no terminal breaks
 } // namespace
 
 ProgressLine::ProgressLine()
-    : m_isTerminal(::isatty(STDERR_FILENO) == 1)
+    : m_isTerminal(isTerminal(stderr))
 {
 }
 

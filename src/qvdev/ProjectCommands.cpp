@@ -128,7 +128,9 @@ ExitStatus deleteProject(ConsoleWorld &world, const Call &call)
     world.output.result(
         worded(result, name),
         {{"project"_L1, name}, {"files"_L1, alsoFiles}, {"leftAside"_L1, result.leftAside}});
-    return Done;
+    if (result.outcome != ProjectDeletion::Outcome::LeftAside)
+        return Done;
+    return world.isStopped() ? Refused : Findings;
 }
 
 } // namespace

@@ -2,13 +2,16 @@
 
 #include "platform/Paths.h"
 #include "platform/QvError.h"
-#include "tools/OrderedWork.h"
 #include "reports/TargetCheck.h"
+#include "tools/OrderedWork.h"
 
 #include <algorithm>
 #include <optional>
+#include <thread>
 
 namespace {
+
+constexpr int mostThreads = 4;
 
 // What the visitors of a link-ID file keep of it.
 
@@ -87,7 +90,42 @@ private:
     LinkDestinations m_sections;
 };
 
+/// Tells two visitors.
+class BothVisitors final : public LinkVisitor
+{
+public:
+    BothVisitors(LinkVisitor &first, LinkVisitor &second)
+        : m_first(first)
+        , m_second(second)
+    {
+    }
+    void identifier(QStringView text) override
+    {
+        m_first.identifier(text);
+        m_second.identifier(text);
+    }
+    void path(QStringView stored) override
+    {
+        m_first.path(stored);
+        m_second.path(stored);
+    }
+    void entryEnds() override
+    {
+        m_first.entryEnds();
+        m_second.entryEnds();
+    }
+
+private:
+    LinkVisitor &m_first;
+    LinkVisitor &m_second;
+};
+
 } // namespace
+
+int listingThreads()
+{
+    return std::clamp(static_cast<int>(std::thread::hardware_concurrency()), 1, mostThreads);
+}
 
 LinkListing::LinkListing(FileSystem &files, const XmlCharacters &characters, QString serverPath,
                          const QStringList &projects, int threads)
@@ -97,26 +135,32 @@ LinkListing::LinkListing(FileSystem &files, const XmlCharacters &characters, QSt
     , m_threads(threads)
 {
     for (const QString &project : projects)
-        m_linkFiles.push_back({project, {}, {}, {}, {}});
+        m_linkFiles.push_back({.links = {.set = project}});
 }
 
 LinkEntries LinkListing::targets(const Progress &progress)
 {
     readAndCheck(&LinkListing::readTargets, progress);
-    for (LinkFile &file : m_linkFiles) {
-        for (qsizetype row = 0; row < file.rows.size(); ++row) {
-            if (file.places.isGood(file.rowPlaces[static_cast<size_t>(row)]))
-                file.rows.setGood(row);
-        }
-    }
-    return joined();
+    judgeTargets();
+    return joined(&SetLinks::targets);
 }
 
 LinkEntries LinkListing::references(const Progress &progress)
 {
     readAndCheck(&LinkListing::readReferences, progress);
     resolve(progress);
-    return joined();
+    return joined(&SetLinks::references);
+}
+
+std::vector<SetLinks> LinkListing::everything(const Progress &progress)
+{
+    readAndCheck(&LinkListing::readBoth, progress);
+    judgeTargets();
+    resolve(progress);
+    std::vector<SetLinks> sets;
+    for (LinkFile &file : m_linkFiles)
+        sets.push_back(std::move(file.links));
+    return sets;
 }
 
 bool LinkListing::leadsToPage(const QString &identifier)
@@ -129,7 +173,7 @@ bool LinkListing::leadsToPage(const QString &identifier)
         });
         if (found != all.end())
             return isPage(file.places.path(found->place));
-        file = {file.project, {}, {}, {}, {}};
+        file = {.links = {.set = file.links.set}};
     }
     return false;
 }
@@ -147,13 +191,13 @@ bool LinkListing::isPage(const QString &path) const
 
 void LinkListing::readTargets(LinkFile &file, const std::stop_token &stop) const
 {
-    TargetCollector targets(file.rows, file.places, file.rowPlaces);
+    TargetCollector targets(file.links.targets, file.places, file.rowPlaces);
     read(file, {.targets = &targets}, stop);
 }
 
 void LinkListing::readReferences(LinkFile &file, const std::stop_token &stop) const
 {
-    RowCollector references(file.rows);
+    RowCollector references(file.links.references);
     DestinationCollector targets(file.destinations, file.places);
     read(file, {&targets, &references, &targets}, stop);
     targets.finish();
@@ -166,18 +210,32 @@ void LinkListing::readDestinations(LinkFile &file, const std::stop_token &stop) 
     targets.finish();
 }
 
+void LinkListing::readBoth(LinkFile &file, const std::stop_token &stop) const
+{
+    TargetCollector targets(file.links.targets, file.places, file.rowPlaces);
+    DestinationCollector destinations(file.destinations, file.places);
+    BothVisitors both(targets, destinations);
+    RowCollector references(file.links.references);
+    read(file, {&both, &references, &destinations}, stop);
+    destinations.finish();
+}
+
 /// Leaves the file empty when there is none, or none that can be read to its end, or its project
 /// cannot be the name of a folder: links are reported, not link files.
 void LinkListing::read(LinkFile &file, const LinkVisitors &visitors,
                        const std::stop_token &stop) const
 {
-    try {
-        const QString folder = existingProjectFolder(m_files, m_serverPath, file.project);
-        readLinkIdFile(m_files, m_characters, folder + ProjectFile::links, visitors, stop);
-    } catch (const QvError &) {
-        file = {file.project, {}, {}, {}, {}};
-    }
-    file.rows.squeeze();
+    const auto failed = [&](const QvError &error) {
+        file = {.links = {.set = file.links.set, .problem = error.description()}};
+    };
+    trap(failed, [&] {
+        const QString path =
+            existingProjectFolder(m_files, m_serverPath, file.links.set) + ProjectFile::links;
+        if (m_files.exists(path))
+            readLinkIdFile(m_files, m_characters, path, visitors, stop);
+    });
+    file.links.targets.squeeze();
+    file.links.references.squeeze();
     file.places.squeeze();
     file.destinations.squeeze();
 }
@@ -193,7 +251,7 @@ void LinkListing::readAndCheck(Read readFile, const Progress &progress)
         [&](int number) { (this->*readFile)(file(number), progress.stop); },
         [&](int number) {
             check.add(file(number).places);
-            progress.step(number + 1, 2 * count, file(number).project);
+            progress.step(number + 1, 2 * count, file(number).links.set);
         });
     inOrder(
         check.folderCount(), m_threads, progress.stop,
@@ -202,6 +260,17 @@ void LinkListing::readAndCheck(Read readFile, const Progress &progress)
             const int share = static_cast<int>(qint64(number + 1) * count / check.folderCount());
             progress.step(count + share, 2 * count, check.folder(number));
         });
+}
+
+void LinkListing::judgeTargets()
+{
+    for (LinkFile &file : m_linkFiles) {
+        LinkRows &rows = file.links.targets;
+        for (qsizetype row = 0; row < rows.size(); ++row) {
+            if (file.places.isGood(file.rowPlaces[static_cast<size_t>(row)]))
+                rows.setGood(row);
+        }
+    }
 }
 
 /// References are good when the first destination of their identifier is.
@@ -215,7 +284,7 @@ void LinkListing::resolve(const Progress &progress)
         index.add(file.destinations, file.places);
 
     const auto resolveFile = [&](int number) {
-        LinkRows &rows = file(number).rows;
+        LinkRows &rows = file(number).links.references;
         for (qsizetype row = 0; row < rows.size(); ++row) {
             if (index.leadsToPage(rows.identifier(row)))
                 rows.setGood(row);
@@ -224,10 +293,10 @@ void LinkListing::resolve(const Progress &progress)
     inOrder(fileCount(), m_threads, progress.stop, resolveFile, [](int) {});
 }
 
-LinkEntries LinkListing::joined()
+LinkEntries LinkListing::joined(LinkRows SetLinks::*rows)
 {
     LinkEntries entries(docsFolder(m_serverPath));
     for (LinkFile &file : m_linkFiles)
-        entries.append(std::move(file.rows));
+        entries.append(std::move(file.links.*rows));
     return entries;
 }

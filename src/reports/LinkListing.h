@@ -11,6 +11,18 @@
 
 #include <vector>
 
+/// What the link file of one set says; nothing when there is none, or none that can be read.
+struct SetLinks
+{
+    QString set;              ///< name of its folder below Docs
+    QString problem = {};     ///< why the file could not be read; "" when it could or is not there
+    LinkRows targets = {};    ///< good: the page is there, with something in its first line
+    LinkRows references = {}; ///< good: the first target of the identifier is
+};
+
+/// How many threads of this machine a listing may take.
+int listingThreads();
+
 /// One run through the link files of some projects, on several threads: reads each file once, then
 /// looks for the targets folder by folder. A file that cannot be read counts as empty. The file
 /// system is asked by several threads at once.
@@ -22,31 +34,34 @@ public:
 
     [[nodiscard]] LinkEntries targets(const Progress &progress);
     [[nodiscard]] LinkEntries references(const Progress &progress);
+    /// Both, set by set. Throws Unwinding when Stop was pressed.
+    [[nodiscard]] std::vector<SetLinks> everything(const Progress &progress);
     /// Whether the first destination of the identifier is good.
     [[nodiscard]] bool leadsToPage(const QString &identifier);
 
 private:
     struct LinkFile
     {
-        QString project;
-        LinkRows rows;
-        std::vector<quint32> rowPlaces; ///< of published targets
-        LinkPlaces places;
-        LinkDestinations destinations; ///< for references
+        SetLinks links;
+        std::vector<quint32> rowPlaces = {}; ///< of published targets
+        LinkPlaces places = {};
+        LinkDestinations destinations = {}; ///< for references
     };
     using Read = void (LinkListing::*)(LinkFile &file, const std::stop_token &stop) const;
 
     void readTargets(LinkFile &file, const std::stop_token &stop) const;
     void readReferences(LinkFile &file, const std::stop_token &stop) const;
     void readDestinations(LinkFile &file, const std::stop_token &stop) const;
+    void readBoth(LinkFile &file, const std::stop_token &stop) const;
     void read(LinkFile &file, const LinkVisitors &visitors, const std::stop_token &stop) const;
     [[nodiscard]] LinkFile &file(int number) { return m_linkFiles[static_cast<size_t>(number)]; }
     [[nodiscard]] int fileCount() const { return static_cast<int>(m_linkFiles.size()); }
 
     void readAndCheck(Read readFile, const Progress &progress);
+    void judgeTargets();
     void resolve(const Progress &progress);
     [[nodiscard]] bool isPage(const QString &path) const;
-    [[nodiscard]] LinkEntries joined();
+    [[nodiscard]] LinkEntries joined(LinkRows SetLinks::*rows);
 
     FileSystem &m_files;
     const XmlCharacters &m_characters;

@@ -5,22 +5,8 @@
 #include "components/ServerProducts.h"
 #include "reports/LinkListing.h"
 
-#include <algorithm>
-#include <thread>
-
-namespace {
-
-constexpr int mostThreads = 4;
-
-int threadsOfMachine()
-{
-    return std::clamp(static_cast<int>(std::thread::hardware_concurrency()), 1, mostThreads);
-}
-
-} // namespace
-
 LinkReport::LinkReport(Program &program)
-    : LinkReport(program, threadsOfMachine())
+    : LinkReport(program, listingThreads())
 {
 }
 

@@ -30,6 +30,9 @@ frmIBLReport::frmIBLReport(Program &program, QWidget *parent)
     setWindowModality(Qt::ApplicationModal);
     ui->setupUi(this);
     ui->LViewReport->setModel(m_model);
+    const int letter = fontMetrics().averageCharWidth();
+    ui->LViewReport->setColumnWidth(static_cast<int>(LinkColumn::Status), 14 * letter);
+    ui->LViewReport->setColumnWidth(static_cast<int>(LinkColumn::LinkID), 34 * letter);
     connectList();
     connectCommands();
     addSortMenu();
@@ -55,7 +58,7 @@ void frmIBLReport::connectList()
     connect(ui->LViewReport, &QAbstractItemView::activated, this, &frmIBLReport::openPage);
     connect(ui->LViewReport->horizontalHeader(), &QHeaderView::sortIndicatorChanged, this,
             &frmIBLReport::sortAgain);
-    connect(ui->LViewReport, &LinkReportView::typed, this, [this](QKeyEvent *key) {
+    connect(ui->LViewReport, &LongListView::typed, this, [this](QKeyEvent *key) {
         ui->txtFilter->setFocus();
         QCoreApplication::sendEvent(ui->txtFilter, key);
     });

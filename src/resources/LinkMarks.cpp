@@ -5,8 +5,6 @@
 
 namespace {
 
-constexpr int markSize = 16; ///< device-independent pixels
-
 void drawMark(QPainter &painter, LinkMark mark)
 {
     const QPen white(Qt::white, 1.8, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin);
@@ -43,7 +41,7 @@ void drawMark(QPainter &painter, LinkMark mark)
 
 QPixmap markAt(LinkMark mark, int ratio)
 {
-    QPixmap pixmap(QSize(markSize, markSize) * ratio);
+    QPixmap pixmap(QSize(linkMarkSize, linkMarkSize) * ratio);
     pixmap.setDevicePixelRatio(ratio);
     pixmap.fill(Qt::transparent);
     QPainter painter(&pixmap);

@@ -6,6 +6,8 @@
 /// apart.
 enum class LinkMark { None, Good, Warning, Bad, Unchecked };
 
+inline constexpr int linkMarkSize = 16; ///< each side, in device-independent pixels
+
 /// A green disc with a tick, an orange triangle, a red square with a cross, a grey diamond: clear
 /// on light and dark.
 QIcon linkMarkIcon(LinkMark mark);

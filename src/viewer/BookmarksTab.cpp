@@ -1,6 +1,6 @@
 #include "viewer/BookmarksTab.h"
 
-#include "controls/globals/Tables.h"
+#include "controls/parts/Tables.h"
 
 #include <QAction>
 #include <QListWidget>

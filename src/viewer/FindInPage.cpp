@@ -1,7 +1,7 @@
 #include "viewer/FindInPage.h"
 
-#include "controls/globals/Tables.h"
 #include "controls/parts/PlainLabel.h"
+#include "controls/parts/Tables.h"
 
 #include <QHBoxLayout>
 #include <QKeyEvent>

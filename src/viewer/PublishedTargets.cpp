@@ -3,6 +3,7 @@
 #include "platform/Paths.h"
 #include "platform/QvError.h"
 #include "reports/LinkIdFile.h"
+#include "reports/StoredPlace.h"
 
 namespace {
 
@@ -30,16 +31,6 @@ private:
     bool m_isWanted = false;
 };
 
-/// "Plant\Book_A\start.htm#step" as a place.
-ViewerPlace placeOf(const QString &stored)
-{
-    const qsizetype end = stored.lastIndexOf(u'#');
-    const QString path = QString(stored.first(end < 0 ? stored.size() : end)).replace(u'/', u'\\');
-    const qsizetype set = path.indexOf(u'\\');
-    return {path.first(qMax(qsizetype(0), set)), path.sliced(set + 1),
-            end < 0 ? QString() : stored.sliced(end + 1)};
-}
-
 } // namespace
 
 std::optional<ViewerPlace> publishedTarget(const Session &session, FileSystem &files,
@@ -54,8 +45,10 @@ std::optional<ViewerPlace> publishedTarget(const Session &session, FileSystem &f
             readLinkIdFile(files, characters, path, {.targets = &seeker}, {});
             return true;
         });
-        if (isRead && !seeker.found().isEmpty())
-            return placeOf(seeker.found());
+        if (isRead && !seeker.found().isEmpty()) {
+            const StoredPlace place = storedPlace(seeker.found());
+            return ViewerPlace{place.set, place.page, place.anchor};
+        }
     }
     return std::nullopt;
 }

@@ -87,20 +87,11 @@ Wanted wantedOf(const QString &asked, bool mayGoOn, const WordForms &forms,
     return wanted;
 }
 
-bool isBegun(const std::vector<std::string> &forms, const std::vector<std::string> &beginnings)
-{
-    return std::any_of(forms.begin(), forms.end(), [&](const std::string &form) {
-        return std::any_of(beginnings.begin(), beginnings.end(), [&](const std::string &beginning) {
-            return form.starts_with(beginning);
-        });
-    });
-}
-
 /// The words of a page, by what makes them the same to a reader who searches.
-class PageText final
+class WordsOfPage final
 {
 public:
-    PageText(const QString &text, const WordForms &forms)
+    WordsOfPage(const QString &text, const WordForms &forms)
     {
         for (const Word &word : wordsOf(text)) {
             if (word.isPaired)
@@ -123,7 +114,7 @@ public:
         for (const Known &word : m_words) {
             if (haveOneInCommon(word.stems, wanted.stems))
                 whole += word.places;
-            else if (wanted.mayGoOn && isBegun(word.forms, wanted.forms))
+            else if (wanted.mayGoOn && isBegun(word, wanted))
                 begun += word.places;
         }
         return whole.isEmpty() ? begun : whole;
@@ -135,6 +126,12 @@ private:
         std::vector<std::string> forms, stems;
         QList<TextPiece> places;
     };
+    static bool isBegun(const Known &word, const WantedWord &wanted)
+    {
+        return std::any_of(word.forms.begin(), word.forms.end(),
+                           [&](const std::string &form) { return isBegunBy(form, wanted.forms); });
+    }
+
     std::vector<Known> m_words; ///< each once
     QHash<QString, size_t> m_numbers;
 };
@@ -159,7 +156,7 @@ void markAll(const QString &wanted, const QString &text, qsizetype most, QList<T
 }
 
 /// What the page says of one text; nothing when it lacks a word and must hold all.
-QList<TextPiece> marksOf(const Wanted &wanted, bool needsAll, const PageText &page,
+QList<TextPiece> marksOf(const Wanted &wanted, bool needsAll, const WordsOfPage &page,
                          const QString &text, qsizetype most)
 {
     QList<TextPiece> marks;
@@ -185,7 +182,7 @@ QList<TextPiece> searchMarks(const QString &text, const QStringList &asked, cons
 {
     const WordForms forms(language);
     const StopWords stopWords(language);
-    const PageText page(text, forms);
+    const WordsOfPage page(text, forms);
     QList<TextPiece> marks;
     for (qsizetype i = 0; i < asked.size(); ++i)
         marks += marksOf(wantedOf(asked[i], i == 0, forms, stopWords), i > 0, page, text, most);

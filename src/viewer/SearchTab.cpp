@@ -1,11 +1,10 @@
 #include "viewer/SearchTab.h"
 
-#include "controls/globals/Tables.h"
 #include "controls/parts/PlainLabel.h"
+#include "controls/parts/Tables.h"
 #include "platform/Paths.h"
 #include "platform/QvError.h"
 #include "projectfiles/KeyWordFile.h"
-#include "resources/Counted.h"
 #include "tools/words/SearchQuery.h"
 
 #include <QComboBox>
@@ -20,23 +19,6 @@ namespace {
 
 constexpr qsizetype mostShown = 200; // nobody looks further
 constexpr int targetRole = Qt::UserRole;
-
-QString worded(const SearchResult &result)
-{
-    QStringList parts;
-    if (!result.missing.isEmpty())
-        parts.append(SearchTab::tr("No page holds: %1.").arg(result.missing.join(u", "_s)));
-    else if (result.hits.isEmpty())
-        parts.append(SearchTab::tr("No page holds all of this."));
-    else
-        parts.append(counted(result.hits.size(), SearchTab::tr("1 page found."),
-                             SearchTab::tr("%1 pages found.")));
-    if (result.hits.size() > mostShown)
-        parts.append(SearchTab::tr("The best %1 are shown.").arg(mostShown));
-    if (!result.remark.isEmpty())
-        parts.append(result.remark);
-    return parts.join(u' ');
-}
 
 } // namespace
 
@@ -156,7 +138,7 @@ void SearchTab::showHits(const QString &question)
 {
     const SearchResult result = query().find(question);
     m_asked = QStringList(question) + result.names;
-    lblHits->setText(worded(result));
+    lblHits->setText(summaryOf(result, mostShown));
     for (const SearchHit &hit : result.hits.first(qMin(mostShown, result.hits.size()))) {
         QTreeWidgetItem *const row =
             addRow(lstHits, {hit.page.title, hit.reason}, hit.page.title + u". "_s + hit.reason);

@@ -7,6 +7,8 @@
 
 #include <QList>
 
+struct BookPage;
+
 /// An entry of a set's contents: a page, or a heading over others.
 struct ContentsEntry
 {
@@ -30,7 +32,7 @@ public:
 
 private:
     [[nodiscard]] QList<ContentsEntry> entriesOf(const TocBook &book,
-                                                 const QList<struct BookPage> &pages) const;
+                                                 const QList<BookPage> &pages) const;
 
     Session &m_session;
     FileSystem &m_files;

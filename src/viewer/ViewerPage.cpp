@@ -10,6 +10,7 @@
 #include "viewer/FindInPage.h"
 #include "viewer/PictureFit.h"
 #include "viewer/PublishedTargets.h"
+#include "viewer/ReadableColours.h"
 #include "viewer/SearchMarks.h"
 
 #include <QPagedPaintDevice>
@@ -78,6 +79,7 @@ void ViewerPage::load(const ViewerPlace &place)
     if (const QString title = scanHtml(text).title; !title.isEmpty())
         m_title = title;
     m_view->showPage(text, folder, place.page);
+    makeReadable(*m_view->document(), palette().color(QPalette::Base));
     m_pictures->fit();
     m_folder = folder;
 }
@@ -158,7 +160,8 @@ void ViewerPage::followIdentifier(const QUrl &url)
 {
     if (url.scheme() != identifierScheme || m_place.set.isEmpty())
         return;
-    const QString identifier = url.toString(QUrl::FullyDecoded).sliced(identifierScheme.size() + 1);
+    const QString identifier =
+        QUrl::fromPercentEncoding(url.toEncoded().sliced(identifierScheme.size() + 1));
     QStringList sets{m_place.set};
     for (const BookSet &set : std::as_const(m_world.sets)) {
         if (set.name != m_place.set)

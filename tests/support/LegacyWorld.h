@@ -2,8 +2,7 @@
 
 #include "components/ConverterProgram.h"
 #include "platform/Paths.h"
-#include "platform/portable/IniRegistry.h"
-#include "platform/portable/PortableProcesses.h"
+#include "platform/native/NativePlatform.h"
 #include "support/TestProgram.h"
 
 #include <QFile>
@@ -37,7 +36,7 @@ struct LegacyWorld : TestProgram
 {
     const QString database = QStringLiteral("S:\\Old\\plant.mdb"),
                   target = QStringLiteral("S:\\Docs\\Plant");
-    PortableProcesses realProcesses{files};
+    NativeProcesses realProcesses{files};
     ConverterProgram converter{components.installInfo, realProcesses};
 
     LegacyWorld()

@@ -10,7 +10,7 @@
 #include "platform/Progress.h"
 #include "platform/QvError.h"
 #include "platform/SystemLocale.h"
-#include "platform/portable/PortableFiles.h"
+#include "platform/native/NativeFiles.h"
 #include "startup/CurrentProject.h"
 #include "startup/Navigator.h"
 #include "startup/Program.h"
@@ -271,7 +271,7 @@ public:
     {
     }
 
-    PortableFiles files;
+    NativeFiles files;
     Session session;
     MemoryRegistry registry;
     NotedProcesses processes;

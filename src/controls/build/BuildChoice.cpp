@@ -1,8 +1,8 @@
 #include "controls/build/BuildChoice.h"
 
-#include "controls/globals/Tables.h"
 #include "controls/parts/PlainLabel.h"
 #include "controls/parts/StatusLight.h"
+#include "controls/parts/Tables.h"
 #include "platform/Progress.h"
 #include "platform/SystemLocale.h"
 #include "projectfiles/OpenMark.h"

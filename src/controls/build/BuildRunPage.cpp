@@ -5,8 +5,8 @@
 #include "controls/build/PackPane.h"
 #include "controls/build/SearchPane.h"
 #include "controls/build/StageTable.h"
-#include "controls/globals/Tables.h"
 #include "controls/parts/PlainLabel.h"
+#include "controls/parts/Tables.h"
 #include "platform/Clock.h"
 
 #include <QHBoxLayout>

@@ -1,7 +1,7 @@
 #include "controls/build/FindingKindsDialog.h"
 
-#include "controls/globals/Tables.h"
 #include "controls/parts/PlainLabel.h"
+#include "controls/parts/Tables.h"
 #include "tools/checks/FindingKinds.h"
 
 #include <QDialogButtonBox>

@@ -2,10 +2,10 @@
 
 #include "controls/build/BackgroundWork.h"
 #include "controls/build/FindingKindsDialog.h"
-#include "controls/globals/Tables.h"
 #include "controls/parts/Handler.h"
 #include "controls/parts/ListCommands.h"
 #include "controls/parts/PlainLabel.h"
+#include "controls/parts/Tables.h"
 #include "platform/FileSystem.h"
 #include "platform/Paths.h"
 #include "platform/Progress.h"

@@ -1,8 +1,8 @@
 #include "controls/build/PackPane.h"
 
 #include "controls/build/PackItemsModel.h"
-#include "controls/globals/Tables.h"
 #include "controls/parts/PlainLabel.h"
+#include "controls/parts/Tables.h"
 #include "platform/Paths.h"
 #include "platform/Progress.h"
 #include "platform/QvError.h"

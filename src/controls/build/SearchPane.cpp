@@ -1,10 +1,9 @@
 #include "controls/build/SearchPane.h"
 
-#include "controls/globals/Tables.h"
 #include "controls/parts/Handler.h"
 #include "controls/parts/PlainLabel.h"
+#include "controls/parts/Tables.h"
 #include "projectfiles/KeyWordFile.h"
-#include "resources/Counted.h"
 #include "tools/words/SearchQuery.h"
 
 #include <QHBoxLayout>
@@ -17,23 +16,6 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr qsizetype mostShown = 500; // nobody looks further
-
-QString worded(const SearchResult &result)
-{
-    QStringList parts;
-    if (!result.missing.isEmpty())
-        parts.append(SearchPane::tr("No page holds: %1.").arg(result.missing.join(u", "_s)));
-    else if (result.hits.isEmpty())
-        parts.append(SearchPane::tr("No page holds all of this."));
-    else
-        parts.append(counted(result.hits.size(), SearchPane::tr("1 page found."),
-                             SearchPane::tr("%1 pages found.")));
-    if (result.hits.size() > mostShown)
-        parts.append(SearchPane::tr("The best %1 are shown.").arg(mostShown));
-    if (!result.remark.isEmpty())
-        parts.append(result.remark);
-    return parts.join(u' ');
-}
 
 } // namespace
 
@@ -102,7 +84,7 @@ void SearchPane::showHits()
         return;
     }
     const SearchResult result = query().find(question);
-    lblHits->setText(worded(result));
+    lblHits->setText(summaryOf(result, mostShown));
     for (const SearchHit &hit : result.hits.first(qMin(mostShown, result.hits.size())))
         addRow(lstHits, {hit.page.title, hit.page.target, hit.reason},
                hit.page.title + u". "_s + hit.reason);

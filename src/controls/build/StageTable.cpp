@@ -1,7 +1,7 @@
 #include "controls/build/StageTable.h"
 
-#include "controls/globals/Tables.h"
 #include "controls/parts/Handler.h"
+#include "controls/parts/Tables.h"
 #include "platform/FileSystem.h"
 #include "platform/Paths.h"
 #include "platform/Processes.h"

@@ -3,10 +3,10 @@
 #include "controls/globals/CategoryDialog.h"
 #include "controls/globals/CategoryNames.h"
 #include "controls/globals/ReplaceCategoryDialog.h"
-#include "controls/globals/Tables.h"
 #include "controls/parts/Handler.h"
 #include "controls/parts/ListCommands.h"
 #include "controls/parts/PlainLabel.h"
+#include "controls/parts/Tables.h"
 #include "resources/Counted.h"
 
 #include <QAction>

@@ -2,10 +2,10 @@
 
 #include "controls/globals/GlobalPageCommands.h"
 #include "controls/globals/GlobalPageTypes.h"
-#include "controls/globals/Tables.h"
 #include "controls/parts/CheckedField.h"
 #include "controls/parts/Handler.h"
 #include "controls/parts/PlainLabel.h"
+#include "controls/parts/Tables.h"
 #include "startup/Session.h"
 
 #include <QComboBox>

@@ -2,11 +2,11 @@
 
 #include "controls/globals/GlobalPageCommands.h"
 #include "controls/globals/GlobalPageTypes.h"
-#include "controls/globals/Tables.h"
 #include "controls/pages/PagePane.h"
 #include "controls/pages/PagePreview.h"
 #include "controls/parts/Handler.h"
 #include "controls/parts/ListCommands.h"
+#include "controls/parts/Tables.h"
 #include "platform/FileSystem.h"
 #include "platform/Paths.h"
 #include "resources/Icons.h"

@@ -4,10 +4,10 @@
 #include "controls/globals/FolderSize.h"
 #include "controls/globals/ProjectNaming.h"
 #include "controls/globals/RenameProjectDialog.h"
-#include "controls/globals/Tables.h"
 #include "controls/parts/CheckedField.h"
 #include "controls/parts/Handler.h"
 #include "controls/parts/PlainLabel.h"
+#include "controls/parts/Tables.h"
 #include "platform/FileSystem.h"
 #include "resources/Counted.h"
 

@@ -2,10 +2,10 @@
 
 #include "controls/globals/CategoryDialog.h"
 #include "controls/globals/QuickNavCategoryCommands.h"
-#include "controls/globals/Tables.h"
 #include "controls/parts/Handler.h"
 #include "controls/parts/ListCommands.h"
 #include "controls/parts/PlainLabel.h"
+#include "controls/parts/Tables.h"
 #include "resources/Counted.h"
 
 #include <QAction>

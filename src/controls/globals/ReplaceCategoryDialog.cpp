@@ -1,7 +1,7 @@
 #include "controls/globals/ReplaceCategoryDialog.h"
 
-#include "controls/globals/Tables.h"
 #include "controls/parts/PlainLabel.h"
+#include "controls/parts/Tables.h"
 
 #include <QComboBox>
 #include <QDialogButtonBox>

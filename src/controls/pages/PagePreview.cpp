@@ -1,5 +1,6 @@
 #include "controls/pages/PagePreview.h"
 
+#include "controls/pages/MissingPictures.h"
 #include "controls/pages/PreviewDocument.h"
 #include "platform/Paths.h"
 #include "tools/html/HtmlScan.h"
@@ -52,6 +53,7 @@ void PagePreview::showPage(const QString &html, const QString &projectFolder,
     if (html.size() > longestPage)
         shown += u"<p><b>%1</b></p>"_s.arg(tr("This page is long; only its beginning is shown."));
     setHtml(shown + html.first(qMin(longestPage, html.size())));
+    showMissingPictures(*m_page);
     moveCursor(QTextCursor::Start);
 }
 

@@ -7,11 +7,8 @@
 #include "tools/PageReference.h"
 
 #include <QBuffer>
-#include <QGuiApplication>
 #include <QImage>
 #include <QImageReader>
-#include <QPainter>
-#include <QPalette>
 #include <QUrl>
 
 #include <array>
@@ -23,16 +20,12 @@ namespace {
 constexpr qint64 largestFile = 32LL * 1024 * 1024;
 constexpr qint64 mostPixels = 64LL * 1000 * 1000; // of all pictures of a page together
 
-/// A framed box: this picture is missing or not shown.
+/// Stands for a picture that is not shown. Nothing can be seen of it, as pages have it as their
+/// background, too.
 QImage missingPicture()
 {
-    QImage image(24, 24, QImage::Format_ARGB32_Premultiplied);
+    QImage image(1, 1, QImage::Format_ARGB32_Premultiplied);
     image.fill(Qt::transparent);
-    QPainter painter(&image);
-    painter.setPen(QGuiApplication::palette().color(QPalette::PlaceholderText));
-    painter.drawRect(1, 1, 21, 21);
-    painter.drawLine(7, 7, 16, 16);
-    painter.drawLine(16, 7, 7, 16);
     return image;
 }
 
@@ -86,6 +79,14 @@ void PreviewDocument::startPage(const QString &projectFolder, const QString &pag
     m_projectFolder = projectFolder;
     m_page = page;
     m_pixels = 0;
+    m_missing.clear();
+}
+
+bool PreviewDocument::isMissing(const QString &picture) const
+{
+    const QUrl name(picture);
+    static_cast<void>(resource(ImageResource, name)); // has it read, if it was not
+    return m_missing.contains(name);
 }
 
 std::optional<QString> PreviewDocument::fileInProject(const QUrl &reference) const
@@ -103,8 +104,12 @@ QVariant PreviewDocument::loadResource(int type, const QUrl &name)
 {
     const std::optional<QByteArray> bytes =
         name.scheme() == "data"_L1 ? inlineData(name) : readFile(name);
-    if (type == ImageResource)
-        return bytes ? picture(*bytes) : missingPicture();
+    if (type == ImageResource) {
+        const QImage image = bytes ? picture(*bytes) : QImage();
+        if (image.isNull())
+            m_missing.insert(name);
+        return image.isNull() ? missingPicture() : image;
+    }
     if (type == StyleSheetResource && bytes)
         return decodePage(*bytes, m_language).text;
     return QString(u""_s);
@@ -130,8 +135,7 @@ QImage PreviewDocument::picture(const QByteArray &bytes)
     const qint64 pixels = qint64(size.width()) * size.height();
     if (!size.isValid() || m_pixels + pixels > mostPixels
         || !isTrustedFormat(reader.format(), bytes))
-        return missingPicture();
+        return {};
     m_pixels += pixels;
-    const QImage image = reader.read();
-    return image.isNull() ? missingPicture() : image;
+    return reader.read();
 }

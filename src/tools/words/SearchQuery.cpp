@@ -1,6 +1,7 @@
 #include "tools/words/SearchQuery.h"
 
 #include "platform/Paths.h"
+#include "resources/Counted.h"
 #include "tools/words/PageWords.h"
 
 #include <QCoreApplication>
@@ -95,6 +96,22 @@ QString remarkOnCommon(const Query &query)
 }
 
 } // namespace
+
+QString summaryOf(const SearchResult &result, qsizetype shown)
+{
+    QStringList sentences;
+    if (!result.missing.isEmpty())
+        sentences.append(tr("No page holds: %1.").arg(result.missing.join(u", "_s)));
+    else if (result.hits.isEmpty())
+        sentences.append(tr("No page holds all of this."));
+    else
+        sentences.append(counted(result.hits.size(), tr("1 page found."), tr("%1 pages found.")));
+    if (result.hits.size() > shown)
+        sentences.append(tr("The best %1 are shown.").arg(shown));
+    if (!result.remark.isEmpty())
+        sentences.append(result.remark);
+    return sentences.join(u' ');
+}
 
 struct SearchQuery::Answer
 {

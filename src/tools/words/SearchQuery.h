@@ -31,6 +31,9 @@ struct SearchResult
     QStringList names = {};   ///< other names of what was asked for, as keywords of the author say
 };
 
+/// How many pages were found, or what is missing, in sentences; `shown`: the list ends there.
+QString summaryOf(const SearchResult &result, qsizetype shown);
+
 /// Searches a project through its "Search_Words" folder, as a reader would. It shows what lay there
 /// when it was made.
 class SearchQuery final

@@ -115,6 +115,12 @@ bool haveOneInCommon(const std::vector<std::string> &some, const std::vector<std
     return std::find_first_of(some.begin(), some.end(), others.begin(), others.end()) != some.end();
 }
 
+bool isBegunBy(std::string_view form, const std::vector<std::string> &beginnings)
+{
+    return std::any_of(beginnings.begin(), beginnings.end(),
+                       [form](const std::string &one) { return form.starts_with(one); });
+}
+
 WordForms::WordForms(const QString &language)
     : m_stemmer(sb_stemmer_new(language == "DEU"_L1 ? "german" : "english", nullptr))
 {

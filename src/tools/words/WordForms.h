@@ -12,6 +12,9 @@ struct sb_stemmer;
 /// True when two words share a form or a stem.
 bool haveOneInCommon(const std::vector<std::string> &some, const std::vector<std::string> &others);
 
+/// True when a form of a word begins with what was typed of it so far, in any of its forms.
+bool isBegunBy(std::string_view form, const std::vector<std::string> &beginnings);
+
 /// What makes two words the same to a reader who searches: how a word may be typed, and its stem.
 /// Words come as WordSplitter gives them. Each thread has its own.
 class WordForms final

@@ -70,11 +70,7 @@ struct WordLookup::Word
 
     [[nodiscard]] bool beginsWith(const std::vector<std::string> &typed) const
     {
-        const auto isBegun = [&](const std::string &form) {
-            return std::any_of(typed.begin(), typed.end(), [&](const std::string &beginning) {
-                return form.starts_with(beginning);
-            });
-        };
+        const auto isBegun = [&](const std::string &form) { return isBegunBy(form, typed); };
         return forms.empty() ? isBegun(text) : std::any_of(forms.begin(), forms.end(), isBegun);
     }
 

@@ -1,6 +1,9 @@
-#include "indexmanager/IdentifierIndex.h"
+#include "reports/IdentifierIndex.h"
 
+#include "components/Components.h"
+#include "components/ServerProducts.h"
 #include "reports/RowOrder.h"
+#include "startup/Session.h"
 
 #include <QHash>
 
@@ -52,16 +55,19 @@ std::vector<quint32> IdentifierIndex::sortTexts(const Progress &progress)
     return numbers;
 }
 
+bool IdentifierIndex::leadsToPage(quint32 identifier) const
+{
+    const std::span<const Spot> asking = references(identifier);
+    return asking.empty() ? isThere(targets(identifier).front()) : isGood(asking.front());
+}
+
 IdentifierState IdentifierIndex::judge(quint32 identifier) const
 {
     const std::span<const Spot> published = targets(identifier);
-    if (published.empty())
-        return IdentifierState::NotPublished;
-    if (std::ranges::none_of(published, [this](Spot spot) { return isThere(spot); }))
-        return IdentifierState::PageMissing;
-    const QStringView first = targetPath(published.front());
+    if (!leadsToPage(identifier))
+        return published.empty() ? IdentifierState::NotPublished : IdentifierState::PageMissing;
     const auto isElsewhere = [&](Spot spot) {
-        return targetPath(spot).compare(first, Qt::CaseInsensitive) != 0;
+        return !isSamePath(targetPath(spot), targetPath(published.front()));
     };
     if (std::ranges::any_of(published, isElsewhere))
         return IdentifierState::Conflict;
@@ -86,4 +92,12 @@ std::span<const IdentifierIndex::Spot> IdentifierIndex::Groups::of(quint32 ident
 {
     const quint32 begin = identifier == 0 ? 0 : m_ends[identifier - 1];
     return std::span(m_spots).subspan(begin, m_ends[identifier] - begin);
+}
+
+IdentifierIndex readIdentifiers(Program &program, const Progress &progress)
+{
+    const Components &parts = program.components;
+    LinkListing listing(program.files, parts.xmlCharacters, program.session.serverPath,
+                        parts.serverProducts.GetAvailableProducts(), listingThreads());
+    return IdentifierIndex(listing.everything(progress), progress);
 }

@@ -1,4 +1,4 @@
-#include "controls/globals/Tables.h"
+#include "controls/parts/Tables.h"
 
 #include "controls/parts/PlainLabel.h"
 #include "resources/Icons.h"

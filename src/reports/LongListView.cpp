@@ -1,6 +1,6 @@
-#include "reports/LinkReportView.h"
+#include "reports/LongListView.h"
 
-#include "reports/LinkOrder.h"
+#include "resources/LinkMarks.h"
 
 #include <QHeaderView>
 #include <QKeyEvent>
@@ -12,8 +12,6 @@
 
 namespace {
 
-constexpr int markSize = 16; ///< of the status
-
 bool isCharacter(const QKeyEvent &key)
 {
     const QString text = key.text();
@@ -22,7 +20,7 @@ bool isCharacter(const QKeyEvent &key)
 
 } // namespace
 
-LinkReportView::LinkReportView(QWidget *parent)
+LongListView::LongListView(QWidget *parent)
     : QTableView(parent)
     , m_placeholder(new QLabel(viewport()))
 {
@@ -35,24 +33,21 @@ LinkReportView::LinkReportView(QWidget *parent)
     setSortedBy(-1, Qt::AscendingOrder);
 }
 
-void LinkReportView::setModel(QAbstractItemModel *model)
+void LongListView::setModel(QAbstractItemModel *model)
 {
     QTableView::setModel(model);
-    const int letter = fontMetrics().averageCharWidth();
-    setColumnWidth(static_cast<int>(LinkColumn::Status), 14 * letter);
-    setColumnWidth(static_cast<int>(LinkColumn::LinkID), 34 * letter);
     verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
-    verticalHeader()->setDefaultSectionSize(qMax(fontMetrics().height(), markSize) + 6);
+    verticalHeader()->setDefaultSectionSize(qMax(fontMetrics().height(), linkMarkSize) + 6);
 }
 
-void LinkReportView::setPlaceholder(const QString &text)
+void LongListView::setPlaceholder(const QString &text)
 {
     m_placeholder->setText(text);
     m_placeholder->setVisible(!text.isEmpty());
     setAccessibleDescription(text);
 }
 
-QList<int> LinkReportView::selectedRows() const
+QList<int> LongListView::selectedRows() const
 {
     QList<int> rows;
     for (const QItemSelectionRange &range : selectionModel()->selection()) {
@@ -63,13 +58,13 @@ QList<int> LinkReportView::selectedRows() const
     return rows;
 }
 
-void LinkReportView::setSortedBy(int column, Qt::SortOrder order)
+void LongListView::setSortedBy(int column, Qt::SortOrder order)
 {
     const QSignalBlocker quiet(horizontalHeader());
     horizontalHeader()->setSortIndicator(column, order);
 }
 
-void LinkReportView::keyPressEvent(QKeyEvent *event)
+void LongListView::keyPressEvent(QKeyEvent *event)
 {
     const auto modifiers = event->modifiers() & ~Qt::KeypadModifier;
     const bool plain = (modifiers & ~Qt::ShiftModifier) == 0;

@@ -1,17 +1,23 @@
 #pragma once
 
-#include "indexmanager/SetLinks.h"
+#include "reports/LinkListing.h"
+#include "reports/StoredPlace.h"
+#include "startup/Program.h"
 
+#include <array>
 #include <span>
 
 /// How an identifier stands in the whole installation.
 enum class IdentifierState {
     Good,
-    PageMissing,  ///< no page that publishes it is there, or they are empty
+    PageMissing,  ///< the page that links lead to is not there, or is empty
     Conflict,     ///< different places publish it
     NotPublished, ///< it is asked for only
     Unused,       ///< it is published, and nobody asks for it
 };
+inline constexpr std::array allIdentifierStates{
+    IdentifierState::Good, IdentifierState::PageMissing, IdentifierState::Conflict,
+    IdentifierState::NotPublished, IdentifierState::Unused};
 
 /// All link identifiers of some sets, numbered in natural order: who publishes each of them, who
 /// asks for it, and how that stands. Little more memory than the link files themselves.
@@ -57,10 +63,14 @@ public:
     }
     [[nodiscard]] bool isThere(Spot spot) const { return of(spot).targets.isGood(spot.row); }
     // Of a spot among references:
+    [[nodiscard]] bool isGood(Spot spot) const { return of(spot).references.isGood(spot.row); }
     [[nodiscard]] QStringView askingPath(Spot spot) const
     {
         return of(spot).references.path(spot.row);
     }
+    /// What the link report says of all references to it; of one that nobody asks for, of its first
+    /// target.
+    [[nodiscard]] bool leadsToPage(quint32 identifier) const;
     [[nodiscard]] const QString &setOf(Spot spot) const { return of(spot).set; }
 
 private:
@@ -93,3 +103,6 @@ private:
     std::vector<IdentifierState> m_states;
     Groups m_targets, m_references;
 };
+
+/// Of all projects of the server. Throws Unwinding when Stop was pressed.
+IdentifierIndex readIdentifiers(Program &program, const Progress &progress);

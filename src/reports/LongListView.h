@@ -5,14 +5,14 @@
 class QKeyEvent;
 class QLabel;
 
-/// The link list as a table without cells: rows of one height, sorted by clicking a column's
-/// title (the third click is as listed again), with a text over it when it is empty.
-class LinkReportView final : public QTableView
+/// A long list as a table without cells: rows of one height, sorted by clicking a column's title
+/// (the third click is as listed again), with a text over it when it is empty.
+class LongListView final : public QTableView
 {
     Q_OBJECT
 
 public:
-    explicit LinkReportView(QWidget *parent = nullptr);
+    explicit LongListView(QWidget *parent = nullptr);
 
     void setModel(QAbstractItemModel *model) override;
     /// Stands where the rows would be; "" while there are rows.

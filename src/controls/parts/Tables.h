@@ -9,7 +9,7 @@ class QTreeWidget;
 class QTreeWidgetItem;
 class QWidget;
 
-// What the tab pages of the globals editor have in common.
+// Small tables with their buttons and the label of what is wrong, as the editors have them.
 
 /// A flat table whose column `stretched` takes the room that the others leave.
 QTreeWidget *makeTable(const QString &objectName, const QString &accessibleName,
