@@ -11,6 +11,12 @@ target_compile_definitions(qv_options INTERFACE
     QT_DISABLE_DEPRECATED_BEFORE=0x060400)
 target_include_directories(qv_options INTERFACE ${PROJECT_SOURCE_DIR}/src)
 
+get_target_property(missing_features Qt6::Gui QT_DISABLED_PUBLIC_FEATURES)
+if("accessibility" IN_LIST missing_features)
+    target_compile_options(qv_options INTERFACE
+        -include ${PROJECT_SOURCE_DIR}/src/platform/windows/WithoutAccessibility.h)
+endif()
+
 # qv_library(NAME SOURCES file... LINKS target...)
 # One folder of src/ (or its core or its ui half). LINKS is the proof of the layers: it names
 # the lower folders that this one uses, which bring those below them; nothing else links.

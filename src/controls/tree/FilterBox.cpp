@@ -56,8 +56,10 @@ void FilterBox::say(const QString &what)
     txtFilter->setAccessibleDescription(what);
     if (what.isEmpty())
         return;
+#if QT_CONFIG(accessibility)
     QAccessibleEvent event(lblMatches, QAccessible::Alert);
     QAccessible::updateAccessibility(&event);
+#endif
 }
 
 bool FilterBox::eventFilter(QObject *watched, QEvent *event)

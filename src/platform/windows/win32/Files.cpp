@@ -107,19 +107,15 @@ bool isSameText(const std::wstring &a, const std::wstring &b)
            == CSTR_EQUAL;
 }
 
-std::wstring nameOf(const std::wstring &path)
-{
-    return path.substr(path.rfind(L'\\') + 1);
-}
-
-std::wstring nameOnDisk(const std::wstring &path)
+/// Whether the disk has the file under these very capitals.
+bool isCalledSo(const std::wstring &path)
 {
     WIN32_FIND_DATAW found{};
     const HANDLE search = FindFirstFileW(path.c_str(), &found);
     if (search == INVALID_HANDLE_VALUE)
-        return nameOf(path);
+        return true;
     FindClose(search);
-    return found.cFileName;
+    return path.ends_with(std::wstring_view(found.cFileName));
 }
 
 void clearReadOnly(const std::wstring &path, DWORD attributes)
@@ -238,9 +234,10 @@ void move(const std::wstring &from, const std::wstring &to)
     const std::wstring source = longPath(from);
     const std::wstring target = longPath(to);
     rename(source, target);
-    if (!isSameText(source, target) || nameOnDisk(target) == nameOf(target))
+    if (!isSameText(source, target) || isCalledSo(target))
         return;
-    const std::wstring between = target + L".qvtmp" + std::to_wstring(GetCurrentProcessId());
+    std::wstring between = target;
+    between.append(L".qvtmp").append(std::to_wstring(GetCurrentProcessId()));
     rename(source, between); // some shares keep the old capitals otherwise
     rename(between, target);
 }
