@@ -4,6 +4,7 @@ set(CPACK_PACKAGE_NAME quovane-developer)
 set(CPACK_PACKAGE_VENDOR Quovane)
 set(CPACK_PACKAGE_CONTACT "Quovane Developer team <developer@quovane.example>")
 set(CPACK_PACKAGE_VERSION ${PROJECT_VERSION})
+set(CPACK_DEBIAN_PACKAGE_RELEASE 1)
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "write, link, build and pack Quovane book sets")
 set(CPACK_DEBIAN_PACKAGE_DESCRIPTION
 "The authoring tool for the documentation projects of a Quovane server.

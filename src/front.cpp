@@ -31,6 +31,12 @@ int main(int, char *argv[])
         return 0;
     }
     const std::string program = mainProgram();
+    if (program.empty()) {
+        std::fputs("QV Developer cannot be started: the system does not say where it lies. /proc "
+                   "must be mounted.\n",
+                   stderr);
+        return 1;
+    }
     execv(program.c_str(), argv);
     std::fprintf(stderr, "%s cannot be started: %s. Install QV Developer again.\n", program.c_str(),
                  std::strerror(errno));
