@@ -43,6 +43,9 @@ endfunction()
 
 # qv_test(NAME LINKS target...): tests/NAME.cpp as one Qt Test program under CTest.
 function(qv_test name)
+    if(name IN_LIST tests_not_on_windows)
+        return()
+    endif()
     cmake_parse_arguments(arg "" "" "LINKS" ${ARGN})
     qv_program(${name} SOURCES ${name}.cpp LINKS ${arg_LINKS} Qt6::Test)
     set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests)

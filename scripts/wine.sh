@@ -29,8 +29,11 @@ fi
 
 # What Wine's services inherit they keep open: a pipe would wait for them.
 said=$(mktemp)
+told=$(mktemp)
 status=0
-wine "$@" </dev/null >"$said" 2>&1 || status=$?
-cat "$said"
-rm -f "$said"
+options=()
+[[ $(basename "$1") != tst_* ]] || options=(-o "Z:$told,txt") # Qt Test tells Windows' debugger else
+wine "$@" "${options[@]}" </dev/null >"$said" 2>&1 || status=$?
+cat "$said" "$told"
+rm -f "$said" "$told"
 exit "$status"
