@@ -5,7 +5,7 @@
 ; Uninstalling removes the programs and what the installer wrote. Books, settings and whatever else
 ; was put into the folder stay.
 
-Unicode true
+Target amd64-unicode
 ManifestDPIAware true
 ManifestLongPathAware true
 SetCompressor /SOLID lzma
@@ -32,6 +32,7 @@ VIProductVersion "${VERSION}.0"
 VIAddVersionKey "ProductName" "${PRODUCT}"
 VIAddVersionKey "ProductVersion" "${VERSION}"
 VIAddVersionKey "FileDescription" "Installs ${PRODUCT}"
+VIAddVersionKey "LegalCopyright" "2026 Quovane Developer team"
 VIAddVersionKey "FileVersion" "${VERSION}"
 
 !define MUI_ICON "${ICON}"
