@@ -1,9 +1,9 @@
 #include "platform/XmlCheck.h"
 
+#include "platform/CharacterSet.h"
 #include "platform/QvError.h"
 #include "platform/XmlTokens.h"
 
-#include <QStringDecoder>
 #include <QtEndian>
 
 #include <algorithm>
@@ -51,16 +51,6 @@ QByteArray declaredEncoding(const QByteArray &bytes)
     return value.mid(1, value.indexOf(value.left(1), 1) - 1).toLower();
 }
 
-QString decodeWith(QStringDecoder decoder, const QByteArray &bytes)
-{
-    if (!decoder.isValid())
-        refuse(u"its encoding is not known here"_s);
-    QString text = decoder.decode(bytes);
-    if (decoder.hasError())
-        refuse(u"its bytes are not valid %1 text"_s.arg(QLatin1StringView(decoder.name())));
-    return text;
-}
-
 /// Without a mark; whether the surrogates come in pairs is seen to later, as for all text.
 QString decodeUtf16(QByteArrayView bytes, void convert(const void *, qsizetype, void *))
 {
@@ -83,11 +73,14 @@ QString decodeDeclared(const QByteArray &bytes, const QByteArray &encoding)
         if (encoding.startsWith(wide))
             refuse(u"it says %1 but its bytes are not"_s.arg(QLatin1StringView(encoding)));
     }
-    const QStringDecoder known(encoding.constData());
-    if (!known.isValid())
+    const CharacterSet set(encoding);
+    if (!set.isKnown())
         refuse(u"its encoding \"%1\" is not known"_s.arg(QString::fromLatin1(encoding)));
-    return decodeWith(QStringDecoder(encoding.constData(), QStringConverter::Flag::Stateless),
-                      bytes);
+    const CharacterSet::Decoded decoded = set.decode(bytes);
+    if (decoded.hasError)
+        refuse(u"its bytes are not valid %1 text"_s.arg(QString::fromLatin1(encoding.toUpper())));
+    const bool isMarked = decoded.text.startsWith(QChar::ByteOrderMark);
+    return isMarked ? decoded.text.sliced(1) : decoded.text;
 }
 
 QString decoded(const QByteArray &bytes)

@@ -1,11 +1,10 @@
 #include "startup/PageText.h"
 
+#include "platform/CharacterSet.h"
 #include "platform/QvError.h"
 #include "startup/CharsetNames.h"
 
 #include <QRegularExpression>
-#include <QStringDecoder>
-#include <QStringEncoder>
 
 #include <algorithm>
 #include <optional>
@@ -78,12 +77,12 @@ bool isDamaged(const QByteArray &encoding, QByteArrayView bytes, const QString &
 std::optional<PageText> decodeAs(const QByteArray &encoding, QByteArrayView bytes,
                                  bool mark = false)
 {
-    using Flag = QStringConverter::Flag;
-    QStringDecoder decoder(encoding.constData(), Flag::Stateless | Flag::ConvertInitialBom);
-    if (!decoder.isValid())
+    const CharacterSet set(encoding);
+    if (!set.isKnown())
         return {};
-    PageText page{decoder.decode(bytes), {encoding, mark}};
-    page.damaged = decoder.hasError() || isDamaged(encoding, bytes, page.text);
+    CharacterSet::Decoded decoded = set.decode(bytes);
+    PageText page{std::move(decoded.text), {encoding, mark}};
+    page.damaged = decoded.hasError || isDamaged(encoding, bytes, page.text);
     return page;
 }
 
@@ -181,9 +180,8 @@ QStringView characterAt(const QString &text, qsizetype at)
 
 bool canWrite(QStringView character, const QByteArray &encoding)
 {
-    QStringEncoder encoder(encoding.constData(), QStringConverter::Flag::Stateless);
-    const QByteArray bytes = encoder(character);
-    return !bytes.isEmpty() && !encoder.hasError();
+    const CharacterSet::Encoded encoded = CharacterSet(encoding).encode(character);
+    return !encoded.bytes.isEmpty() && !encoded.hasError;
 }
 
 qsizetype firstLacking(const QString &text, const QByteArray &encoding)
@@ -229,11 +227,11 @@ PageText decodePage(const QByteArray &bytes, const QString &language)
 
 QByteArray encodePage(const QString &text, const PageEncoding &encoding)
 {
-    QStringEncoder encoder(encoding.name.constData(), QStringConverter::Flag::Stateless);
-    if (!encoder.isValid())
+    const CharacterSet set(encoding.name);
+    if (!set.isKnown())
         raiseNoConverter(encoding.name);
-    QByteArray bytes = encoder(isSevenBit(encoding.name) ? text + u'\n' : text);
-    if (encoder.hasError() || !text.isValidUtf16())
+    auto [bytes, hasError] = set.encode(isSevenBit(encoding.name) ? text + u'\n' : text);
+    if (hasError || !text.isValidUtf16())
         raiseLacking(text, firstLacking(text, encoding.name), encoding);
     if (isSevenBit(encoding.name))
         bytes.chop(1); // the line end brought the text back to ASCII
