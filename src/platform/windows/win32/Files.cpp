@@ -170,20 +170,22 @@ std::vector<Entry> entries(const std::wstring &folder)
     return result;
 }
 
+// Opened as the disk means it, not as a reparse point: the bytes of a deduplicated file, or of one
+// in the cloud, lie behind it.
 Handle openToRead(const std::wstring &path, std::int64_t &size)
 {
+    if (const Kind kind = status(path).kind; kind != Kind::File)
+        raise(kind == Kind::Missing ? ERROR_FILE_NOT_FOUND : ERROR_NOT_SUPPORTED);
     const std::wstring place = longPath(path);
     HANDLE opened = INVALID_HANDLE_VALUE;
     const bool isOpen = retried([&] {
-        opened = CreateFileW(place.c_str(), GENERIC_READ, shareAll, nullptr, OPEN_EXISTING,
-                             linkItself, nullptr);
+        opened =
+            CreateFileW(place.c_str(), GENERIC_READ, shareAll, nullptr, OPEN_EXISTING, 0, nullptr);
         return opened != INVALID_HANDLE_VALUE;
     });
     if (!isOpen)
         raiseLast();
     Handle file(opened);
-    if (status(path).kind != Kind::File || GetFileType(file.get()) != FILE_TYPE_DISK)
-        raise(ERROR_NOT_SUPPORTED);
     LARGE_INTEGER bytes{};
     if (!GetFileSizeEx(file.get(), &bytes))
         raiseLast();
@@ -292,13 +294,14 @@ void setAttributes(const std::wstring &path, DWORD attributes)
 
 void flushFile(const std::wstring &path)
 {
-    if (status(path).isReadOnly())
+    const Status found = status(path);
+    if (found.kind != Kind::File || found.isReadOnly())
         return;
     const std::wstring place = longPath(path);
     HANDLE opened = INVALID_HANDLE_VALUE;
     if (!retried([&] {
-            opened = CreateFileW(place.c_str(), GENERIC_WRITE, shareAll, nullptr, OPEN_EXISTING,
-                                 FILE_FLAG_OPEN_REPARSE_POINT, nullptr);
+            opened = CreateFileW(place.c_str(), GENERIC_WRITE, shareAll, nullptr, OPEN_EXISTING, 0,
+                                 nullptr);
             return opened != INVALID_HANDLE_VALUE;
         }))
         raiseLast();
