@@ -136,3 +136,13 @@ ProcessEnd runChild(const QString &program, const QStringList &arguments,
     child.start(program, arguments);
     return child.wait(stop);
 }
+
+void startDetached(const QString &program, const QStringList &arguments)
+{
+    QProcess process;
+    process.setProgram(program);
+    process.setArguments(arguments);
+    if (!process.startDetached())
+        throw QvError(PermissionDenied, {},
+                      u"%1 cannot be started: %2"_s.arg(program, process.errorString()));
+}

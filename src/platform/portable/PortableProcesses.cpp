@@ -7,7 +7,6 @@
 
 #include <QCoreApplication>
 #include <QFileInfo>
-#include <QProcess>
 #include <QStandardPaths>
 
 using namespace Qt::StringLiterals;
@@ -15,16 +14,6 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr auto windowsEnding = ".exe"_L1;
-
-void startDetached(const QString &program, const QStringList &arguments)
-{
-    QProcess process;
-    process.setProgram(program);
-    process.setArguments(arguments);
-    if (!process.startDetached())
-        throw QvError(PermissionDenied, {},
-                      u"%1 cannot be started: %2"_s.arg(program, process.errorString()));
-}
 
 /// The native path of a program that lies beside this one; "" when there is none.
 QString besideThisProgram(const QString &name)

@@ -9,7 +9,6 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
-#include <QProcess>
 
 #include <shellapi.h>
 
@@ -22,16 +21,6 @@ constexpr auto ending = ".exe"_L1;
 QString withEnding(const QString &program)
 {
     return program.endsWith(ending, Qt::CaseInsensitive) ? program : program + ending;
-}
-
-void startDetached(const QString &program, const QStringList &arguments)
-{
-    QProcess process;
-    process.setProgram(program);
-    process.setArguments(arguments);
-    if (!process.startDetached())
-        throw QvError(PermissionDenied, {},
-                      u"%1 cannot be started: %2"_s.arg(program, process.errorString()));
 }
 
 /// By its full path, so that no program of that name in the current folder is taken for it.
