@@ -6,6 +6,7 @@
 #include "tools/pack/LastPack.h"
 #include "tools/pack/PackContents.h"
 #include "tools/pack/PackedAhead.h"
+#include "tools/pack/SpareDeflates.h"
 #include "tools/pack/ZipOutput.h"
 
 #include <QCoreApplication>
@@ -157,12 +158,15 @@ private:
     {
         if (content.isEmpty() || !isCompressedKind(file(index).path))
             return content.isEmpty();
-        thread_local Deflate deflate; // it takes much longer to make than to use
+        const auto packedSize = [this](const QByteArray &bytes) {
+            const SpareDeflates::Lent deflate(m_deflates);
+            return deflate->packed(bytes).size();
+        };
         if (content.size() <= trialSize)
-            return deflate.packed(content).size() >= content.size();
+            return packedSize(content) >= content.size();
         const qsizetype middle = (content.size() - trialSize) / 2;
         const auto sample = QByteArray::fromRawData(content.constData() + middle, trialSize);
-        return deflate.packed(sample).size() >= trialSize - trialSize / leastGain;
+        return packedSize(sample) >= trialSize - trialSize / leastGain;
     }
 
     [[nodiscard]] QByteArray read(size_t index) const
@@ -180,20 +184,26 @@ private:
 
     void write()
     {
+        const auto archive = m_files.startFile(m_path, {.throughReadOnly = true});
+        writeMembers(*archive);
+        m_last.reset(); // Windows replaces no file that is open
+        archive->putInPlace();
+    }
+
+    void writeMembers(FileWriter &archive)
+    {
         const PackManifest manifest = list();
         const QByteArray listBytes = manifestBytes(manifest);
-        const auto archive = m_files.startFile(m_path, {.throughReadOnly = true});
         PackedAhead ahead(sizes(), m_options.threads, [this](Deflate &deflate, size_t index) {
             return packed(deflate, index);
         });
-        writeZip(*archive, entries(listBytes, manifest.date()), [&](size_t entry) {
+        writeZip(archive, entries(listBytes, manifest.date()), [&](size_t entry) {
             if (entry == 0)
                 return Deflate().packed(listBytes);
             advance(file(entry - 1).size, shown(entry - 1));
             return ahead.take(m_progress.stop);
         });
         advance(0, {});
-        archive->putInPlace();
     }
 
     [[nodiscard]] PackManifest list() const
@@ -282,6 +292,7 @@ private:
     QString m_path;
     std::vector<Member> m_members; ///< as `m_contents.files`
     std::unique_ptr<LastPack> m_last;
+    mutable SpareDeflates m_deflates;
     std::atomic<int> m_reused = 0;
     qint64 m_done = 0; ///< bytes
 };
