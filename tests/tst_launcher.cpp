@@ -6,6 +6,7 @@
 #include "startup/StartUp.h"
 #include "startup/frmOrvantisVRXSplashScreen.h"
 #include "support/FormDriver.h"
+#include "support/System.h"
 #include "support/TestProgram.h"
 
 using namespace Qt::StringLiterals;
@@ -67,7 +68,13 @@ void tst_launcher::asksOnlyWhenTheUserLeaves()
     QVERIFY(QTest::qWaitForWindowActive(form));
 
     world.messages.answers = {Answer::No, Answer::No, Answer::No};
+    world.messages.echo = [&](const QStringList &) { // the close box behind the question
+        QCloseEvent again;
+        QCoreApplication::sendEvent(form->windowHandle(), &again);
+    };
     click(form, "cmdCancel");
+    QVERIFY(form->windowHandle()->handle() != nullptr);
+    world.messages.echo = nullptr;
     QTest::keyClick(form, Qt::Key_Escape);
     form->close();
     QVERIFY(form && form->isVisible());
@@ -188,7 +195,8 @@ void tst_launcher::putsTheProgramsIntoTheSample()
                  [&](const QByteArray &line) { said += line; });
         return said;
     };
-    QCOMPARE(start(u"x"_s), world.files.nativePath(bin + u"StartApp"_s).toUtf8() + " x");
+    if constexpr (here::runsScripts)
+        QCOMPARE(start(u"x"_s), world.files.nativePath(bin + u"StartApp"_s).toUtf8() + " x");
 
     // A build later only what changed is copied again.
     world.put(bin + u"help\\index.html"_s, "<title>Old and longer</title>");
@@ -198,7 +206,9 @@ void tst_launcher::putsTheProgramsIntoTheSample()
     const QString kept = world.files.nativePath(bin + u"qvdev"_s);
     const QDateTime statusChange = QFileInfo(kept).metadataChangeTime();
     copyCompanions(world.files, programs, bin);
-    QVERIFY(start(u"y"_s).endsWith("StartApp ynew"));
+    if constexpr (here::runsScripts)
+        QVERIFY(start(u"y"_s).endsWith("StartApp ynew"));
+    QVERIFY(world.bytes(bin + u"StartApp"_s).endsWith("echo new\n"));
     QCOMPARE(world.bytes(bin + u"help\\index.html"_s), "<title>Start</title>");
     QCOMPARE(QFileInfo(kept).metadataChangeTime(), statusChange);
 }

@@ -9,6 +9,8 @@
 #include <QCoreApplication>
 #include <QKeyEvent>
 #include <QPushButton>
+#include <QScopedValueRollback>
+#include <QWindow>
 
 using namespace Qt::StringLiterals;
 
@@ -51,11 +53,35 @@ private:
     std::function<void(const QWidget *)> m_show;
 };
 
+/// Refuses the system's close while a form is closing, which mostly means that a question is open.
+/// Qt would take the native window away under the question, and No would leave a form without one.
+class CloseOnce final : public QObject
+{
+public:
+    CloseOnce(FormWindow *form, const bool &isClosing)
+        : QObject(form)
+        , m_isClosing(isClosing)
+    {
+    }
+
+private:
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        if (event->type() != QEvent::Close || !m_isClosing)
+            return false;
+        event->ignore();
+        return true;
+    }
+
+    const bool &m_isClosing;
+};
+
 } // namespace
 
 FormWindow::FormWindow(Program &program, QWidget *parent)
     : QWidget(parent)
     , m_program(program)
+    , m_closeOnce(new CloseOnce(this, m_closing))
 {
     setWindowTitle(text(Text::WindowTitle));
     setWindowIcon(icon("app"_L1));
@@ -76,13 +102,17 @@ void FormWindow::setVisible(bool visible)
         load();
     if (!visible || !m_closed)
         QWidget::setVisible(visible);
+    if (visible && windowHandle() != nullptr)
+        windowHandle()->installEventFilter(m_closeOnce);
 }
 
 void FormWindow::closeEvent(QCloseEvent *event)
 {
     bool cancel = false;
-    if (!m_closed)
+    if (!m_closed) {
+        const QScopedValueRollback closing(m_closing, true);
         Form_Unload(cancel);
+    }
     event->setAccepted(!cancel);
     if (cancel || m_closed)
         return;

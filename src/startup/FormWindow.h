@@ -58,5 +58,7 @@ private:
     void showHelp(const QWidget *place);
 
     bool m_loaded = false;
+    bool m_closing = false;
     bool m_closed = false;
+    QObject *m_closeOnce;
 };
