@@ -36,7 +36,7 @@ class tst_accessibility final : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase() { QAccessible::setActive(true); }
+    void initTestCase() { audit::startReading(); }
     void namesEverythingInTheWindows();
     void namesEverythingInTheEditors();
     void namesEverythingAfterABuild();

@@ -358,7 +358,7 @@ void tst_globals::changesQuickNavCategories()
 
 void tst_globals::dialogsServeKeysAndReaders()
 {
-    QAccessible::setActive(true);
+    audit::startReading();
     NamedProject sample;
     sample.addGlobals();
     sample.addQuickNav(u"PUMP"_s);

@@ -112,7 +112,7 @@ class tst_indexmanager final : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase() { QAccessible::setActive(true); }
+    void initTestCase() { audit::startReading(); }
     void showsHowEachIdentifierStands();
     void tellsGoodAndBadAsTheLinkReport();
     void findsWhoLinksHere();

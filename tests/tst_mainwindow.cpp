@@ -7,13 +7,13 @@
 #include "controls/parts/StatusLight.h"
 #include "dialogs/frmSelPrjType.h"
 #include "startup/frmOrvantisVRXSplashScreen.h"
+#include "support/System.h"
 #include "support/WorkspaceWorld.h"
 #include "workspace/RecentPlaces.h"
 #include "workspace/ShortcutList.h"
 #include "workspace/frmBuild.h"
 
 #include <chrono>
-#include <filesystem>
 
 using namespace Qt::StringLiterals;
 
@@ -382,10 +382,9 @@ void tst_mainwindow::tidiesUpAndRemembersNames()
     const QStringList names{u"start.htm.qvtmp77"_s, u"fresh.htm.qvtmp78"_s, u"mine.qvnew\\a.htm"_s};
     for (const QString &name : names)
         world.put(book + name, "half");
-    const auto longAgo = std::filesystem::file_time_type::clock::now() - std::chrono::hours(48);
     for (const QString &name : {names[0], u"mine.qvnew"_s})
-        std::filesystem::last_write_time(
-            world.native(u"Docs/Plant/Book_REP/"_s + name).toStdString(), longAgo);
+        here::setTime(world.native(u"Docs/Plant/Book_REP/"_s + name),
+                      QDateTime::currentDateTime().addDays(-2));
     const frmMainUI *const form = world.openMainWindow();
     QTRY_VERIFY(!world.files.exists(book + names[0]));
     QVERIFY(world.files.exists(book + names[1]) && world.files.exists(book + names[2]));

@@ -1,8 +1,9 @@
 #include "catalogue/StatusIndicators.h"
 #include "dialogs/merge/ProjectMerge.h"
 #include "support/LinkFile.h"
-#include "support/OrdinaryUser.h"
+#include "support/Locked.h"
 #include "support/SampleProject.h"
+#include "support/System.h"
 
 #include <QtTest>
 
@@ -318,13 +319,15 @@ void tst_merge::refusesBeforeAnythingIsMade()
     ProjectFiles torn = world.project(u"Torn"_s, QDate(2022, 1, 1));
     world.project(u"A"_s, QDate(2022, 1, 1));
     world.put(torn.folder + ProjectFile::toc, "<QV_Master>");
-    QVERIFY(QFile::link(u"/etc"_s, world.native(u"Docs/Link"_s)));
+    const bool isLinked = here::link(QDir::rootPath(), world.native(u"Docs/Link"_s));
     world.list(u"Link"_s);
     world.files.makeFolder(u"S:\\Docs\\Unlisted"_s);
     const QStringList before = world.below(u"S:\\Docs"_s);
 
     for (const QString &row : {u"5:A"_s, u"5:A|a"_s, u"5:A|Unlisted"_s, u"5:A|"_s,
                                u"5:A|My Favorites"_s, u"75:A|Torn"_s, u"75:A|Link"_s}) {
+        if (row == u"75:A|Link"_s && !isLinked)
+            continue;
         const QStringList projects = row.section(u':', 1).split(u'|');
         const QvError error = raisedBy([&] { world.merge(projects); });
         QVERIFY2(error.number() == row.section(u':', 0, 0).toInt(), qPrintable(row + error.text()));
@@ -347,7 +350,7 @@ void tst_merge::leavesHostileFoldersAlone()
     ProjectFiles other = world.project(u"B"_s, QDate(2024, 1, 1));
     const QStringList hostile{u"..\\A"_s, u"C:\\Windows"_s, u"\\\\host\\x"_s,
                               QString(),  u"gone"_s,        u"outside"_s};
-    QVERIFY(QFile::link(u"/etc"_s, world.native(u"Docs/B/outside"_s)));
+    here::link(QDir::rootPath(), world.native(u"Docs/B/outside"_s)); // else it is not there
     QString books;
     for (const QString &folder : hostile)
         books +=
@@ -393,8 +396,7 @@ void tst_merge::failureLeavesWhatThereIs()
     ProjectFiles other = world.project(u"B"_s, QDate(2024, 1, 1));
     other.addBook(u"Two"_s, u"TWO"_s, {{u"two.htm"_s, "x"}});
     other.addBook(u"Three"_s, u"TRE"_s, {{u"locked.htm"_s, "x"}});
-    QVERIFY(QFile::setPermissions(world.native(u"Docs/B/Book_TRE/locked.htm"_s), {}));
-    const OrdinaryUser author;
+    const Locked locked(world.native(u"Docs/B/Book_TRE/locked.htm"_s), Locked::Against::Reading);
     const QvError error = raisedBy([&] { world.merge({u"A"_s, u"B"_s}); });
     QCOMPARE(error.number(), 70);
     QVERIFY2(error.description().contains("locked.htm"_L1)

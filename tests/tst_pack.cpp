@@ -2,6 +2,7 @@
 #include "projectfiles/changes/StagedFiles.h"
 #include "support/DisturbedFiles.h"
 #include "support/SampleProject.h"
+#include "support/System.h"
 #include "tools/pack/PackProject.h"
 
 #include <QTest>
@@ -143,7 +144,7 @@ void tst_pack::holdsWhatTheServerShallGet()
 
     const PackResult result = world.make();
     QCOMPARE(world.packs(), QStringList{u"QVPlant 300_Server.Zip"_s});
-    QCOMPARE(world.world.files.attributes(world.pack), int(ReadOnlyFile));
+    QVERIFY(world.world.files.status(world.pack).readOnly);
     const QList<Entry> entries = unpacked(world.bytes());
     QCOMPARE(
         world.names(),
@@ -298,6 +299,8 @@ void tst_pack::warnsOfNamesThatOthersRefuse()
         QFile file(world.world.native(u"Docs/Plant 300/Book_OPG/"_s + name));
         QVERIFY(file.open(QFile::WriteOnly));
     };
+    if constexpr (!here::takesEveryName)
+        QSKIP("Only one of them can be made here.");
     for (const QString &name : {u"START.htm"_s, u"aux.htm"_s, u"a?.htm"_s, u"b\u0001.htm"_s,
                                 QString(190, u'l') + u".htm"_s})
         putNative(name);

@@ -13,6 +13,7 @@
 #include "support/DisturbedFiles.h"
 #include "support/FormDriver.h"
 #include "support/SampleProject.h"
+#include "support/System.h"
 
 using namespace Qt::StringLiterals;
 
@@ -436,6 +437,8 @@ void tst_pageeditor::savesEveryEncoding()
         {littleMark, QByteArray("x\0", 2), little, u"UTF-16LE"_s},
         {bigMark, QByteArray("\0x", 2), big, u"UTF-16BE"_s}};
     for (const Row &row : rows) {
+        if (!here::hasCharset(row.encoding.toLatin1()))
+            continue;
         Desk desk(row.mark + row.bytes);
         auto *encoding = control<QToolButton>(desk.pane.get(), "cmdEncoding");
         QCOMPARE(encoding->text(), row.encoding);
@@ -514,7 +517,7 @@ void tst_pageeditor::previewsOnlyTheProject()
     world.put(u"S:\\Docs\\Plant\\green.png"_s, picture(Qt::green));
     world.files.makeFolder(u"S:\\Docs\\Plant\\Book_A"_s);
     world.put(u"S:\\Docs\\Other\\red.png"_s, picture(Qt::red));
-    QVERIFY(QFile::link(world.native(u"Docs/Other"_s), world.native(u"Docs/Plant/door"_s)));
+    here::link(world.native(u"Docs/Other"_s), world.native(u"Docs/Plant/door"_s));
     world.put(u"S:\\Docs\\Plant\\look.css"_s, "p { background-color: #0000ff }");
     world.put(u"S:\\Docs\\Other\\look.css"_s, "p { background-color: #ff0000 }");
     world.put(u"S:\\Docs\\Plant\\leak.svg"_s,

@@ -5,6 +5,7 @@
 #include "projectfiles/ProjectCopy.h"
 #include "projectfiles/QuickNavFile.h"
 #include "projectfiles/TableOfContents.h"
+#include "support/System.h"
 #include "support/TestProgram.h"
 #include "support/XmlFile.h"
 
@@ -336,7 +337,7 @@ void tst_projectfiles::copiesAProject()
     world.put(plant + u"QV_Toc.xml.qvtmp77"_s, "half");
     world.put(plant + u"Book_OPG\\x.xml.lock"_s, {});
     world.put(plant + u"gate.lock\\a.qvtmp.html"_s, page);
-    QVERIFY(QFile::link(u"/etc"_s, world.native(u"Docs/Plant/outside"_s)));
+    const bool isLinked = here::link(QDir::rootPath(), world.native(u"Docs/Plant/outside"_s));
     makeGlobalBookIfMissing(world.session, world.files, *world.parts.globalInformation);
     const QByteArray sourceBook = world.bytes(plant + u"Book_OPG\\Book_OPG.xml"_s);
 
@@ -347,8 +348,8 @@ void tst_projectfiles::copiesAProject()
     QVERIFY(!world.files.exists(u"S:\\Docs\\DEU_Copy"_s));
     const QStringList seen = world.copy.CopyProjectFolder(u"Plant"_s).all();
     const QString copied = u"S:\\Docs\\DEU_Copy\\"_s;
-    QCOMPARE(seen.size(), 2);
-    QCOMPARE(seen.first(), u"outside"_s);
+    QCOMPARE(seen.size(), isLinked ? 2 : 1);
+    QCOMPARE(seen.contains(u"outside"_s), isLinked);
     QVERIFY2(seen.last().startsWith(copied + u"Book_TRN\\Book_TRN.xml cannot be read: "_s),
              qPrintable(seen.last()));
     QCOMPARE(world.bytes(copied + u"Book_TRN\\Book_TRN.xml"_s), "torn"_ba);

@@ -1,7 +1,10 @@
 #pragma once
 
-#include <QAccessible>
 #include <QtWidgets>
+
+#if QT_CONFIG(accessibility)
+#include <QAccessible>
+#endif
 
 // What an author without a mouse or without eyes would stumble over in a window, as it stands now.
 
@@ -35,11 +38,27 @@ inline QWidgetList tabOrder(QWidget *window)
     return order;
 }
 
+#if QT_CONFIG(accessibility)
+/// From now on widgets have names.
+inline void startReading()
+{
+    QAccessible::setActive(true);
+}
+
 inline QString nameOf(QWidget *widget)
 {
     QAccessibleInterface *const spoken = QAccessible::queryAccessibleInterface(widget);
     return spoken ? spoken->text(QAccessible::Name) : QString();
 }
+#else
+inline void startReading() {}
+
+/// Names are checked where Qt knows them.
+inline QString nameOf(QWidget *)
+{
+    return QStringLiteral("?");
+}
+#endif
 
 /// The texts of a window whose "&" makes a letter work with Alt.
 inline QList<std::pair<QString, const QWidget *>> lettered(const QWidget *window)

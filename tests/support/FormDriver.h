@@ -46,7 +46,7 @@ Window *openWindow()
     return nullptr;
 }
 
-/// Runs a test of windows: no screen needed, the same style everywhere.
+/// Runs a test of windows: no screen needed, the same style everywhere, settings of its own.
 template <typename Test>
 int runFormTest(int argc, char *argv[])
 {
@@ -55,6 +55,9 @@ int runFormTest(int argc, char *argv[])
     QApplication application(argc, argv);
     QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
     QApplication::setQuitOnLastWindowClosed(false);
+    const QTemporaryDir settings;
+    QSettings::setDefaultFormat(QSettings::IniFormat);
+    QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, settings.path());
     Test test;
     return QTest::qExec(&test, argc, argv);
 }

@@ -316,7 +316,7 @@ public:
     /// The machine's path of something below the server folder.
     QString native(const QString &below) const
     {
-        return folder.filePath(QStringLiteral("s/") + below);
+        return QDir::toNativeSeparators(folder.filePath(QStringLiteral("s/") + below));
     }
     QByteArray bytes(const QString &productPath) { return files.readFile(productPath); }
     /// Writes a file, in a new folder if need be.

@@ -3,11 +3,15 @@
 //   adapters             runs the checks
 //   adapters announce    announces a window, says what is asked of it, ends when asked to close
 //   adapters hold NAME   is the instance NAME for a second
+//   adapters lock        holds the lock "adapters.lock" in the temporary folder until it is ended
+#include "platform/windows/win32/FileChanges.h"
 #include "platform/windows/win32/Files.h"
 #include "platform/windows/win32/Instance.h"
 #include "platform/windows/win32/RegistryKeys.h"
 #include "platform/windows/win32/Replacement.h"
 #include "platform/windows/win32/Windows.h"
+
+#include <sddl.h>
 
 #include <cstdio>
 #include <string>
@@ -78,6 +82,13 @@ void removeTree(const std::wstring &folder)
     removeFolder(folder);
 }
 
+std::wstring temporaryFolder()
+{
+    wchar_t folder[MAX_PATH];
+    GetTempPathW(MAX_PATH, folder);
+    return folder;
+}
+
 Handle openWithoutSharing(const std::wstring &path)
 {
     return Handle(CreateFileW(path.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr));
@@ -90,9 +101,7 @@ struct Folder
 
     Folder()
     {
-        wchar_t temporary[MAX_PATH];
-        GetTempPathW(MAX_PATH, temporary);
-        path = temporary + (L"qv adapters " + std::to_wstring(GetTickCount64()));
+        path = temporaryFolder() + L"qv adapters " + std::to_wstring(GetTickCount64());
         makeFolder(path);
     }
     ~Folder()
@@ -119,8 +128,12 @@ void aReplacedFileIsWhole(const Folder &folder)
     CHECK(contentOf(file) == "new content");
     CHECK(namesIn(folder.path) == L"QV_Toc.xml|");
 
+    put(folder / L"QV_TOC.XML", "new content"); // the name stays as it is spelled
+    CHECK(namesIn(folder.path) == L"QV_Toc.xml|");
+
     setAttributes(file, FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN);
     CHECK(raised([&] { put(file, "x"); }) == ERROR_ACCESS_DENIED);
+    flushFile(file);
     CHECK(contentOf(file) == "new content");
     put(file, "through", {true, true});
     CHECK(contentOf(file) == "through");
@@ -128,6 +141,47 @@ void aReplacedFileIsWhole(const Folder &folder)
     removeFile(file);
     CHECK(status(file).kind == Kind::Missing);
     CHECK(raised([&] { put(folder / L"none\\x", "x"); }) == ERROR_PATH_NOT_FOUND);
+}
+
+/// On a shared disk the process of another machine may have our number.
+void nobodyElsesTemporaryFileIsTaken(const Folder &folder)
+{
+    const std::wstring file = folder / L"QV_Toc.xml";
+    const std::wstring theirs = file + L".qvtmp" + std::to_wstring(GetCurrentProcessId());
+    put(theirs, "theirs");
+    put(file, "ours");
+    CHECK(contentOf(file) == "ours");
+    CHECK(contentOf(theirs) == "theirs");
+    CHECK(entries(folder.path).size() == 2);
+
+    const std::wstring longest = folder / std::wstring(255, L'n');
+    put(longest, "long");
+    CHECK(contentOf(longest) == "long");
+}
+
+std::string rightsOf(const std::wstring &path)
+{
+    DWORD size = 0;
+    GetFileSecurityW(path.c_str(), DACL_SECURITY_INFORMATION, nullptr, 0, &size);
+    std::string rights(size, '\0');
+    GetFileSecurityW(path.c_str(), DACL_SECURITY_INFORMATION, rights.data(), size, &size);
+    return rights;
+}
+
+void aReplacedFileKeepsItsRights(const Folder &folder)
+{
+    const std::wstring file = folder / L"QV_Toc.xml";
+    put(file, "old");
+    const std::string before = rightsOf(file);
+    PSECURITY_DESCRIPTOR everybody = nullptr;
+    CHECK(ConvertStringSecurityDescriptorToSecurityDescriptorW(L"D:P(A;;FA;;;WD)", SDDL_REVISION_1,
+                                                               &everybody, nullptr));
+    CHECK(SetFileSecurityW(file.c_str(), DACL_SECURITY_INFORMATION, everybody));
+    LocalFree(everybody);
+    const std::string own = rightsOf(file);
+    CHECK(own != before);
+    put(file, "new");
+    CHECK(rightsOf(file) == own);
 }
 
 void aFileThatSomebodyReadsIsWaitedFor(const Folder &folder)
@@ -142,8 +196,25 @@ void aFileThatSomebodyReadsIsWaitedFor(const Folder &folder)
     reader.join();
     CHECK(contentOf(file) == "new");
     const Handle held = openWithoutSharing(file);
-    CHECK(raised([&] { put(file, "never"); }) != ERROR_SUCCESS);
+    CHECK(raised([&] { put(file, "never"); }) == ERROR_SHARING_VIOLATION);
     CHECK(namesIn(folder.path) == L"busy.xml|");
+}
+
+/// What is deleted while it is open stays in its folder until it is closed.
+void aFolderWaitsForWhatWasDeletedInIt(const Folder &folder)
+{
+    const std::wstring inner = folder / L"inner";
+    makeFolder(inner);
+    put(inner + L"\\read.htm", "page");
+    std::int64_t size = 0;
+    std::thread reader([held = openToRead(inner + L"\\read.htm", size)]() mutable {
+        std::this_thread::sleep_for(400ms);
+        held.close();
+    });
+    removeFile(inner + L"\\read.htm");
+    CHECK(raised([&] { removeFolder(inner); }) == ERROR_SUCCESS);
+    reader.join();
+    CHECK(namesIn(folder.path).empty());
 }
 
 void namesKeepTheirCapitalsAndAnyLength(const Folder &folder)
@@ -198,27 +269,94 @@ void aLockKeepsOthersOut(const Folder &folder)
     CHECK(lockFile(file, 0ms).has_value());
 }
 
+constexpr auto checkKey = "Software\\Quovane adapters check";
+
+/// Stored by another program.
+void putValue(DWORD type, const std::string &bytes)
+{
+    HKEY key = nullptr;
+    RegCreateKeyA(HKEY_CURRENT_USER, checkKey, &key);
+    RegSetValueExA(key, "Path", 0, type, reinterpret_cast<const BYTE *>(bytes.data()),
+                   DWORD(bytes.size()));
+    RegCloseKey(key);
+}
+
+auto storedText()
+{
+    return registryText(HKEY_CURRENT_USER, checkKey, "Path");
+}
+
+/// Of the value as it lies there, in bytes.
+DWORD storedSize()
+{
+    HKEY key = nullptr;
+    DWORD size = 0;
+    RegOpenKeyExA(HKEY_CURRENT_USER, checkKey, 0, KEY_READ, &key);
+    RegQueryValueExW(key, L"Path", nullptr, nullptr, nullptr, &size);
+    RegCloseKey(key);
+    return size;
+}
+
 void theRegistryKeepsExactlyTheText()
 {
-    const std::string key = "Software\\Quovane adapters check";
-    CHECK(!registryText(HKEY_CURRENT_USER, key, "Path"));
-    CHECK(setRegistryText(HKEY_CURRENT_USER, key, "Path", "C:\\Data"));
-    CHECK(registryText(HKEY_CURRENT_USER, key, "Path") == "C:\\Data");
-    DWORD size = 0;
-    RegGetValueA(HKEY_CURRENT_USER, key.c_str(), "Path", RRF_RT_ANY | RRF_NOEXPAND, nullptr,
-                 nullptr, &size);
-    HKEY opened = nullptr;
-    RegOpenKeyExA(HKEY_CURRENT_USER, key.c_str(), 0, KEY_READ, &opened);
-    RegQueryValueExA(opened, "Path", nullptr, nullptr, nullptr, &size);
-    CHECK(size == 7);
-    const std::string inside("a\0b", 3);
-    CHECK(setRegistryText(HKEY_CURRENT_USER, key, "Path", inside));
-    CHECK(registryText(HKEY_CURRENT_USER, key, "Path") == inside);
-    CHECK(setRegistryText(HKEY_CURRENT_USER, key, "Path", ""));
-    CHECK(registryText(HKEY_CURRENT_USER, key, "Path") == "");
-    CHECK(!registryText(HKEY_CURRENT_USER, key, "Other"));
-    RegCloseKey(opened);
-    RegDeleteKeyA(HKEY_CURRENT_USER, key.c_str());
+    const auto store = [](const std::string &text, Ending ending) {
+        return setRegistryText(HKEY_CURRENT_USER, checkKey, "Path", text, ending);
+    };
+    CHECK(!storedText());
+    CHECK(store("C:\\Data", Ending::None));
+    CHECK(storedText() == "C:\\Data");
+    CHECK(storedSize() == 7 * sizeof(wchar_t));
+    CHECK(store("C:\\Data", Ending::Zero));
+    CHECK(storedText() == "C:\\Data");
+    CHECK(storedSize() == 8 * sizeof(wchar_t));
+    for (const std::string &text :
+         {std::string("a\0b", 3), std::string(), std::string(70000, 'x')}) {
+        CHECK(store(text, Ending::None) && storedText() == text);
+        CHECK(store(text, Ending::Zero) && storedText() == text);
+    }
+    CHECK(!registryText(HKEY_CURRENT_USER, checkKey, "Other"));
+    RegDeleteKeyA(HKEY_CURRENT_USER, checkKey);
+}
+
+/// Rights that nobody has.
+struct Nobody
+{
+    ACL rights{};
+    SECURITY_DESCRIPTOR descriptor{};
+
+    Nobody()
+    {
+        InitializeAcl(&rights, sizeof(rights), ACL_REVISION);
+        InitializeSecurityDescriptor(&descriptor, SECURITY_DESCRIPTOR_REVISION);
+        SetSecurityDescriptorDacl(&descriptor, TRUE, &rights, FALSE);
+    }
+};
+
+void aKeyWithoutRightsIsNotAMissingOne()
+{
+    HKEY key = nullptr;
+    RegCreateKeyA(HKEY_CURRENT_USER, checkKey, &key);
+    Nobody nobody;
+    RegSetKeySecurity(key, DACL_SECURITY_INFORMATION, &nobody.descriptor);
+    CHECK(raised([] { (void)storedText(); }) == ERROR_ACCESS_DENIED);
+    CHECK(!setRegistryText(HKEY_CURRENT_USER, checkKey, "Path", "x", Ending::Zero));
+    SetSecurityDescriptorDacl(&nobody.descriptor, TRUE, nullptr, FALSE); // everybody's
+    RegSetKeySecurity(key, DACL_SECURITY_INFORMATION, &nobody.descriptor);
+    RegCloseKey(key);
+    RegDeleteKeyA(HKEY_CURRENT_USER, checkKey);
+    CHECK(!storedText());
+}
+
+void theRegistryTellsWhatOthersStored()
+{
+    SetEnvironmentVariableA("QV_CHECK", "C:\\Client");
+    putValue(REG_DWORD, std::string("\1\0\0\0", 4));
+    CHECK(storedText() == "1");
+    putValue(REG_EXPAND_SZ, "%QV_CHECK%\\Bin");
+    CHECK(storedText() == "C:\\Client\\Bin");
+    putValue(REG_SZ, std::string("%QV_CHECK%\0\0", 12));
+    CHECK(storedText() == "%QV_CHECK%");
+    RegDeleteKeyA(HKEY_CURRENT_USER, checkKey);
 }
 
 /// This program once more, with an argument; its output is what comes through the pipe.
@@ -284,12 +422,50 @@ void windowsAreFoundRaisedAndClosed()
     CHECK(other.line()
           == "raise Content|QVT@qv@S\xc3\xbc"
              "d");
+    SuspendThread(other.process.hThread);
+    CHECK(!raiseWindow(indexCaption, {})); // it is busy, so that who asks may ask again
+    ResumeThread(other.process.hThread);
     CHECK(raiseWindow(indexCaption, {}));
-    CHECK(other.line() == "raise |");
     CHECK(closeWindow(indexClass, indexCaption));
-    CHECK(other.line() == "close");
+    std::string line = other.line();
+    CHECK(line == "raise |");
+    while (line == "raise |") // the first request may have come late, or not at all
+        line = other.line();
+    CHECK(line == "close");
     CHECK(other.ends());
     CHECK(!windowExists(indexClass, indexCaption));
+}
+
+void aLockEndsWithItsProgram()
+{
+    const std::wstring file = temporaryFolder() + L"adapters.lock";
+    {
+        Second other(L"lock");
+        CHECK(other.line() == "locked");
+        CHECK(!lockFile(file, 50ms).has_value());
+    } // killed here
+    CHECK(lockFile(file, 5s).has_value());
+    removeFile(file);
+}
+
+/// A folder shown by Explorer has its name for a caption.
+void foldersAreNoWindowsOfOurs()
+{
+    WNDCLASSW explorers{};
+    explorers.lpfnWndProc = DefWindowProcW;
+    explorers.hInstance = GetModuleHandleW(nullptr);
+    explorers.lpszClassName = L"CabinetWClass";
+    RegisterClassW(&explorers);
+    const HWND folder = CreateWindowW(L"CabinetWClass", indexCaption, WS_POPUP, 0, 0, 0, 0, nullptr,
+                                      nullptr, explorers.hInstance, nullptr);
+    CHECK(folder != nullptr);
+    CHECK(!windowExists({}, indexCaption));
+    CHECK(!raiseWindow(indexCaption, {}));
+    CHECK(windowExists(L"CabinetWClass", indexCaption));
+    Second other(L"announce");
+    CHECK(other.line() == "ready");
+    CHECK(windowExists({}, indexCaption));
+    DestroyWindow(folder);
 }
 
 void theSecondInstanceKnowsThatItIsOne()
@@ -300,6 +476,11 @@ void theSecondInstanceKnowsThatItIsOne()
     CHECK(!Instance(L"another").isSecond());
     CHECK(other.ends());
     CHECK(!Instance(L"check").isSecond());
+
+    Nobody nobody;
+    SECURITY_ATTRIBUTES denied{sizeof(SECURITY_ATTRIBUTES), &nobody.descriptor, FALSE};
+    const Handle administrators(CreateMutexW(&denied, FALSE, L"Local\\Quovane.check"));
+    CHECK(Instance(L"check").isSecond());
 }
 
 void errorsHaveWords()
@@ -339,6 +520,14 @@ int announce()
     return 0;
 }
 
+int holdLock()
+{
+    const auto held = lockFile(temporaryFolder() + L"adapters.lock", 0ms);
+    say(held ? "locked" : "not locked");
+    Sleep(60'000);
+    return 0;
+}
+
 int hold(const wchar_t *name)
 {
     const Instance instance(name);
@@ -374,10 +563,17 @@ int main(int argc, char *argv[])
         return announce();
     if (mode == "hold")
         return hold(L"check");
-    inFolders(aReplacedFileIsWhole, aFileThatSomebodyReadsIsWaitedFor,
+    if (mode == "lock")
+        return holdLock();
+    inFolders(aReplacedFileIsWhole, nobodyElsesTemporaryFileIsTaken, aReplacedFileKeepsItsRights,
+              aFileThatSomebodyReadsIsWaitedFor, aFolderWaitsForWhatWasDeletedInIt,
               namesKeepTheirCapitalsAndAnyLength, linksAreNeverFollowed, aLockKeepsOthersOut);
+    aLockEndsWithItsProgram();
     theRegistryKeepsExactlyTheText();
+    theRegistryTellsWhatOthersStored();
+    aKeyWithoutRightsIsNotAMissingOne();
     windowsAreFoundRaisedAndClosed();
+    foldersAreNoWindowsOfOurs();
     theSecondInstanceKnowsThatItIsOne();
     errorsHaveWords();
     std::printf("%d failed\n", failures);
