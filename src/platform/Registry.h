@@ -23,4 +23,12 @@ public:
     /// Makes the key when needed and stores the value. False when the store refuses.
     virtual bool setValue(Hive hive, const QString &key, const QString &name,
                           const QString &value) = 0;
+
+    /// The same for a value of exactly its characters: where a store ends texts with a NUL, as
+    /// readers of Windows' registry expect, this one has none.
+    virtual bool setBareValue(Hive hive, const QString &key, const QString &name,
+                              const QString &value)
+    {
+        return setValue(hive, key, name, value);
+    }
 };

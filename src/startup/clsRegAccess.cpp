@@ -32,6 +32,7 @@ QString clsRegAccess::mstrGetDesPath(const QString &subKey)
 void clsRegAccess::msetPathInfo(const QString &subKey, const QString &path)
 {
     trap(leaveIt, [&] {
-        m_registry.setValue(Hive::LocalMachine, RegistryKey::compiler + subKey, valueName, path);
+        m_registry.setBareValue(Hive::LocalMachine, RegistryKey::compiler + subKey, valueName,
+                                path);
     });
 }

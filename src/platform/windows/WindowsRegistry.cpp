@@ -7,11 +7,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-HKEY handleOf(Hive hive)
-{
-    return hive == Hive::CurrentUser ? HKEY_CURRENT_USER : HKEY_LOCAL_MACHINE;
-}
-
 /// The text in the process's code page; nothing when that has not all of its characters.
 std::optional<std::string> bytesOf(const QString &text)
 {
@@ -19,9 +14,10 @@ std::optional<std::string> bytesOf(const QString &text)
     if (wide.empty())
         return std::string();
     const auto convert = [&](char *to, int size, BOOL *lost) {
-        const bool isUnicode = GetACP() == CP_UTF8; // which loses nothing, and refuses the question
-        return WideCharToMultiByte(CP_ACP, isUnicode ? 0 : WC_NO_BEST_FIT_CHARS, wide.data(),
-                                   int(wide.size()), to, size, nullptr, isUnicode ? nullptr : lost);
+        const bool isUnicode = GetACP() == CP_UTF8; // which fails where another one asks
+        return WideCharToMultiByte(CP_ACP, isUnicode ? WC_ERR_INVALID_CHARS : WC_NO_BEST_FIT_CHARS,
+                                   wide.data(), int(wide.size()), to, size, nullptr,
+                                   isUnicode ? nullptr : lost);
     };
     BOOL lost = FALSE;
     std::string bytes(size_t(convert(nullptr, 0, &lost)), '\0');
@@ -50,9 +46,21 @@ std::optional<QString> stored(HKEY hive, const QString &key, const QString &name
         const auto bytes = win32::registryText(hive, *keyBytes, *nameBytes);
         return bytes ? std::optional(textOf(*bytes)) : std::nullopt;
     } catch (const win32::Error &error) {
-        throw QvError(PathFileAccess, {},
-                      u"The registry cannot be read: %1 (%2)"_s.arg(
-                          key, QString::fromStdWString(win32::describe(error.code))));
+        throw QvError(
+            PathFileAccess, {},
+            u"The registry cannot be read: %1\\%2 (%3)"_s.arg(
+                hive == HKEY_CURRENT_USER ? "HKEY_CURRENT_USER"_L1 : "HKEY_LOCAL_MACHINE"_L1, key,
+                QString::fromStdWString(win32::describe(error.code))));
+    }
+}
+
+/// A value of the user's own, so that it is the one to change; also one that cannot be read.
+bool hidesTheMachines(const QString &key, const QString &name)
+{
+    try {
+        return stored(HKEY_CURRENT_USER, key, name).has_value();
+    } catch (const QvError &) {
+        return true;
     }
 }
 
@@ -60,7 +68,7 @@ std::optional<QString> stored(HKEY hive, const QString &key, const QString &name
 
 WindowsRegistry::WindowsRegistry()
 {
-    if (qEnvironmentVariableIsSet("QUOVANE_SETTINGS"))
+    if (!qEnvironmentVariableIsEmpty("QUOVANE_SETTINGS"))
         m_files.emplace();
 }
 
@@ -75,6 +83,18 @@ std::optional<QString> WindowsRegistry::value(Hive hive, const QString &key, con
 bool WindowsRegistry::setValue(Hive hive, const QString &key, const QString &name,
                                const QString &value)
 {
+    return store(hive, key, name, value, win32::Ending::Zero);
+}
+
+bool WindowsRegistry::setBareValue(Hive hive, const QString &key, const QString &name,
+                                   const QString &value)
+{
+    return store(hive, key, name, value, win32::Ending::None);
+}
+
+bool WindowsRegistry::store(Hive hive, const QString &key, const QString &name,
+                            const QString &value, win32::Ending ending)
+{
     if (m_files)
         return m_files->setValue(hive, key, name, value);
     const auto keyBytes = bytesOf(key);
@@ -82,9 +102,9 @@ bool WindowsRegistry::setValue(Hive hive, const QString &key, const QString &nam
     const auto bytes = bytesOf(value);
     if (!keyBytes || !nameBytes || !bytes)
         return false;
-    const auto store = [&](HKEY root) {
-        return win32::setRegistryText(root, *keyBytes, *nameBytes, *bytes);
+    const auto storeBelow = [&](HKEY root) {
+        return win32::setRegistryText(root, *keyBytes, *nameBytes, *bytes, ending);
     };
-    const bool isUsers = hive == Hive::CurrentUser || stored(HKEY_CURRENT_USER, key, name);
-    return (!isUsers && store(handleOf(hive))) || store(HKEY_CURRENT_USER);
+    const bool isUsers = hive == Hive::CurrentUser || hidesTheMachines(key, name);
+    return (!isUsers && storeBelow(HKEY_LOCAL_MACHINE)) || storeBelow(HKEY_CURRENT_USER);
 }

@@ -1,5 +1,8 @@
 #include "platform/windows/win32/RegistryKeys.h"
 
+#include <algorithm>
+#include <cstring>
+
 namespace win32 {
 
 namespace {
@@ -12,6 +15,24 @@ struct Key
     HKEY handle = nullptr;
     ~Key() { RegCloseKey(handle); }
 };
+
+std::string expanded(const std::string &text)
+{
+    std::string result(32 * 1024, '\0'); // the system's limit
+    const DWORD size = ExpandEnvironmentStringsA(text.c_str(), result.data(), DWORD(result.size()));
+    return size == 0 || size > result.size() ? text : std::string(result.c_str());
+}
+
+std::string textOf(DWORD type, std::string bytes)
+{
+    DWORD number = 0;
+    if (type == REG_DWORD && bytes.size() == sizeof(number)) {
+        std::memcpy(&number, bytes.data(), sizeof(number));
+        return std::to_string(number);
+    }
+    bytes.erase(bytes.find_last_not_of('\0') + 1);
+    return type == REG_EXPAND_SZ ? expanded(bytes) : bytes;
+}
 
 } // namespace
 
@@ -27,26 +48,25 @@ std::optional<std::string> registryText(HKEY hive, const std::string &key, const
     DWORD type = 0;
     code = RegQueryValueExA(opened.handle, name.c_str(), nullptr, &type, nullptr, &size);
     std::string text(size, '\0');
-    // Another program may store a longer one between the two questions.
     while (code == ERROR_SUCCESS || code == ERROR_MORE_DATA) {
         code = RegQueryValueExA(opened.handle, name.c_str(), nullptr, &type,
                                 reinterpret_cast<BYTE *>(text.data()), &size);
-        if (code == ERROR_SUCCESS)
+        if (code != ERROR_MORE_DATA)
             break;
-        text.resize(size);
+        // Another program has stored a longer one between the two questions.
+        text.resize(std::max<size_t>(size, 2 * text.size() + 1));
+        size = DWORD(text.size());
     }
-    if (code == ERROR_FILE_NOT_FOUND || (code == ERROR_SUCCESS && type != REG_SZ))
+    if (code == ERROR_FILE_NOT_FOUND)
         return std::nullopt;
     if (code != ERROR_SUCCESS)
         raise(DWORD(code));
     text.resize(size);
-    if (text.ends_with('\0'))
-        text.pop_back();
-    return text;
+    return textOf(type, text);
 }
 
 bool setRegistryText(HKEY hive, const std::string &key, const std::string &name,
-                     const std::string &text)
+                     const std::string &text, Ending ending)
 {
     Key made;
     DWORD disposition = 0;
@@ -55,10 +75,12 @@ bool setRegistryText(HKEY hive, const std::string &key, const std::string &name,
                         nullptr, &made.handle, &disposition)
         != ERROR_SUCCESS)
         return false;
-    // The system stores a zero byte too when it finds one behind the text.
-    const std::string bytes = text + '.';
+    // Unasked the system stores a zero byte too when it finds one behind the text.
+    const bool isBare = ending == Ending::None;
+    const std::string bytes = text + (isBare ? '.' : '\0');
     return RegSetValueExA(made.handle, name.c_str(), 0, REG_SZ,
-                          reinterpret_cast<const BYTE *>(bytes.data()), DWORD(text.size()))
+                          reinterpret_cast<const BYTE *>(bytes.data()),
+                          DWORD(isBare ? text.size() : bytes.size()))
            == ERROR_SUCCESS;
 }
 

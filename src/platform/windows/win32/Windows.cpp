@@ -11,9 +11,22 @@ constexpr ULONG_PTR helpRequest = 0x51561; // what WM_COPYDATA carries: kind, ze
 constexpr auto mark = L"QuovaneAnnouncement";
 constexpr UINT patience = 300; // milliseconds
 
+bool showsFolder(HWND window)
+{
+    wchar_t className[32]{};
+    GetClassNameW(window, className, int(std::size(className)));
+    return className == std::wstring(L"CabinetWClass");
+}
+
 HWND findWindow(const std::wstring &className, const std::wstring &caption)
 {
-    return FindWindowW(className.empty() ? nullptr : className.c_str(), caption.c_str());
+    if (!className.empty())
+        return FindWindowW(className.c_str(), caption.c_str());
+    HWND window = nullptr;
+    do {
+        window = FindWindowExW(nullptr, window, nullptr, caption.c_str());
+    } while (window != nullptr && showsFolder(window));
+    return window;
 }
 
 /// The announcement among all windows of a caption; null when no program of ours has it.
@@ -27,7 +40,7 @@ HWND findAnnouncement(const std::wstring &caption)
     return nullptr;
 }
 
-void send(HWND window, const HelpRequest &request)
+bool send(HWND window, const HelpRequest &request)
 {
     DWORD process = 0;
     GetWindowThreadProcessId(window, &process);
@@ -37,8 +50,9 @@ void send(HWND window, const HelpRequest &request)
     text += request.topic.c_str();
     text += L'\0';
     COPYDATASTRUCT data{helpRequest, DWORD(text.size() * sizeof(wchar_t)), text.data()};
-    SendMessageTimeoutW(window, WM_COPYDATA, 0, reinterpret_cast<LPARAM>(&data), SMTO_NORMAL,
-                        patience, nullptr);
+    return SendMessageTimeoutW(window, WM_COPYDATA, 0, reinterpret_cast<LPARAM>(&data), SMTO_NORMAL,
+                               patience, nullptr)
+           != 0;
 }
 
 /// Whatever the sender sent, the texts end inside it.
@@ -62,10 +76,8 @@ bool windowExists(const std::wstring &className, const std::wstring &caption)
 
 bool raiseWindow(const std::wstring &caption, const HelpRequest &request)
 {
-    if (const HWND ours = findAnnouncement(caption)) {
-        send(ours, request);
-        return true;
-    }
+    if (const HWND ours = findAnnouncement(caption))
+        return send(ours, request);
     const HWND window = findWindow({}, caption);
     if (window == nullptr)
         return false;
@@ -96,6 +108,8 @@ Announcement::Announcement(std::wstring className, const std::wstring &caption, 
         return;
     SetWindowLongPtrW(m_window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
     SetPropW(m_window, mark, reinterpret_cast<HANDLE>(1));
+    // Run by an administrator it hears those who are none, too.
+    ChangeWindowMessageFilterEx(m_window, WM_COPYDATA, MSGFLT_ALLOW, nullptr);
 }
 
 Announcement::~Announcement()

@@ -5,7 +5,8 @@
 #include <functional>
 #include <string>
 
-// Windows of other programs on this desktop, by class and caption; an empty class means any.
+// Windows of other programs on this desktop, by class and caption. An empty class means any but
+// the folders that Explorer shows, whose captions are the folders' names.
 
 namespace win32 {
 
@@ -19,7 +20,8 @@ struct HelpRequest
 [[nodiscard]] bool windowExists(const std::wstring &className, const std::wstring &caption);
 
 /// To the front, maximized. A window of ours, which an Announcement stands for, gets the request
-/// and raises itself; another one is maximized as it is. False when there is none.
+/// and raises itself; another one is maximized as it is. False when there is none, or ours is too
+/// busy to answer now.
 bool raiseWindow(const std::wstring &caption, const HelpRequest &request);
 
 /// Posts the message of the close box. False when there is none.
