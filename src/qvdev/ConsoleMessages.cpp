@@ -50,4 +50,5 @@ void ConsoleMessages::print(const QString &text)
     m_progress.clear();
     const QByteArray line = m_printed.last().toUtf8() + '\n';
     std::fwrite(line.constData(), 1, static_cast<size_t>(line.size()), stderr);
+    std::fflush(stderr);
 }

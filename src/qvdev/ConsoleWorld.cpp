@@ -33,7 +33,8 @@ void ConsoleWorld::findServer(const QString &native)
 // What is meant by a relative path only the machine's own folders can say.
 QString ConsoleWorld::productPath(const QString &native)
 {
-    const QString whole = QDir::cleanPath(QDir::current().absoluteFilePath(native));
+    const QString whole =
+        QDir::toNativeSeparators(QDir::cleanPath(QDir::current().absoluteFilePath(native)));
     const QString product = files.productPath(whole);
     messages.paths().add(product, whole);
     return product;

@@ -81,10 +81,11 @@ void Output::bytes(const QByteArray &content)
     m_isEmpty = false;
     m_progress.clear();
     const auto size = static_cast<size_t>(content.size());
-    m_failed = std::fwrite(content.constData(), 1, size, stdout) != size || m_failed;
+    const bool isWritten = std::fwrite(content.constData(), 1, size, stdout) == size;
+    m_failed = !isWritten || std::fflush(stdout) != 0 || m_failed;
 }
 
-bool Output::wasWritten()
+bool Output::wasWritten() const
 {
-    return std::fflush(stdout) == 0 && !m_failed;
+    return !m_failed;
 }

@@ -30,7 +30,7 @@ public:
     void refusal(const QString &reason);
 
     /// False when standard output could not take it all.
-    [[nodiscard]] bool wasWritten();
+    [[nodiscard]] bool wasWritten() const;
     [[nodiscard]] bool isJson() const { return m_json; }
 
 private:

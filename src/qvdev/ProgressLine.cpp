@@ -13,6 +13,7 @@ constexpr qsizetype width = 76; // of a line that no terminal breaks
 
 ProgressLine::ProgressLine()
     : m_isTerminal(isTerminal(stderr))
+    , m_takesEscapes(takesEscapes(stderr))
 {
 }
 
@@ -40,6 +41,8 @@ void ProgressLine::clear()
 
 void ProgressLine::write(const QString &line)
 {
-    const QByteArray bytes = "\r\x1b[K" + line.toUtf8();
+    const QByteArray blank = m_takesEscapes ? "\r\x1b[K"_ba : '\r' + QByteArray(width, ' ') + '\r';
+    const QByteArray bytes = blank + line.toUtf8();
     std::fwrite(bytes.constData(), 1, static_cast<size_t>(bytes.size()), stderr);
+    std::fflush(stderr);
 }

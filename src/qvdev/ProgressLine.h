@@ -19,6 +19,7 @@ private:
     void write(const QString &line);
 
     const bool m_isTerminal;
+    const bool m_takesEscapes;
     std::mutex m_guard;
     std::chrono::steady_clock::time_point m_next;
     bool m_isShown = false;

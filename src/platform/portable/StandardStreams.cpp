@@ -1,33 +1,7 @@
 #include "platform/portable/StandardStreams.h"
 
-#include <QtGlobal>
-
 #include <fcntl.h>
-
-#ifdef Q_OS_WIN
-#include <io.h>
-#else
 #include <unistd.h>
-#endif
-
-#ifdef Q_OS_WIN
-
-// The number of a stream that is closed is negative; no other file gets it here.
-void prepareStandardStreams()
-{
-    for (std::FILE *const stream : {stdout, stderr}) {
-        if (const int number = ::_fileno(stream); number >= 0)
-            ::_setmode(number, _O_BINARY);
-    }
-}
-
-bool isTerminal(std::FILE *stream)
-{
-    const int number = ::_fileno(stream);
-    return number >= 0 && ::_isatty(number) != 0;
-}
-
-#else
 
 void prepareStandardStreams()
 {
@@ -43,4 +17,7 @@ bool isTerminal(std::FILE *stream)
     return ::isatty(::fileno(stream)) == 1;
 }
 
-#endif
+bool takesEscapes(std::FILE *stream)
+{
+    return isTerminal(stream);
+}

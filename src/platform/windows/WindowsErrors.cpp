@@ -4,6 +4,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+constexpr DWORD diskQuotaExceeded = 1295; // ERROR_DISK_QUOTA_EXCEEDED
+
 int numberOf(DWORD code, int whenMissing)
 {
     switch (code) {
@@ -17,6 +19,10 @@ int numberOf(DWORD code, int whenMissing)
     case ERROR_LOCK_VIOLATION:
     case ERROR_DISK_FULL:
     case ERROR_HANDLE_DISK_FULL:
+    case diskQuotaExceeded:
+    case ERROR_NOT_ENOUGH_QUOTA:
+    case ERROR_NETWORK_ACCESS_DENIED:
+    case ERROR_DELETE_PENDING:
         return PermissionDenied;
     default:
         return PathFileAccess;

@@ -4,6 +4,7 @@
 #include "platform/Paths.h"
 #include "platform/TreeWalker.h"
 #include "platform/windows/WindowsErrors.h"
+#include "platform/windows/win32/FileChanges.h"
 #include "platform/windows/win32/Files.h"
 #include "platform/windows/win32/Replacement.h"
 
@@ -192,11 +193,21 @@ void WindowsFiles::makeFolder(const QString &path, NameCheck)
 void WindowsFiles::move(const QString &from, const QString &to, NameCheck)
 {
     constexpr auto cannotMove = "The name cannot be changed"_L1;
-    if (status(from).kind == FileKind::Missing)
+    const FileKind kind = status(from).kind;
+    if (kind == FileKind::Missing)
         raiseSystemError(ERROR_FILE_NOT_FOUND, cannotMove, from, missingNumber(from));
-    explained(
-        cannotMove, to, [&] { win32::move(m_paths.native(from), m_paths.native(to)); },
-        PathNotFound);
+    const auto moveIt = [&] {
+        try {
+            win32::move(m_paths.native(from), m_paths.native(to));
+        } catch (const win32::Error &error) {
+            if (error.code != ERROR_ACCESS_DENIED || kind != FileKind::Folder)
+                throw;
+            throw QvError(PermissionDenied, {},
+                          cannotMove
+                              + u": %1 (A file in it is open, or you may not change it)"_s.arg(to));
+        }
+    };
+    explained(cannotMove, to, moveIt, PathNotFound);
 }
 
 void WindowsFiles::removeFile(const QString &path, bool evenReadOnly)
@@ -282,7 +293,7 @@ std::unique_ptr<FileLock> WindowsFiles::lock(const QString &path, const QString 
 
 QString WindowsFiles::nativePath(const QString &path)
 {
-    return QString::fromStdWString(m_paths.native(path));
+    return QString::fromStdWString(win32::asOnDisk(m_paths.native(path)));
 }
 
 QString WindowsFiles::productPath(const QString &native)

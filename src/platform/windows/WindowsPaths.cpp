@@ -6,8 +6,6 @@
 #include <QDir>
 #include <QStringList>
 
-#include <algorithm>
-
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -17,24 +15,16 @@ namespace {
     throw QvError(number, {}, what + u": "_s + path);
 }
 
-bool startsWithDrive(const QString &path)
+bool startsWithDrive(QStringView path, QChar mark = u':')
 {
     const auto isLetter = [](QChar c) { return c.isLetter() && c.unicode() < 128; };
-    return path.size() >= 2 && isLetter(path[0]) && path[1] == u':'
+    return path.size() >= 2 && isLetter(path[0]) && path[1] == mark
            && (path.size() == 2 || path[2] == u'\\');
 }
 
-/// What a program without our care would open under this name is something else.
-bool isReadAsAnotherName(const QString &name)
+bool isOnMachinesDrive(QStringView path)
 {
-    static const QStringList devices = [] {
-        QStringList names{u"con"_s, u"prn"_s, u"aux"_s, u"nul"_s};
-        for (const QChar digit : u"123456789"_s)
-            names << u"com"_s + digit << u"lpt"_s + digit;
-        return names;
-    }();
-    return name.endsWith(u'.') || name.endsWith(u' ')
-           || devices.contains(name.section(u'.', 0, 0).trimmed().toLower());
+    return path.startsWith(u'\\') && startsWithDrive(path.sliced(1), u'$');
 }
 
 /// "\a\\b\" as "\a\b".
@@ -45,7 +35,7 @@ QString checkedComponents(const QString &text, const QString &path)
     for (const QString &component : components) {
         if (component == "."_L1 || component == ".."_L1)
             raisePathError(PathFileAccess, "A path must not hold \".\" or \"..\""_L1, path);
-        if (isReadAsAnotherName(component))
+        if (!isSafeName(component)) // "x.", "nul" and "a:b" are read as other names
             raisePathError(PathFileAccess, "Windows has no such file name"_L1, path);
         result += u'\\' + component;
     }
@@ -77,6 +67,8 @@ std::wstring WindowsPaths::native(const QString &path) const
         result = u'\\' + checkedComponents(text, path);
         if (result.count(u'\\') < 3)
             raisePathError(PathNotFound, "The network name has no folder"_L1, path);
+    } else if (!m_drives.isEmpty() && isOnMachinesDrive(text)) {
+        result = text[1] + u":"_s + checkedComponents(text.sliced(3), path);
     } else if (!m_drives.isEmpty() && text.startsWith(u'\\') && !text.startsWith("\\\\"_L1)) {
         result = m_drives + checkedComponents(text, path);
     } else {
@@ -96,13 +88,12 @@ QString WindowsPaths::product(const QString &native) const
 {
     QString path =
         QDir::toNativeSeparators(QDir::cleanPath(QDir::current().absoluteFilePath(native)));
-    const bool isBelow =
-        !m_drives.isEmpty() && path.startsWith(m_drives + u'\\', Qt::CaseInsensitive);
-    if (!isBelow)
+    if (m_drives.isEmpty())
         return path;
-    const QString below = path.sliced(m_drives.size() + 1);
+    const bool isBelow = path.startsWith(m_drives + u'\\', Qt::CaseInsensitive);
+    const QString below = isBelow ? path.sliced(m_drives.size() + 1) : QString();
     const bool onDrive = below.size() == 1 || (below.size() > 1 && below[1] == u'\\');
     if (!onDrive)
-        return u'\\' + below;
+        return u'\\' + path[0] + u'$' + path.sliced(2);
     return below[0].toUpper() + u":\\"_s + below.sliced(qMin(below.size(), qsizetype(2)));
 }

@@ -5,7 +5,8 @@
 #include <string>
 
 /// Product paths are paths of Windows as they stand. When a drives folder is named, for trials and
-/// tests, "C:\x" lies under "<drives folder>\c\x" and "\srv\x" under "<drives folder>\srv\x".
+/// tests, "C:\x" lies under "<drives folder>\c\x" and "\srv\x" under "<drives folder>\srv\x";
+/// "\C$\x" is the machine's own C:\x.
 class WindowsPaths final
 {
 public:
@@ -14,7 +15,7 @@ public:
 
     /// The full path, without a backslash at the end except for a drive. Slashes count as
     /// backslashes. Raises 76 for paths that are not full, 75 for "." and "..", for names that
-    /// Windows would read as another one ("x.", "nul") and for what no file can be called.
+    /// Windows would read as another one ("x.", "nul", "a:b") and for what no file can be called.
     [[nodiscard]] std::wstring native(const QString &path) const;
 
     /// True for a drive below the drives folder, which may have to be made.

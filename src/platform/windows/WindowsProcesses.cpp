@@ -12,6 +12,9 @@
 
 #include <shellapi.h>
 
+#include <algorithm>
+#include <array>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -23,11 +26,22 @@ QString withEnding(const QString &program)
     return program.endsWith(ending, Qt::CaseInsensitive) ? program : program + ending;
 }
 
+/// What a browser shows itself; other files the shell would run, or hand to a program that does.
+bool isShownByBrowsers(const QString &path)
+{
+    static constexpr std::array endings{
+        "htm"_L1,  "html"_L1, "xhtml"_L1, "xht"_L1, "shtml"_L1, "xml"_L1, "txt"_L1,  "md"_L1,
+        "csv"_L1,  "css"_L1,  "json"_L1,  "pdf"_L1, "svg"_L1,   "png"_L1, "jpg"_L1,  "jpeg"_L1,
+        "webp"_L1, "gif"_L1,  "bmp"_L1,   "ico"_L1, "mp3"_L1,   "mp4"_L1, "webm"_L1, "ogg"_L1};
+    const QString suffix = QFileInfo(path).suffix().toLower();
+    return std::find(endings.begin(), endings.end(), suffix) != endings.end();
+}
+
 /// By its full path, so that no program of that name in the current folder is taken for it.
 QString notepad()
 {
     wchar_t folder[MAX_PATH];
-    const UINT size = GetWindowsDirectoryW(folder, MAX_PATH);
+    const UINT size = GetSystemWindowsDirectoryW(folder, MAX_PATH); // not a terminal user's own
     return QString::fromWCharArray(folder, int(size)) + u"\\notepad.exe"_s;
 }
 
@@ -58,6 +72,9 @@ void WindowsProcesses::openText(const QString &path)
 void WindowsProcesses::openPage(const QString &path)
 {
     const std::wstring file = nativeFile(path).toStdWString();
+    if (!isShownByBrowsers(path))
+        throw QvError(PermissionDenied, {},
+                      u"The file is not opened, for it is nothing that a browser shows: "_s + path);
     const auto answer = reinterpret_cast<INT_PTR>(
         ShellExecuteW(nullptr, L"open", file.c_str(), nullptr, nullptr, SW_SHOWNORMAL));
     if (answer <= 32) // the shell's way to say no

@@ -15,6 +15,7 @@ public:
                    const ProcessLimits &limits, const std::stop_token &stop,
                    const std::function<void(const QByteArray &line)> &line) override;
     void openText(const QString &path) override; ///< in the notepad
+    /// Raises 70 also for what is no page, picture, sound or text: the shell would run it.
     void openPage(const QString &path) override;
 
 private:

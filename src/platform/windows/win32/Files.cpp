@@ -8,9 +8,6 @@ namespace win32 {
 
 namespace {
 
-constexpr DWORD shareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
-constexpr DWORD linkItself = FILE_FLAG_BACKUP_SEMANTICS | FILE_FLAG_OPEN_REPARSE_POINT;
-
 /// Whether what the tag stands for lies in another place; clouds and deduplicated disks use tags
 /// for files that are here.
 bool isLink(DWORD attributes, DWORD tag)
@@ -54,6 +51,17 @@ DWORD tagOf(const std::wstring &path)
     return info.ReparseTag;
 }
 
+/// As the folder has it; nothing when that cannot be read, or does not have it.
+std::optional<std::wstring> listedName(const std::wstring &path)
+{
+    WIN32_FIND_DATAW found{};
+    const HANDLE search = FindFirstFileW(longPath(path).c_str(), &found);
+    if (search == INVALID_HANDLE_VALUE)
+        return std::nullopt;
+    FindClose(search);
+    return found.cFileName;
+}
+
 bool isDots(const wchar_t *name)
 {
     return name[0] == L'.' && (name[1] == 0 || (name[1] == L'.' && name[2] == 0));
@@ -90,38 +98,11 @@ bool lockLastByte(HANDLE file)
     OVERLAPPED place{};
     place.Offset = 0xFFFFFFFE; // nobody who reads the file meets the lock there
     place.OffsetHigh = 0x7FFFFFFF;
-    return LockFileEx(file, LOCKFILE_EXCLUSIVE_LOCK | LOCKFILE_FAIL_IMMEDIATELY, 0, 1, 0, &place);
-}
-
-void rename(const std::wstring &source, const std::wstring &target)
-{
-    if (!retried([&] {
-            return MoveFileExW(source.c_str(), target.c_str(), MOVEFILE_WRITE_THROUGH) != 0;
-        }))
-        raiseLast();
-}
-
-bool isSameText(const std::wstring &a, const std::wstring &b)
-{
-    return CompareStringOrdinal(a.data(), int(a.size()), b.data(), int(b.size()), TRUE)
-           == CSTR_EQUAL;
-}
-
-/// Whether the disk has the file under these very capitals.
-bool isCalledSo(const std::wstring &path)
-{
-    WIN32_FIND_DATAW found{};
-    const HANDLE search = FindFirstFileW(path.c_str(), &found);
-    if (search == INVALID_HANDLE_VALUE)
+    if (LockFileEx(file, LOCKFILE_EXCLUSIVE_LOCK | LOCKFILE_FAIL_IMMEDIATELY, 0, 1, 0, &place))
         return true;
-    FindClose(search);
-    return path.ends_with(std::wstring_view(found.cFileName));
-}
-
-void clearReadOnly(const std::wstring &path, DWORD attributes)
-{
-    if ((attributes & FILE_ATTRIBUTE_READONLY) != 0)
-        SetFileAttributesW(path.c_str(), attributes & ~DWORD(FILE_ATTRIBUTE_READONLY));
+    if (const DWORD code = GetLastError(); !meansBusy(code) && code != ERROR_IO_PENDING)
+        raise(code);
+    return false;
 }
 
 } // namespace
@@ -133,12 +114,30 @@ std::wstring longPath(const std::wstring &path)
     return path.starts_with(L"\\\\") ? L"\\\\?\\UNC\\" + path.substr(2) : L"\\\\?\\" + path;
 }
 
+std::wstring asOnDisk(const std::wstring &path)
+{
+    const auto name = listedName(path);
+    return name ? path.substr(0, path.rfind(L'\\') + 1) + *name : path;
+}
+
+DWORD obstacleTo(const std::wstring &path)
+{
+    const Handle file(CreateFileW(longPath(path).c_str(), DELETE, 0, nullptr, OPEN_EXISTING,
+                                  linkItself, nullptr));
+    return file.isOpen() ? ERROR_SUCCESS : GetLastError();
+}
+
 Status status(const std::wstring &path)
 {
     const std::wstring place = longPath(path);
     WIN32_FILE_ATTRIBUTE_DATA found{};
+    // What is deleted but still open stays listed; what one may not see at all is not waited for.
+    const auto busy = [&](DWORD code) {
+        return meansBusy(code) || (meansHeld(code) && listedName(place));
+    };
     const bool isThere = retried(
-        [&] { return GetFileAttributesExW(place.c_str(), GetFileExInfoStandard, &found) != 0; });
+        [&] { return GetFileAttributesExW(place.c_str(), GetFileExInfoStandard, &found) != 0; },
+        busy);
     if (!isThere && meansMissing(GetLastError()))
         return {};
     if (!isThere)
@@ -149,12 +148,17 @@ Status status(const std::wstring &path)
 
 std::vector<Entry> entries(const std::wstring &folder)
 {
-    if (status(folder).kind == Kind::Link)
+    const Kind kind = status(folder).kind;
+    if (kind == Kind::Link)
         raise(ERROR_CANT_ACCESS_FILE);
+    const std::wstring all = longPath(folder) + (folder.ends_with(L'\\') ? L"*" : L"\\*");
     WIN32_FIND_DATAW found{};
     const HANDLE search =
-        FindFirstFileExW((longPath(folder) + L"\\*").c_str(), FindExInfoBasic, &found,
-                         FindExSearchNameMatch, nullptr, FIND_FIRST_EX_LARGE_FETCH);
+        FindFirstFileExW(all.c_str(), FindExInfoBasic, &found, FindExSearchNameMatch, nullptr,
+                         FIND_FIRST_EX_LARGE_FETCH);
+    if (search == INVALID_HANDLE_VALUE && GetLastError() == ERROR_FILE_NOT_FOUND
+        && kind == Kind::Folder)
+        return {}; // a new drive: its root has not even "." in it
     if (search == INVALID_HANDLE_VALUE)
         raiseLast();
     const CloseSearch closed{search};
@@ -213,111 +217,6 @@ std::int64_t readAt(HANDLE file, std::int64_t offset, char *to, std::int64_t cou
         done += got;
     }
     return done;
-}
-
-void copyFile(const std::wstring &from, const std::wstring &to)
-{
-    if (const Kind kind = status(from).kind; kind != Kind::File)
-        raise(kind == Kind::Missing ? ERROR_FILE_NOT_FOUND : ERROR_NOT_SUPPORTED);
-    const std::wstring source = longPath(from);
-    const std::wstring target = longPath(to);
-    if (!retried([&] { return CopyFileW(source.c_str(), target.c_str(), TRUE) != 0; }))
-        raiseLast();
-}
-
-void makeFolder(const std::wstring &path)
-{
-    if (!CreateDirectoryW(longPath(path).c_str(), nullptr))
-        raiseLast();
-}
-
-void move(const std::wstring &from, const std::wstring &to)
-{
-    const std::wstring source = longPath(from);
-    const std::wstring target = longPath(to);
-    rename(source, target);
-    if (!isSameText(source, target) || isCalledSo(target))
-        return;
-    std::wstring between = target;
-    between.append(L".qvtmp").append(std::to_wstring(GetCurrentProcessId()));
-    rename(source, between); // some shares keep the old capitals otherwise
-    rename(between, target);
-}
-
-void removeFile(const std::wstring &path)
-{
-    const std::wstring place = longPath(path);
-    const Status found = status(path);
-    clearReadOnly(place, found.attributes);
-    const bool isFolder = (found.attributes & FILE_ATTRIBUTE_DIRECTORY) != 0; // a junction
-    const auto remove = [&] {
-        return (isFolder ? RemoveDirectoryW(place.c_str()) : DeleteFileW(place.c_str())) != 0;
-    };
-    if (retried(remove))
-        return;
-    const DWORD code = GetLastError();
-    if (found.isReadOnly())
-        SetFileAttributesW(place.c_str(), found.attributes);
-    raise(code);
-}
-
-void removeFolder(const std::wstring &path)
-{
-    const std::wstring place = longPath(path);
-    clearReadOnly(place, status(path).attributes);
-    // What was just deleted in it may still be open elsewhere for a moment.
-    const auto busy = [](DWORD code) { return meansBusy(code) || code == ERROR_DIR_NOT_EMPTY; };
-    const bool isGone = [&] {
-        if (RemoveDirectoryW(place.c_str()))
-            return true;
-        if (GetLastError() == ERROR_DIR_NOT_EMPTY && !entries(path).empty()) {
-            SetLastError(ERROR_DIR_NOT_EMPTY);
-            return false;
-        }
-        return retried([&] { return RemoveDirectoryW(place.c_str()) != 0; }, busy);
-    }();
-    if (!isGone)
-        raiseLast();
-}
-
-void setAttributes(const std::wstring &path, DWORD attributes)
-{
-    const Status found = status(path);
-    if (found.kind == Kind::Link)
-        raise(ERROR_CANT_ACCESS_FILE);
-    if (found.kind == Kind::Missing)
-        raise(ERROR_FILE_NOT_FOUND);
-    const DWORD wanted = attributes != 0 ? attributes : DWORD(FILE_ATTRIBUTE_NORMAL);
-    if (!SetFileAttributesW(longPath(path).c_str(), wanted))
-        raiseLast();
-}
-
-void flushFile(const std::wstring &path)
-{
-    const Status found = status(path);
-    if (found.kind != Kind::File || found.isReadOnly())
-        return;
-    const std::wstring place = longPath(path);
-    HANDLE opened = INVALID_HANDLE_VALUE;
-    if (!retried([&] {
-            opened = CreateFileW(place.c_str(), GENERIC_WRITE, shareAll, nullptr, OPEN_EXISTING, 0,
-                                 nullptr);
-            return opened != INVALID_HANDLE_VALUE;
-        }))
-        raiseLast();
-    const Handle file(opened);
-    if (!FlushFileBuffers(file.get()))
-        raiseLast();
-}
-
-void flushFolder(const std::wstring &path)
-{
-    if (status(path).kind != Kind::Folder)
-        raise(ERROR_PATH_NOT_FOUND);
-    const Handle folder(CreateFileW(longPath(path).c_str(), GENERIC_WRITE, shareAll, nullptr,
-                                    OPEN_EXISTING, linkItself, nullptr));
-    if (folder.isOpen())
-        FlushFileBuffers(folder.get());
 }
 
 std::optional<Handle> lockFile(const std::wstring &path, std::chrono::milliseconds patience)

@@ -35,6 +35,12 @@ struct Entry
 /// The form that takes 32,767 characters and is passed to the disk as it stands.
 [[nodiscard]] std::wstring longPath(const std::wstring &path);
 
+/// The path with its last name spelled as on the disk, when it is there.
+[[nodiscard]] std::wstring asOnDisk(const std::wstring &path);
+
+/// Why a file, folder or link could not be renamed or deleted now; ERROR_SUCCESS when it could.
+[[nodiscard]] DWORD obstacleTo(const std::wstring &path);
+
 [[nodiscard]] Status status(const std::wstring &path);
 /// In the order of names.
 [[nodiscard]] std::vector<Entry> entries(const std::wstring &folder);
@@ -44,23 +50,8 @@ struct Entry
 /// Copies what lies at `offset`; less than `count` bytes only at the end.
 std::int64_t readAt(HANDLE file, std::int64_t offset, char *to, std::int64_t count);
 
-/// One regular file with its times and attributes to a name that is not taken.
-void copyFile(const std::wstring &from, const std::wstring &to);
-void makeFolder(const std::wstring &path);
-/// To a name that is not taken, unless only capitals change. Comes back when it is on the disk.
-void move(const std::wstring &from, const std::wstring &to);
-/// A file or a link, read-only or not.
-void removeFile(const std::wstring &path);
-void removeFolder(const std::wstring &path);
-void setAttributes(const std::wstring &path, DWORD attributes);
-
-/// Flushes a file to the disk. Read-only ones are left to the system, which lets nobody flush them.
-void flushFile(const std::wstring &path);
-/// The same for a folder's list of names, where the disk takes such an order.
-void flushFolder(const std::wstring &path);
-
 /// Locks a byte behind the end of the file, which is made when missing. Nothing when another handle
-/// held it all the time. The lock goes with the handle.
+/// held it all the time. The lock goes with the handle. Raises where the disk has no locks.
 [[nodiscard]] std::optional<Handle> lockFile(const std::wstring &path,
                                              std::chrono::milliseconds patience);
 

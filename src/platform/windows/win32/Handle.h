@@ -6,6 +6,10 @@
 
 namespace win32 {
 
+// How files are opened: nobody is kept out, links stand for themselves, folders are files too.
+inline constexpr DWORD shareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+inline constexpr DWORD linkItself = FILE_FLAG_BACKUP_SEMANTICS | FILE_FLAG_OPEN_REPARSE_POINT;
+
 /// Owns a handle of the system; invalid after a failed call.
 class Handle final
 {

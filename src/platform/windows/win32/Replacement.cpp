@@ -10,23 +10,20 @@ namespace win32 {
 
 namespace {
 
-constexpr DWORD keptAttributes =
-    FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM | FILE_ATTRIBUTE_ARCHIVE;
+constexpr SECURITY_INFORMATION accessRights = DACL_SECURITY_INFORMATION;
+constexpr size_t longestName = 255;
 
-HANDLE createNew(const std::wstring &name)
-{
-    return CreateFileW(name.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr, CREATE_NEW,
-                       FILE_ATTRIBUTE_NORMAL, nullptr);
-}
+using Rights = std::vector<std::byte>;
 
-/// A process that had our number may have been killed while it wrote.
-HANDLE createAnew(const std::wstring &name)
+/// "<name>.qvtmp<number>", the name cut at a whole character where it would be too long.
+std::wstring temporaryName(const std::wstring &target, DWORD number)
 {
-    HANDLE file = createNew(name);
-    if (file == INVALID_HANDLE_VALUE && GetLastError() == ERROR_FILE_EXISTS
-        && status(name).kind == Kind::File && DeleteFileW(name.c_str()))
-        file = createNew(name);
-    return file;
+    const std::wstring ending = L".qvtmp" + std::to_wstring(number);
+    const size_t begin = target.rfind(L'\\') + 1;
+    std::wstring name = target.substr(begin, longestName - ending.size());
+    if (!name.empty() && IS_HIGH_SURROGATE(name.back()))
+        name.pop_back();
+    return target.substr(0, begin) + name + ending;
 }
 
 /// Disks without access rights have none to copy.
@@ -36,11 +33,59 @@ bool meansNoRights(DWORD code)
            || code == ERROR_CALL_NOT_IMPLEMENTED;
 }
 
+/// Empty on a disk that has none.
+Rights rightsOf(const std::wstring &path)
+{
+    constexpr DWORD usually = 1024; // bytes; each look at a file on a share takes a while
+    Rights rights(usually);
+    DWORD size = 0;
+    const auto read = [&] {
+        return GetFileSecurityW(path.c_str(), accessRights, rights.data(), DWORD(rights.size()),
+                                &size)
+               != 0;
+    };
+    bool isRead = read();
+    if (!isRead && GetLastError() == ERROR_INSUFFICIENT_BUFFER) {
+        rights.resize(size);
+        isRead = read();
+    }
+    if (!isRead && !meansNoRights(GetLastError()))
+        raiseLast();
+    rights.resize(isRead ? GetSecurityDescriptorLength(rights.data()) : 0);
+    return rights;
+}
+
+SECURITY_DESCRIPTOR_CONTROL controlOf(Rights &rights)
+{
+    SECURITY_DESCRIPTOR_CONTROL control = 0;
+    DWORD revision = 0;
+    if (!GetSecurityDescriptorControl(rights.data(), &control, &revision))
+        raiseLast();
+    return control;
+}
+
+/// Whether somebody gave this very file rights, beside those that its folder hands down.
+bool areItsOwn(Rights &rights)
+{
+    BOOL isThere = FALSE;
+    BOOL isDefault = FALSE;
+    ACL *list = nullptr;
+    if (!GetSecurityDescriptorDacl(rights.data(), &isThere, &list, &isDefault))
+        raiseLast();
+    bool anyOwn = (controlOf(rights) & SE_DACL_PROTECTED) != 0;
+    for (DWORD at = 0; list != nullptr && at < list->AceCount; ++at) {
+        void *entry = nullptr;
+        if (!GetAce(list, at, &entry))
+            raiseLast();
+        anyOwn = anyOwn || (static_cast<ACE_HEADER *>(entry)->AceFlags & INHERITED_ACE) == 0;
+    }
+    return anyOwn;
+}
+
 } // namespace
 
 Replacement::Replacement(const std::wstring &target, ReplaceOptions options)
     : m_target(longPath(target))
-    , m_name(m_target + L".qvtmp" + std::to_wstring(GetCurrentProcessId()))
     , m_options(options)
 {
     const Status old = status(target);
@@ -48,43 +93,60 @@ Replacement::Replacement(const std::wstring &target, ReplaceOptions options)
         raise(old.kind == Kind::Link ? ERROR_CANT_ACCESS_FILE : ERROR_NOT_SUPPORTED);
     if (old.kind == Kind::File && old.isReadOnly() && !options.throughReadOnly)
         raise(ERROR_ACCESS_DENIED);
-    m_file = Handle(createAnew(m_name));
-    if (!m_file.isOpen())
-        raiseLast();
-    if (old.kind == Kind::File) {
-        m_oldAttributes = old.attributes;
-        try {
-            takeAccessRights();
-        } catch (...) { // the destructor does not run
-            m_file.close();
-            DeleteFileW(m_name.c_str());
-            throw;
-        }
+    if (old.kind == Kind::Missing) {
+        create(FILE_ATTRIBUTE_NORMAL);
+        return;
+    }
+    m_target = asOnDisk(m_target);
+    m_oldAttributes = old.attributes;
+    const DWORD encrypted = old.attributes & FILE_ATTRIBUTE_ENCRYPTED;
+    create(encrypted != 0 ? encrypted : FILE_ATTRIBUTE_NORMAL);
+    try {
+        takeAccessRights();
+    } catch (...) { // the destructor does not run
+        remove();
+        throw;
     }
 }
 
 Replacement::~Replacement()
 {
-    m_file.close();
     if (!m_inPlace)
-        DeleteFileW(m_name.c_str());
+        remove();
+}
+
+// A file that is there is never taken: on a shared disk it may be that of another machine's process
+// with our number, or another thread's.
+void Replacement::create(DWORD attributes)
+{
+    constexpr DWORD attempts = 1000;
+    for (DWORD number = GetCurrentProcessId(), last = number + attempts; number < last; ++number) {
+        m_name = temporaryName(m_target, number);
+        m_file = Handle(CreateFileW(m_name.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr,
+                                    CREATE_NEW, attributes, nullptr));
+        if (m_file.isOpen())
+            return;
+        if (GetLastError() != ERROR_FILE_EXISTS)
+            raiseLast();
+    }
+    raise(ERROR_FILE_EXISTS);
 }
 
 void Replacement::takeAccessRights()
 {
-    constexpr SECURITY_INFORMATION rights = DACL_SECURITY_INFORMATION;
-    DWORD size = 0;
-    GetFileSecurityW(m_target.c_str(), rights, nullptr, 0, &size);
-    if (GetLastError() != ERROR_INSUFFICIENT_BUFFER) {
-        if (!meansNoRights(GetLastError()))
-            raiseLast();
+    m_firstRights = rightsOf(m_name);
+    Rights old = rightsOf(m_target);
+    if (old.empty() || old == m_firstRights)
         return;
-    }
-    std::vector<std::byte> description(size);
-    if (!GetFileSecurityW(m_target.c_str(), rights, description.data(), size, &size)
-        || !SetFileSecurityW(m_name.c_str(), rights, description.data()))
-        if (!meansNoRights(GetLastError()))
-            raiseLast();
+    if ((controlOf(old) & SE_DACL_AUTO_INHERITED) != 0) // the system forgets else that they are
+        SetSecurityDescriptorControl(old.data(), SE_DACL_AUTO_INHERIT_REQ,
+                                     SE_DACL_AUTO_INHERIT_REQ);
+    if (SetFileSecurityW(m_name.c_str(), accessRights, old.data()) || meansNoRights(GetLastError()))
+        return;
+    // Most shares let authors change files but no rights: then the folder's are what it takes.
+    const DWORD code = GetLastError();
+    if (areItsOwn(old))
+        raise(code);
 }
 
 void Replacement::write(std::int64_t offset, const char *bytes, std::int64_t count)
@@ -111,21 +173,24 @@ void Replacement::putInPlace()
         raiseLast();
     if (!m_file.close())
         raiseLast();
-    const bool hasOld = m_oldAttributes != INVALID_FILE_ATTRIBUTES;
-    const bool isReadOnly = hasOld && (m_oldAttributes & FILE_ATTRIBUTE_READONLY) != 0;
-    if (hasOld && (m_oldAttributes & keptAttributes) != 0
-        && !SetFileAttributesW(m_name.c_str(), m_oldAttributes & keptAttributes))
-        raiseLast();
-    if (!isReadOnly)
+    if (m_oldAttributes == INVALID_FILE_ATTRIBUTES)
         return rename();
-    SetFileAttributesW(m_target.c_str(), m_oldAttributes & ~DWORD(FILE_ATTRIBUTE_READONLY));
+    constexpr DWORD kept = FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM;
+    if (const DWORD attributes = m_oldAttributes & kept;
+        attributes != 0 && !SetFileAttributesW(m_name.c_str(), attributes | FILE_ATTRIBUTE_ARCHIVE))
+        raiseLast();
+    if ((m_oldAttributes & FILE_ATTRIBUTE_READONLY) == 0)
+        return rename();
+    const DWORD writable = m_oldAttributes & ~DWORD(FILE_ATTRIBUTE_READONLY);
+    SetFileAttributesW(m_target.c_str(), writable | FILE_ATTRIBUTE_ARCHIVE);
     try {
         rename();
     } catch (...) {
         SetFileAttributesW(m_target.c_str(), m_oldAttributes);
         throw;
     }
-    SetFileAttributesW(m_target.c_str(), m_oldAttributes);
+    if (!SetFileAttributesW(m_target.c_str(), m_oldAttributes | FILE_ATTRIBUTE_ARCHIVE))
+        raiseLast();
 }
 
 void Replacement::rename()
@@ -133,14 +198,23 @@ void Replacement::rename()
     DWORD flags = MOVEFILE_REPLACE_EXISTING;
     if (m_options.flush)
         flags |= MOVEFILE_WRITE_THROUGH;
-    // While somebody has the target open, the system says "access denied".
-    const auto busy = [&](DWORD code) {
-        return meansBusy(code)
-               || (code == ERROR_ACCESS_DENIED && m_oldAttributes != INVALID_FILE_ATTRIBUTES);
-    };
-    if (!retried([&] { return MoveFileExW(m_name.c_str(), m_target.c_str(), flags) != 0; }, busy))
-        raiseLast();
+    const auto renamed = [&] { return MoveFileExW(m_name.c_str(), m_target.c_str(), flags) != 0; };
+    if (!retried(renamed, meansHeld)) {
+        const DWORD code = GetLastError();
+        const DWORD obstacle = obstacleTo(m_target);
+        raise(meansBusy(obstacle) ? obstacle : code); // that says who is in the way
+    }
     m_inPlace = true;
+}
+
+void Replacement::remove()
+{
+    m_file.close();
+    if (retried([&] { return DeleteFileW(m_name.c_str()) != 0; }) || m_firstRights.empty())
+        return;
+    // The old file's rights may let nobody delete.
+    SetFileSecurityW(m_name.c_str(), accessRights, m_firstRights.data());
+    DeleteFileW(m_name.c_str());
 }
 
 } // namespace win32

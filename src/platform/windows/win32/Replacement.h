@@ -2,8 +2,10 @@
 
 #include "platform/windows/win32/Handle.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
+#include <vector>
 
 namespace win32 {
 
@@ -13,9 +15,11 @@ struct ReplaceOptions
     bool throughReadOnly = false; ///< over a read-only file too, which stays read-only
 };
 
-/// New content for a file on its way into place: "<name>.qvtmp<process>" beside it, which goes when
-/// it does not get there; then the target is as it was. Refuses, with ERROR_ACCESS_DENIED, a
-/// read-only target, with ERROR_NOT_SUPPORTED one that is no regular file.
+/// New content for a file on its way into place: "<name>.qvtmp<number>" beside it, which goes when
+/// it does not get there; then the target is as it was. What is in place keeps the name as it is
+/// spelled on the disk, attributes and access rights; it is to be archived again.
+/// Refuses, with ERROR_ACCESS_DENIED, a read-only target, with ERROR_NOT_SUPPORTED one that is no
+/// regular file.
 class Replacement final
 {
 public:
@@ -28,13 +32,16 @@ public:
     void putInPlace();
 
 private:
+    void create(DWORD attributes);
     void takeAccessRights();
     void rename();
+    void remove();
 
     std::wstring m_target;
     std::wstring m_name;
     ReplaceOptions m_options;
     DWORD m_oldAttributes = INVALID_FILE_ATTRIBUTES; ///< of the target, when there is one
+    std::vector<std::byte> m_firstRights;            ///< what the folder gave
     Handle m_file;
     bool m_inPlace = false;
 };

@@ -12,6 +12,13 @@ namespace win32 {
     return code == ERROR_SHARING_VIOLATION || code == ERROR_LOCK_VIOLATION;
 }
 
+/// Where a name is looked for, changed or removed: what is open elsewhere, a folder with something
+/// open in it and what is deleted but still open are "access denied" too.
+[[nodiscard]] inline bool meansHeld(DWORD code)
+{
+    return meansBusy(code) || code == ERROR_ACCESS_DENIED || code == ERROR_DELETE_PENDING;
+}
+
 /// Calls until it succeeds, fails for another reason than `busy` names, or two seconds are over.
 /// False leaves the reason in GetLastError.
 template <typename Call, typename Busy>
