@@ -58,10 +58,15 @@ struct Installation
         control<QTabWidget>(window, "tabPages")->setCurrentIndex(page);
         QCoreApplication::processEvents();
     }
+    /// A progress window was in front of it.
+    void toFront()
+    {
+        window->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(window));
+    }
     void pressF5()
     {
-        window->activateWindow(); // a progress window was in front of it
-        QVERIFY(QTest::qWaitForWindowActive(window));
+        toFront();
         QTest::keyClick(window, Qt::Key_F5);
     }
     void choose(const char *box, const QString &start)
@@ -153,6 +158,7 @@ void tst_indexmanager::showsHowEachIdentifierStands()
     list->selectRow(1);
     QCOMPARE(there.rows("lstPlaces"), QStringList({u"Published|Plant 300|Book_PUMP\\start.htm"_s,
                                                    u"Published|Harbour|Book_QUAY\\quay.htm"_s}));
+    there.toFront();
     list->setFocus();
     QTest::keyClick(list, Qt::Key_C, Qt::ControlModifier);
     QCOMPARE(QGuiApplication::clipboard()->text(), QString(twice).replace(u'|', u'\t'));

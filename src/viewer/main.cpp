@@ -15,13 +15,21 @@ namespace {
 constexpr auto programClass = "StartApp"_L1;
 constexpr auto contentRequest = "Content"_L1;
 
+/// A topic has blanks, and not everybody quotes it.
+QString topicIn(const QStringList &arguments)
+{
+    return arguments.sliced(1).join(u' ');
+}
+
 /// To the viewer that runs, or is just starting.
 void handOver(const SingleInstance &instance, int argc, char *argv[])
 {
     SingleInstance::handOver(programClass.data(), viewerCaption.data());
+    QStringList arguments;
+    for (int i = 0; i < argc; ++i)
+        arguments.append(QString::fromLocal8Bit(argv[i]));
     if (argc > 1)
-        NativeWindows(instance).raiseMaximized(viewerCaption, contentRequest,
-                                               QString::fromUtf8(argv[1]));
+        NativeWindows(instance).raiseMaximized(viewerCaption, contentRequest, topicIn(arguments));
 }
 
 /// "" when none is set: the help is shown all the same.
@@ -44,7 +52,7 @@ int run(const SingleInstance &instance)
     QObject::connect(&announcer, &WindowAnnouncer::raiseRequested, &window,
                      &ViewerWindow::answerRequest);
     QObject::connect(&announcer, &WindowAnnouncer::closeRequested, &window, &QWidget::close);
-    window.showTopic(QApplication::arguments().value(1));
+    window.showTopic(topicIn(QApplication::arguments()));
     window.show();
     return QApplication::exec();
 }
