@@ -1,7 +1,7 @@
 #include "DesktopWorld.h"
 
 #include "platform/QvError.h"
-#include "platform/widgets/MarksStyle.h"
+#include "platform/widgets/SystemLook.h"
 #include "resources/Icons.h"
 
 #include <QApplication>
@@ -23,7 +23,7 @@ void setUpApplication(const QString &name, QLatin1StringView iconName)
     QApplication::setOrganizationName(u"quovane"_s);
     QApplication::setApplicationName(name);
     QApplication::setWindowIcon(icon(iconName));
-    QApplication::setStyle(new MarksStyle);
+    setSystemLook();
     QSettings::setDefaultFormat(QSettings::IniFormat);
     QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, settingsFolders().user);
 }

@@ -24,6 +24,7 @@ SetCompressor /SOLID lzma
 !include MultiUser.nsh
 !include MUI2.nsh
 !include x64.nsh
+!include LogicLib.nsh
 
 Name "${PRODUCT}"
 OutFile "${OUTPUT}"
@@ -37,6 +38,7 @@ VIAddVersionKey "FileVersion" "${VERSION}"
 
 !define MUI_ICON "${ICON}"
 !define MUI_UNICON "${ICON}"
+!define MUI_WELCOMEFINISHPAGE_BITMAP "${PICTURE}"
 !define MUI_ABORTWARNING
 !define MUI_FINISHPAGE_RUN "$INSTDIR\quovane-developer.exe"
 
@@ -60,7 +62,33 @@ Function un.onInit
     !insertmacro MULTIUSER_UNINIT
 FunctionEnd
 
+; A program that runs cannot be written: half of the files would be new and half of them old.
+!macro REFUSE_WHILE_RUNS PROGRAM
+    ${If} ${FileExists} "$INSTDIR\${PROGRAM}"
+        ${Do}
+            ClearErrors
+            FileOpen $0 "$INSTDIR\${PROGRAM}" a
+            ${IfNot} ${Errors}
+                FileClose $0
+                ${ExitDo}
+            ${EndIf}
+            ${If} ${Cmd} `MessageBox MB_ICONEXCLAMATION|MB_RETRYCANCEL "$INSTDIR\${PROGRAM} cannot be replaced. Close ${PRODUCT} and its help, index manager and command line, then try again." /SD IDCANCEL IDCANCEL`
+                SetErrorLevel 2
+                Quit
+            ${EndIf}
+        ${Loop}
+    ${EndIf}
+!macroend
+
+!macro REFUSE_WHILE_PROGRAMS_RUN
+    !insertmacro REFUSE_WHILE_RUNS quovane-developer.exe
+    !insertmacro REFUSE_WHILE_RUNS StartApp.exe
+    !insertmacro REFUSE_WHILE_RUNS QV_IBLIndexMgr.exe
+    !insertmacro REFUSE_WHILE_RUNS qvdev.exe
+!macroend
+
 Section
+    !insertmacro REFUSE_WHILE_PROGRAMS_RUN
     SetOutPath "$INSTDIR"
     File /r "${PROGRAMS}/*"
     WriteUninstaller "$INSTDIR\uninstall.exe"
@@ -70,6 +98,7 @@ Section
     CreateShortcut "$SMPROGRAMS\Quovane\Index manager.lnk" "$INSTDIR\QV_IBLIndexMgr.exe"
     WriteRegStr SHCTX "${UNINSTALL}" "DisplayName" "${PRODUCT}"
     WriteRegStr SHCTX "${UNINSTALL}" "DisplayVersion" "${VERSION}"
+    WriteRegStr SHCTX "${UNINSTALL}" "Publisher" "Quovane Developer team"
     WriteRegStr SHCTX "${UNINSTALL}" "DisplayIcon" "$INSTDIR\quovane-developer.exe"
     WriteRegStr SHCTX "${UNINSTALL}" "InstallLocation" "$INSTDIR"
     WriteRegStr SHCTX "${UNINSTALL}" "UninstallString" '"$INSTDIR\uninstall.exe" /$MultiUser.InstallMode'
@@ -81,6 +110,7 @@ SectionEnd
 
 ; Only what was installed, by name: an installation folder may hold a server's books.
 Section "Uninstall"
+    !insertmacro REFUSE_WHILE_PROGRAMS_RUN
     !include "${PROGRAMS}.uninstall.nsh"
     Delete "$INSTDIR\uninstall.exe"
     RMDir "$INSTDIR"

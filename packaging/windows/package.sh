@@ -25,8 +25,14 @@ x86_64-w64-mingw32-strip "$out/$name"/*.dll "$out/$name"/*/*.dll
     find . -mindepth 1 -depth -type d -printf 'RMDir "$INSTDIR\\%P"\n' | tr / '\\'
 ) >"$out/$name.uninstall.nsh"
 
+# The picture beside the last page.
+rsvg-convert -w 104 "$root/src/resources/icons/app.svg" |
+    convert -size 164x314 'gradient:#16446f-#0b2440' - -gravity north -geometry +0+56 -composite \
+        "BMP3:$out/picture.bmp"
+
 size=$(du -sk "$out/$name" | cut -f1)
 makensis -V2 -NOCD -INPUTCHARSET UTF8 "-DVERSION=$version" "-DPROGRAMS=$out/$name" "-DSIZE=$size" \
-    "-DICON=$build/quovane.ico" "-DOUTPUT=$out/$name-setup.exe" "$here/installer.nsi"
-rm -rf "${out:?}/$name" "$out/$name.uninstall.nsh"
+    "-DICON=$build/quovane.ico" "-DPICTURE=$out/picture.bmp" \
+    "-DOUTPUT=$out/$name-setup.exe" "$here/installer.nsi"
+rm -rf "${out:?}/$name" "$out/$name.uninstall.nsh" "$out/picture.bmp"
 ls -l "$out" >&2

@@ -2,11 +2,11 @@
 
 #include "resources/Drawings.h"
 
-#include <QGuiApplication>
+#include <QApplication>
 #include <QIconEngine>
 #include <QPainter>
-#include <QPalette>
 #include <QPixmapCache>
+#include <QProxyStyle>
 
 using namespace Qt::StringLiterals;
 
@@ -19,14 +19,22 @@ static void initPictures()
 
 namespace {
 
+bool marksRowsLightly()
+{
+    const QStyle *style = QApplication::style();
+    if (const auto *proxy = qobject_cast<const QProxyStyle *>(style))
+        style = proxy->baseStyle();
+    return style->name().compare("windowsvista"_L1, Qt::CaseInsensitive) == 0;
+}
+
 QColor textColour(QIcon::Mode mode)
 {
-    const QPalette palette = QGuiApplication::palette();
+    const QPalette palette = QApplication::palette();
     switch (mode) {
     case QIcon::Disabled:
         return palette.color(QPalette::Disabled, QPalette::WindowText);
     case QIcon::Selected:
-        return palette.color(QPalette::Active, QPalette::HighlightedText);
+        return selectedTextColour(palette);
     default:
         return palette.color(QPalette::Active, QPalette::WindowText);
     }
@@ -98,4 +106,10 @@ QPixmap picture(QLatin1StringView name, QSize size, qreal devicePixelRatio)
     QPainter(&result).drawImage(0, 0, image);
     result.setDevicePixelRatio(devicePixelRatio);
     return result;
+}
+
+QColor selectedTextColour(const QPalette &palette, QPalette::ColorGroup group)
+{
+    return marksRowsLightly() ? palette.color(QPalette::Active, QPalette::Text)
+                              : palette.color(group, QPalette::HighlightedText);
 }

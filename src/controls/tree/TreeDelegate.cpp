@@ -45,8 +45,8 @@ void drawBadges(QPainter &painter, const TreeBadgeList &badges, const QStyleOpti
     const auto group =
         option.state.testFlag(QStyle::State_Active) ? QPalette::Active : QPalette::Inactive;
     painter.setFont(option.font);
-    painter.setPen(
-        option.palette.color(group, isSelected ? QPalette::HighlightedText : QPalette::Text));
+    painter.setPen(isSelected ? selectedTextColour(option.palette, group)
+                              : option.palette.color(group, QPalette::Text));
     QRect area = option.rect.adjusted(0, 0, -gapOf(option), 0);
     area.setLeft(area.right() + 1 - widthOf(badges, option));
     for (const TreeBadge &badge : badges) {
