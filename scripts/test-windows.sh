@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Runs the tests for Windows under Wine: the system calls under the adapters, which need no Qt, and,
-# when build-windows.sh has made its libraries, every test that does not need Linux.
+# when build-windows.sh has made its libraries, every test that does not need Linux, and whether both
+# systems write the same files.
 set -euo pipefail
 . "$(dirname "$0")/lib.sh"
 
@@ -20,3 +21,5 @@ if [ ! -e "$(windows_cache)/qt6-base.done" ]; then
 fi
 "$root/scripts/build-windows.sh" programs
 ctest --preset windows -j "$(nproc)"
+configure_and_build dev qvdev
+"$root/tests/windows/same-files.sh" "$root/build/dev/bin/qvdev" "$root/build/windows/bin/qvdev.exe"

@@ -3,6 +3,7 @@
 // What the checks of the system calls share: files of their own, and how a failure is told.
 
 #include "platform/windows/win32/FileChanges.h"
+#include "platform/windows/win32/FileLock.h"
 #include "platform/windows/win32/Files.h"
 #include "platform/windows/win32/Replacement.h"
 

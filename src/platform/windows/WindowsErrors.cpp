@@ -45,3 +45,8 @@ void raiseSystemError(DWORD code, QLatin1StringView what, const QString &path, i
     throw QvError(numberOf(code, whenMissing), {},
                   what + u": "_s + path + u" ("_s + reasonOf(code) + u')');
 }
+
+void raiseFileError(int number, QLatin1StringView what, const QString &path)
+{
+    throw QvError(number, {}, what + u": "_s + path);
+}

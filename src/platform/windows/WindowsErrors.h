@@ -10,6 +10,9 @@
 [[noreturn]] void raiseSystemError(DWORD code, QLatin1StringView what, const QString &path,
                                    int whenMissing = FileNotFound);
 
+/// Raises `number` with "<what>: <path>".
+[[noreturn]] void raiseFileError(int number, QLatin1StringView what, const QString &path);
+
 /// Calls, and raises what the system says as an error of `path`.
 template <typename Call>
 auto explained(QLatin1StringView what, const QString &path, Call call,

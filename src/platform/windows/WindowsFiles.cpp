@@ -5,6 +5,7 @@
 #include "platform/TreeWalker.h"
 #include "platform/windows/WindowsErrors.h"
 #include "platform/windows/win32/FileChanges.h"
+#include "platform/windows/win32/FileLock.h"
 #include "platform/windows/win32/Files.h"
 #include "platform/windows/win32/Replacement.h"
 
@@ -115,8 +116,8 @@ std::unique_ptr<FileReader> WindowsFiles::openFile(const QString &path)
     return explained(cannotRead, path, [&] {
         const FileKind kind = status(path).kind;
         if (kind == FileKind::Folder || kind == FileKind::Other)
-            throw QvError(PathFileAccess, {},
-                          u"The file cannot be read, it is no ordinary file: "_s + path);
+            raiseFileError(PathFileAccess, "The file cannot be read, it is no ordinary file"_L1,
+                           path);
         if (kind == FileKind::Missing)
             raiseSystemError(ERROR_FILE_NOT_FOUND, cannotRead, path, missingNumber(path));
         if (kind == FileKind::Link)
@@ -140,11 +141,10 @@ std::unique_ptr<FileWriter> WindowsFiles::startFile(const QString &path, Replace
 {
     const FileStatus old = status(path);
     if (old.kind == FileKind::Folder)
-        throw QvError(PathFileAccess, {},
-                      u"The file cannot be written, it is no ordinary file: "_s + path);
+        raiseFileError(PathFileAccess, "The file cannot be written, it is no ordinary file"_L1,
+                       path);
     if (old.readOnly && !options.throughReadOnly)
-        throw QvError(PermissionDenied, {},
-                      u"The file cannot be written, it is read-only: "_s + path);
+        raiseFileError(PermissionDenied, "The file cannot be written, it is read-only"_L1, path);
     return explained(
         cannotWrite, path,
         [&] {
@@ -167,8 +167,8 @@ void WindowsFiles::copyFile(const QString &from, const QString &to, NameCheck)
 {
     const FileKind kind = status(from).kind;
     if (kind == FileKind::Folder)
-        throw QvError(PathFileAccess, {},
-                      u"The file cannot be copied, it is no ordinary file: "_s + from);
+        raiseFileError(PathFileAccess, "The file cannot be copied, it is no ordinary file"_L1,
+                       from);
     if (kind == FileKind::Missing)
         raiseSystemError(ERROR_FILE_NOT_FOUND, "The file cannot be copied"_L1, from,
                          missingNumber(from));
@@ -214,12 +214,11 @@ void WindowsFiles::removeFile(const QString &path, bool evenReadOnly)
 {
     const FileStatus file = status(path);
     if (file.kind == FileKind::Folder)
-        throw QvError(PathFileAccess, {}, u"The file cannot be deleted, it is a folder: "_s + path);
+        raiseFileError(PathFileAccess, "The file cannot be deleted, it is a folder"_L1, path);
     if (file.kind == FileKind::Missing)
         raiseSystemError(ERROR_FILE_NOT_FOUND, cannotDelete, path, missingNumber(path));
     if (file.readOnly && !evenReadOnly)
-        throw QvError(PermissionDenied, {},
-                      u"The file cannot be deleted, it is read-only: "_s + path);
+        raiseFileError(PermissionDenied, "The file cannot be deleted, it is read-only"_L1, path);
     explained(cannotDelete, path, [&] { win32::removeFile(m_paths.native(path)); });
 }
 

@@ -1,7 +1,7 @@
 #include "platform/windows/WindowsPaths.h"
 
 #include "platform/Paths.h"
-#include "platform/QvError.h"
+#include "platform/windows/WindowsErrors.h"
 
 #include <QDir>
 #include <QStringList>
@@ -9,11 +9,6 @@
 using namespace Qt::StringLiterals;
 
 namespace {
-
-[[noreturn]] void raisePathError(int number, QLatin1StringView what, const QString &path)
-{
-    throw QvError(number, {}, what + u": "_s + path);
-}
 
 bool startsWithDrive(QStringView path, QChar mark = u':')
 {
@@ -34,9 +29,9 @@ QString checkedComponents(const QString &text, const QString &path)
     const QStringList components = text.split(u'\\', Qt::SkipEmptyParts);
     for (const QString &component : components) {
         if (component == "."_L1 || component == ".."_L1)
-            raisePathError(PathFileAccess, "A path must not hold \".\" or \"..\""_L1, path);
+            raiseFileError(PathFileAccess, "A path must not hold \".\" or \"..\""_L1, path);
         if (!isSafeName(component)) // "x.", "nul" and "a:b" are read as other names
-            raisePathError(PathFileAccess, "Windows has no such file name"_L1, path);
+            raiseFileError(PathFileAccess, "Windows has no such file name"_L1, path);
         result += u'\\' + component;
     }
     return result;
@@ -54,7 +49,7 @@ WindowsPaths::WindowsPaths(const QString &drivesFolder)
 std::wstring WindowsPaths::native(const QString &path) const
 {
     if (!path.isValidUtf16() || path.contains(QChar(u'\0')))
-        raisePathError(PathFileAccess, "The path holds characters that no file name can hold"_L1,
+        raiseFileError(PathFileAccess, "The path holds characters that no file name can hold"_L1,
                        path);
     QString text = path;
     text.replace(u'/', u'\\');
@@ -66,13 +61,13 @@ std::wstring WindowsPaths::native(const QString &path) const
     } else if (m_drives.isEmpty() && text.startsWith("\\\\"_L1)) {
         result = u'\\' + checkedComponents(text, path);
         if (result.count(u'\\') < 3)
-            raisePathError(PathNotFound, "The network name has no folder"_L1, path);
+            raiseFileError(PathNotFound, "The network name has no folder"_L1, path);
     } else if (!m_drives.isEmpty() && isOnMachinesDrive(text)) {
         result = text[1] + u":"_s + checkedComponents(text.sliced(3), path);
     } else if (!m_drives.isEmpty() && text.startsWith(u'\\') && !text.startsWith("\\\\"_L1)) {
         result = m_drives + checkedComponents(text, path);
     } else {
-        raisePathError(PathNotFound, "The path is not a full one"_L1, path);
+        raiseFileError(PathNotFound, "The path is not a full one"_L1, path);
     }
     if (result.endsWith(u':'))
         result += u'\\';

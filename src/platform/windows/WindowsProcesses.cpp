@@ -2,9 +2,8 @@
 
 #include "platform/FileSystem.h"
 #include "platform/Paths.h"
-#include "platform/QvError.h"
 #include "platform/portable/ChildRun.h"
-#include "platform/windows/win32/Win32Error.h"
+#include "platform/windows/WindowsErrors.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -73,18 +72,18 @@ void WindowsProcesses::openPage(const QString &path)
 {
     const std::wstring file = nativeFile(path).toStdWString();
     if (!isShownByBrowsers(path))
-        throw QvError(PermissionDenied, {},
-                      u"The file is not opened, for it is nothing that a browser shows: "_s + path);
+        raiseFileError(PermissionDenied,
+                       "The file is not opened, for it is nothing that a browser shows"_L1, path);
     const auto answer = reinterpret_cast<INT_PTR>(
         ShellExecuteW(nullptr, L"open", file.c_str(), nullptr, nullptr, SW_SHOWNORMAL));
     if (answer <= 32) // the shell's way to say no
-        throw QvError(PermissionDenied, {}, u"No program shows this page: "_s + path);
+        raiseFileError(PermissionDenied, "No program shows this page"_L1, path);
 }
 
 QString WindowsProcesses::nativeFile(const QString &path) const
 {
     if (!m_files.fileExists(path))
-        throw QvError(FileNotFound, {}, u"File not found: "_s + path);
+        raiseFileError(FileNotFound, "File not found"_L1, path);
     return m_files.nativePath(path);
 }
 
@@ -97,5 +96,5 @@ QString WindowsProcesses::nativeProgram(const QString &program) const
     const QFileInfo own(QCoreApplication::applicationDirPath() + u'/' + lastComponent(named));
     if (own.isFile())
         return QDir::toNativeSeparators(own.filePath());
-    throw QvError(FileNotFound, {}, u"File not found: "_s + program);
+    raiseFileError(FileNotFound, "File not found"_L1, program);
 }

@@ -70,8 +70,7 @@ void clearReadOnly(const std::wstring &path, DWORD attributes)
 
 void copyFile(const std::wstring &from, const std::wstring &to)
 {
-    if (const Kind kind = status(from).kind; kind != Kind::File)
-        raise(kind == Kind::Missing ? ERROR_FILE_NOT_FOUND : ERROR_NOT_SUPPORTED);
+    requireFile(from);
     const std::wstring source = longPath(from);
     const std::wstring target = longPath(to);
     if (!retried([&] { return CopyFileW(source.c_str(), target.c_str(), TRUE) != 0; }))
@@ -145,19 +144,12 @@ void flushFile(const std::wstring &path)
     if (found.kind != Kind::File)
         return;
     const std::wstring place = longPath(path);
-    HANDLE opened = INVALID_HANDLE_VALUE;
-    const auto open = [&] {
-        opened =
-            CreateFileW(place.c_str(), GENERIC_WRITE, shareAll, nullptr, OPEN_EXISTING, 0, nullptr);
-        return opened != INVALID_HANDLE_VALUE;
-    };
     clearReadOnly(place, found.attributes); // nobody may flush it else
-    const bool isOpen = retried(open);
+    const Handle file = openShared(path, GENERIC_WRITE, OPEN_EXISTING);
     const DWORD code = GetLastError();
-    const Handle file(opened);
     if (found.isReadOnly() && !storeAttributes(place, found.attributes))
         raiseLast();
-    if (!isOpen)
+    if (!file.isOpen())
         raise(code);
     if (!FlushFileBuffers(file.get()))
         raiseLast();

@@ -3,6 +3,7 @@
 #include "platform/windows/win32/Retry.h"
 
 #include <algorithm>
+#include <optional>
 
 namespace win32 {
 
@@ -62,6 +63,12 @@ std::optional<std::wstring> listedName(const std::wstring &path)
     return found.cFileName;
 }
 
+/// What is deleted but still open stays listed; what one may not see at all is not waited for.
+bool isHeld(DWORD code, const std::wstring &path)
+{
+    return meansBusy(code) || (meansHeld(code) && listedName(path));
+}
+
 bool isDots(const wchar_t *name)
 {
     return name[0] == L'.' && (name[1] == 0 || (name[1] == L'.' && name[2] == 0));
@@ -72,38 +79,6 @@ struct CloseSearch
     HANDLE search;
     ~CloseSearch() { FindClose(search); }
 };
-
-Handle openToLock(const std::wstring &path)
-{
-    HANDLE file = INVALID_HANDLE_VALUE;
-    retried([&] {
-        file =
-            CreateFileW(path.c_str(), GENERIC_READ | GENERIC_WRITE, shareAll, nullptr, OPEN_ALWAYS,
-                        FILE_ATTRIBUTE_NORMAL | FILE_FLAG_OPEN_REPARSE_POINT, nullptr);
-        return file != INVALID_HANDLE_VALUE;
-    });
-    return Handle(file);
-}
-
-/// False when it was removed after it was opened; another one may lie in its place.
-bool isStillThere(HANDLE file)
-{
-    FILE_STANDARD_INFO info{};
-    return GetFileInformationByHandleEx(file, FileStandardInfo, &info, sizeof(info))
-           && !info.DeletePending && info.NumberOfLinks > 0;
-}
-
-bool lockLastByte(HANDLE file)
-{
-    OVERLAPPED place{};
-    place.Offset = 0xFFFFFFFE; // nobody who reads the file meets the lock there
-    place.OffsetHigh = 0x7FFFFFFF;
-    if (LockFileEx(file, LOCKFILE_EXCLUSIVE_LOCK | LOCKFILE_FAIL_IMMEDIATELY, 0, 1, 0, &place))
-        return true;
-    if (const DWORD code = GetLastError(); !meansBusy(code) && code != ERROR_IO_PENDING)
-        raise(code);
-    return false;
-}
 
 } // namespace
 
@@ -131,13 +106,9 @@ Status status(const std::wstring &path)
 {
     const std::wstring place = longPath(path);
     WIN32_FILE_ATTRIBUTE_DATA found{};
-    // What is deleted but still open stays listed; what one may not see at all is not waited for.
-    const auto busy = [&](DWORD code) {
-        return meansBusy(code) || (meansHeld(code) && listedName(place));
-    };
     const bool isThere = retried(
         [&] { return GetFileAttributesExW(place.c_str(), GetFileExInfoStandard, &found) != 0; },
-        busy);
+        [&](DWORD code) { return isHeld(code, place); });
     if (!isThere && meansMissing(GetLastError()))
         return {};
     if (!isThere)
@@ -153,13 +124,16 @@ std::vector<Entry> entries(const std::wstring &folder)
         raise(ERROR_CANT_ACCESS_FILE);
     const std::wstring all = longPath(folder) + (folder.ends_with(L'\\') ? L"*" : L"\\*");
     WIN32_FIND_DATAW found{};
-    const HANDLE search =
-        FindFirstFileExW(all.c_str(), FindExInfoBasic, &found, FindExSearchNameMatch, nullptr,
-                         FIND_FIRST_EX_LARGE_FETCH);
-    if (search == INVALID_HANDLE_VALUE && GetLastError() == ERROR_FILE_NOT_FOUND
-        && kind == Kind::Folder)
+    HANDLE search = INVALID_HANDLE_VALUE;
+    const auto begin = [&] {
+        search = FindFirstFileExW(all.c_str(), FindExInfoBasic, &found, FindExSearchNameMatch,
+                                  nullptr, FIND_FIRST_EX_LARGE_FETCH);
+        return search != INVALID_HANDLE_VALUE;
+    };
+    const bool isOpen = retried(begin, [&](DWORD code) { return isHeld(code, folder); });
+    if (!isOpen && GetLastError() == ERROR_FILE_NOT_FOUND && kind == Kind::Folder)
         return {}; // a new drive: its root has not even "." in it
-    if (search == INVALID_HANDLE_VALUE)
+    if (!isOpen)
         raiseLast();
     const CloseSearch closed{search};
     std::vector<Entry> result;
@@ -174,22 +148,39 @@ std::vector<Entry> entries(const std::wstring &folder)
     return result;
 }
 
+void requireFile(const std::wstring &path)
+{
+    switch (status(path).kind) {
+    case Kind::File:
+        break;
+    case Kind::Missing:
+        raise(ERROR_FILE_NOT_FOUND);
+    case Kind::Link:
+        raise(ERROR_CANT_ACCESS_FILE);
+    case Kind::Folder:
+        raise(ERROR_NOT_SUPPORTED);
+    }
+}
+
+Handle openShared(const std::wstring &path, DWORD access, DWORD disposition, DWORD flags)
+{
+    const std::wstring place = longPath(path);
+    HANDLE file = INVALID_HANDLE_VALUE;
+    retried([&] {
+        file = CreateFileW(place.c_str(), access, shareAll, nullptr, disposition, flags, nullptr);
+        return file != INVALID_HANDLE_VALUE;
+    });
+    return Handle(file);
+}
+
 // Opened as the disk means it, not as a reparse point: the bytes of a deduplicated file, or of one
 // in the cloud, lie behind it.
 Handle openToRead(const std::wstring &path, std::int64_t &size)
 {
-    if (const Kind kind = status(path).kind; kind != Kind::File)
-        raise(kind == Kind::Missing ? ERROR_FILE_NOT_FOUND : ERROR_NOT_SUPPORTED);
-    const std::wstring place = longPath(path);
-    HANDLE opened = INVALID_HANDLE_VALUE;
-    const bool isOpen = retried([&] {
-        opened =
-            CreateFileW(place.c_str(), GENERIC_READ, shareAll, nullptr, OPEN_EXISTING, 0, nullptr);
-        return opened != INVALID_HANDLE_VALUE;
-    });
-    if (!isOpen)
+    requireFile(path);
+    Handle file = openShared(path, GENERIC_READ, OPEN_EXISTING);
+    if (!file.isOpen())
         raiseLast();
-    Handle file(opened);
     LARGE_INTEGER bytes{};
     if (!GetFileSizeEx(file.get(), &bytes))
         raiseLast();
@@ -217,28 +208,6 @@ std::int64_t readAt(HANDLE file, std::int64_t offset, char *to, std::int64_t cou
         done += got;
     }
     return done;
-}
-
-std::optional<Handle> lockFile(const std::wstring &path, std::chrono::milliseconds patience)
-{
-    const std::wstring place = longPath(path);
-    const auto end = std::chrono::steady_clock::now() + patience;
-    for (;;) {
-        Handle file = openToLock(place);
-        // A lock file that is being deleted refuses to be opened until its last user is gone.
-        if (!file.isOpen() && GetLastError() != ERROR_ACCESS_DENIED)
-            raiseLast();
-        if (file.isOpen() && status(path).kind != Kind::File)
-            raise(ERROR_NOT_SUPPORTED);
-        if (file.isOpen() && lockLastByte(file.get()) && isStillThere(file.get()))
-            return file;
-        if (std::chrono::steady_clock::now() >= end) {
-            if (!file.isOpen())
-                raise(ERROR_ACCESS_DENIED);
-            return std::nullopt;
-        }
-        Sleep(10);
-    }
 }
 
 } // namespace win32

@@ -2,13 +2,12 @@
 
 #include "platform/windows/win32/Handle.h"
 
-#include <chrono>
 #include <cstdint>
-#include <optional>
 #include <string>
 #include <vector>
 
-// The files of Windows. Paths are full ones, "C:\x\y" or "\\server\share\x", of any length.
+// Looking at the files of Windows, and reading them. Paths are full ones, "C:\x\y" or
+// "\\server\share\x", of any length.
 // What fails raises Error; what another program keeps open for a moment is tried for two seconds.
 
 namespace win32 {
@@ -42,17 +41,21 @@ struct Entry
 [[nodiscard]] DWORD obstacleTo(const std::wstring &path);
 
 [[nodiscard]] Status status(const std::wstring &path);
+
+/// Raises ERROR_FILE_NOT_FOUND, ERROR_CANT_ACCESS_FILE for a link, ERROR_NOT_SUPPORTED for a
+/// folder.
+void requireFile(const std::wstring &path);
+
 /// In the order of names.
 [[nodiscard]] std::vector<Entry> entries(const std::wstring &folder);
 
-/// A regular file, for reading; ERROR_NOT_SUPPORTED for what is none.
+/// Opens a file without keeping anybody out. Not open, with GetLastError, when that fails.
+[[nodiscard]] Handle openShared(const std::wstring &path, DWORD access, DWORD disposition,
+                                DWORD flags = 0);
+
+/// Opens a regular file, and says how many bytes it has. Raises as `requireFile` for anything else.
 [[nodiscard]] Handle openToRead(const std::wstring &path, std::int64_t &size);
 /// Copies what lies at `offset`; less than `count` bytes only at the end.
 std::int64_t readAt(HANDLE file, std::int64_t offset, char *to, std::int64_t count);
-
-/// Locks a byte behind the end of the file, which is made when missing. Nothing when another handle
-/// held it all the time. The lock goes with the handle. Raises where the disk has no locks.
-[[nodiscard]] std::optional<Handle> lockFile(const std::wstring &path,
-                                             std::chrono::milliseconds patience);
 
 } // namespace win32

@@ -7,8 +7,8 @@ namespace win32 {
 
 namespace {
 
-constexpr REGSAM readAccess = 0x20019 | KEY_WOW64_32KEY;  // KEY_READ
-constexpr REGSAM writeAccess = 0x20006 | KEY_WOW64_32KEY; // KEY_WRITE
+constexpr REGSAM readAccess = KEY_READ | KEY_WOW64_32KEY;
+constexpr REGSAM writeAccess = KEY_WRITE | KEY_WOW64_32KEY;
 
 struct Key
 {

@@ -175,12 +175,21 @@ void Replacement::putInPlace()
         raiseLast();
     if (m_oldAttributes == INVALID_FILE_ATTRIBUTES)
         return rename();
-    constexpr DWORD kept = FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM;
-    if (const DWORD attributes = m_oldAttributes & kept;
-        attributes != 0 && !SetFileAttributesW(m_name.c_str(), attributes | FILE_ATTRIBUTE_ARCHIVE))
+    keepHidden();
+    if ((m_oldAttributes & FILE_ATTRIBUTE_READONLY) != 0)
+        return renameOverReadOnly();
+    rename();
+}
+
+void Replacement::keepHidden()
+{
+    const DWORD kept = m_oldAttributes & (FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM);
+    if (kept != 0 && !SetFileAttributesW(m_name.c_str(), kept | FILE_ATTRIBUTE_ARCHIVE))
         raiseLast();
-    if ((m_oldAttributes & FILE_ATTRIBUTE_READONLY) == 0)
-        return rename();
+}
+
+void Replacement::renameOverReadOnly()
+{
     const DWORD writable = m_oldAttributes & ~DWORD(FILE_ATTRIBUTE_READONLY);
     SetFileAttributesW(m_target.c_str(), writable | FILE_ATTRIBUTE_ARCHIVE);
     try {

@@ -18,8 +18,8 @@ struct ReplaceOptions
 /// New content for a file on its way into place: "<name>.qvtmp<number>" beside it, which goes when
 /// it does not get there; then the target is as it was. What is in place keeps the name as it is
 /// spelled on the disk, attributes and access rights; it is to be archived again.
-/// Refuses, with ERROR_ACCESS_DENIED, a read-only target, with ERROR_NOT_SUPPORTED one that is no
-/// regular file.
+/// Refuses a read-only target with ERROR_ACCESS_DENIED, a link with ERROR_CANT_ACCESS_FILE and a
+/// folder with ERROR_NOT_SUPPORTED.
 class Replacement final
 {
 public:
@@ -34,6 +34,8 @@ public:
 private:
     void create(DWORD attributes);
     void takeAccessRights();
+    void keepHidden();
+    void renameOverReadOnly();
     void rename();
     void remove();
 
