@@ -174,7 +174,7 @@ void tst_launcher::putsTheProgramsIntoTheSample()
     TestProgram world;
     const QByteArray script = "#!/bin/sh\necho $0 $1\n";
     for (const char *const file : {"bin/StartApp", "bin/qvdev", "bin/unknown", "bin/Qt6Core.dll",
-                                   "bin/platforms/qwindows.dll"})
+                                   "bin/platforms/qwindows.dll", "bin/imageformats/qjpeg.dll"})
         world.put(u"X:\\"_s + QString::fromLatin1(file).replace(u'/', u'\\'), script);
     world.put(u"X:\\share\\quovane\\help\\index.html"_s, "<title>Start</title>");
     world.put(u"X:\\share\\quovane\\help\\pictures\\a.png"_s, "a");
@@ -185,8 +185,10 @@ void tst_launcher::putsTheProgramsIntoTheSample()
     createSampleInstallation(world.program, u"C:\\Sample"_s, programs);
     const QString bin = u"C:\\Sample\\Client\\Bin\\"_s;
     QCOMPARE(world.below(withoutBackslash(bin)),
-             (QStringList{u"Qt6Core.dll"_s, u"StartApp"_s, u"help"_s, u"platforms"_s, u"qvdev"_s}));
-    QVERIFY(world.files.fileExists(bin + u"platforms\\qwindows.dll"_s));
+             (QStringList{u"Qt6Core.dll"_s, u"StartApp"_s, u"help"_s, u"imageformats"_s,
+                          u"platforms"_s, u"qvdev"_s}));
+    QVERIFY(world.files.fileExists(bin + u"platforms\\qwindows.dll"_s)
+            && world.files.fileExists(bin + u"imageformats\\qjpeg.dll"_s));
     QCOMPARE(world.bytes(bin + u"help\\pictures\\a.png"_s), "a");
     const auto start = [&](const QString &argument) {
         QByteArray said;

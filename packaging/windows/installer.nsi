@@ -25,6 +25,7 @@ SetCompressor /SOLID lzma
 !include MUI2.nsh
 !include x64.nsh
 !include LogicLib.nsh
+!include FileFunc.nsh
 
 Name "${PRODUCT}"
 OutFile "${OUTPUT}"
@@ -50,16 +51,46 @@ VIAddVersionKey "FileVersion" "${VERSION}"
 !insertmacro MUI_UNPAGE_INSTFILES
 !insertmacro MUI_LANGUAGE "English"
 
+; What /D named, or where the uninstaller lies: choosing the mode forgets it.
+Var folder
+
+; What follows would ask, and nobody is there to answer.
+!macro REFUSE_SILENTLY_WITHOUT_RIGHTS
+    ${GetParameters} $0
+    ClearErrors
+    ${GetOptions} $0 "/AllUsers" $1
+    ${IfNot} ${Errors}
+    ${AndIf} ${Silent}
+        UserInfo::GetAccountType
+        Pop $1
+        ${If} $1 != "Admin"
+            SetErrorLevel 740 ; "the requested operation requires elevation"
+            Quit
+        ${EndIf}
+    ${EndIf}
+!macroend
+
 Function .onInit
     ${IfNot} ${RunningX64}
         MessageBox MB_ICONSTOP|MB_OK "${PRODUCT} needs a 64-bit Windows 10 or later." /SD IDOK
         Abort
     ${EndIf}
+    StrCpy $folder $INSTDIR
+    !insertmacro REFUSE_SILENTLY_WITHOUT_RIGHTS
     !insertmacro MULTIUSER_INIT
+    ${If} $folder != ""
+        StrCpy $INSTDIR $folder
+    ${EndIf}
 FunctionEnd
 
 Function un.onInit
+    StrCpy $folder $INSTDIR
     !insertmacro MULTIUSER_UNINIT
+    ReadRegStr $0 HKLM "${UNINSTALL}" "InstallLocation"
+    ${If} $0 == $folder
+        Call un.MultiUser.InstallMode.AllUsers
+    ${EndIf}
+    StrCpy $INSTDIR $folder
 FunctionEnd
 
 ; A program that runs cannot be written: half of the files would be new and half of them old.

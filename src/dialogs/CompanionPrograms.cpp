@@ -13,7 +13,7 @@ bool isCompanion(const FolderEntry &entry)
 {
     static const QStringList programs{u"StartApp"_s, u"QV_IBLIndexMgr"_s, u"qvdev"_s,
                                       u"qv_dbtoxml"_s};
-    static const QStringList plugins{u"platforms"_s, u"styles"_s};
+    static const QStringList plugins{u"platforms"_s, u"styles"_s, u"imageformats"_s};
     if (entry.status.kind == FileKind::Folder)
         return plugins.contains(entry.name, Qt::CaseInsensitive);
     const QString plain =

@@ -34,7 +34,7 @@ bool FirstRun::findServer()
         u"QV Developer does not know yet where your Quovane server is.\n\n"
         "Choose the folder of the server, the one that holds the folder Docs, or create a sample "
         "installation to try the program with."_s,
-        {u"Choose the Server Folder..."_s, u"Create a Sample Installation..."_s, u"Quit"_s}};
+        {u"&Choose the Server Folder..."_s, u"Create a &Sample Installation..."_s, u"&Quit"_s}};
 
     for (;;) {
         const int answer = m_program.messages.choose(question);

@@ -112,7 +112,7 @@ bool LegacyMigration::wantsWhatCanBeRead()
     for (const ConversionProblem &problem : report().problems)
         lines.append(line(problem));
     const Choice question{.text = report().reason + u"\n\n"_s + firstOf(lines),
-                          .answers = {u"Migrate What Can Be Read"_s, u"Cancel"_s},
+                          .answers = {u"&Migrate What Can Be Read"_s, u"&Cancel"_s},
                           .initial = 1,
                           .title = text(Text::DialogTitle)};
     return m_program.messages.choose(question) == 0;

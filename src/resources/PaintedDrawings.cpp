@@ -9,7 +9,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// The widths in which the build paints each drawing; those in the colour of text are black.
+// The widths in which cmake/PaintedPictures.cmake paints the drawings: those up to 256 icons, the
+// others pictures. What is drawn in the colour of text is black there.
 constexpr std::array widths{16, 20, 24, 32, 48, 64, 96, 128, 256, 521, 1042, 1563};
 
 QString fileOf(const QString &name, int width, QLatin1StringView kind)
@@ -20,8 +21,8 @@ QString fileOf(const QString &name, int width, QLatin1StringView kind)
 constexpr auto inColours = ""_L1;
 constexpr auto inTextColour = "t"_L1;
 
-/// The narrowest one that is wide enough, else the widest.
-QImage painted(const QString &name, int width, QLatin1StringView kind)
+/// The narrowest one that is wide enough, else the widest; empty when there is none.
+QString paintedFile(const QString &name, int width, QLatin1StringView kind)
 {
     QString best;
     for (const int each : widths) {
@@ -31,7 +32,7 @@ QImage painted(const QString &name, int width, QLatin1StringView kind)
         if (!best.isEmpty() && each >= width)
             break;
     }
-    return best.isEmpty() ? QImage() : QImage(best);
+    return best;
 }
 
 void tint(QImage &image, const QColor &colour)
@@ -45,13 +46,12 @@ void tint(QImage &image, const QColor &colour)
 
 QImage drawn(const QString &name, QSize size, const QColor &colour)
 {
-    QImage picture = painted(name, size.width(), inColours);
-    const bool isTinted = picture.isNull();
-    if (isTinted)
-        picture = painted(name, size.width(), inTextColour);
-    if (picture.isNull())
+    const QString inColour = paintedFile(name, size.width(), inColours);
+    const bool isTinted = inColour.isEmpty();
+    const QString file = isTinted ? paintedFile(name, size.width(), inTextColour) : inColour;
+    if (file.isEmpty())
         return {};
-    picture = picture.convertToFormat(QImage::Format_ARGB32_Premultiplied);
+    QImage picture = QImage(file).convertToFormat(QImage::Format_ARGB32_Premultiplied);
     if (isTinted)
         tint(picture, QColor(colour.rgb()));
     const QImage scaled = picture.scaled(size, Qt::KeepAspectRatio, Qt::SmoothTransformation);
@@ -67,5 +67,6 @@ QImage drawn(const QString &name, QSize size, const QColor &colour)
 
 bool isDrawing(const QString &name)
 {
-    return !painted(name, 0, inColours).isNull() || !painted(name, 0, inTextColour).isNull();
+    return !paintedFile(name, 0, inColours).isEmpty()
+           || !paintedFile(name, 0, inTextColour).isEmpty();
 }

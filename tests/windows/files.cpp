@@ -129,6 +129,8 @@ void namesKeepTheirCapitalsAndAnyLength(const Folder &folder)
     CHECK(namesIn(deep).starts_with(L"Copy.htm|"));
     CHECK(raised([&] { move(page, deep + L"\\Copy.htm"); }) == ERROR_ALREADY_EXISTS);
     CHECK(raised([&] { removeFolder(deep); }) == ERROR_DIR_NOT_EMPTY);
+    CHECK(raised([&] { contentOf(deep); }) == ERROR_NOT_SUPPORTED);
+    CHECK(raised([&] { contentOf(deep + L"\\none.htm"); }) == ERROR_FILE_NOT_FOUND);
     CHECK(status(folder / L"a*b?.htm").kind == Kind::Missing);
 }
 

@@ -1,7 +1,7 @@
 // What one program notices of another: windows, instances, the locks that it holds.
 #include "Checks.h"
+#include "platform/windows/win32/DesktopWindows.h"
 #include "platform/windows/win32/Instance.h"
-#include "platform/windows/win32/Windows.h"
 
 using namespace win32;
 using namespace std::chrono_literals;
@@ -171,9 +171,9 @@ int holdLock()
     return 0;
 }
 
-int hold(const wchar_t *name)
+int holdInstance()
 {
-    const Instance instance(name);
+    const Instance instance(L"check");
     say(instance.isSecond() ? "second" : "first");
     Sleep(1000);
     return 0;
@@ -193,5 +193,5 @@ int serve(const std::string &mode)
 {
     if (mode == "announce")
         return announce();
-    return mode == "hold" ? hold(L"check") : holdLock();
+    return mode == "hold" ? holdInstance() : holdLock();
 }

@@ -3,7 +3,6 @@
 #include "platform/windows/win32/RegistryKeys.h"
 
 using namespace win32;
-using namespace std::chrono_literals;
 
 namespace {
 

@@ -1,7 +1,7 @@
 #include "platform/windows/FoundWindows.h"
 
 #include "platform/windows/SingleInstance.h"
-#include "platform/windows/win32/Windows.h"
+#include "platform/windows/win32/DesktopWindows.h"
 
 FoundWindows::FoundWindows(const SingleInstance &instance)
     : m_instance(instance)

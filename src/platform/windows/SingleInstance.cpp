@@ -1,7 +1,7 @@
 #include "platform/windows/SingleInstance.h"
 
+#include "platform/windows/win32/DesktopWindows.h"
 #include "platform/windows/win32/Retry.h"
-#include "platform/windows/win32/Windows.h"
 
 namespace {
 

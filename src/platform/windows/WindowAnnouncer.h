@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/windows/win32/Windows.h"
+#include "platform/windows/win32/DesktopWindows.h"
 
 #include <QObject>
 

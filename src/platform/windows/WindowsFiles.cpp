@@ -113,19 +113,18 @@ FileStatus WindowsFiles::status(const QString &path)
 
 std::unique_ptr<FileReader> WindowsFiles::openFile(const QString &path)
 {
-    return explained(cannotRead, path, [&] {
-        const FileKind kind = status(path).kind;
-        if (kind == FileKind::Folder || kind == FileKind::Other)
-            raiseFileError(PathFileAccess, "The file cannot be read, it is no ordinary file"_L1,
-                           path);
-        if (kind == FileKind::Missing)
-            raiseSystemError(ERROR_FILE_NOT_FOUND, cannotRead, path, missingNumber(path));
-        if (kind == FileKind::Link)
-            win32::raise(ERROR_CANT_ACCESS_FILE);
+    try {
         std::int64_t size = 0;
         win32::Handle file = win32::openToRead(m_paths.native(path), size);
         return std::make_unique<OpenedFile>(std::move(file), size, path);
-    });
+    } catch (const win32::Error &error) {
+        if (error.code == ERROR_NOT_SUPPORTED)
+            raiseFileError(PathFileAccess, "The file cannot be read, it is no ordinary file"_L1,
+                           path);
+        const bool isMissing = error.code == ERROR_FILE_NOT_FOUND;
+        raiseSystemError(error.code, cannotRead, path,
+                         isMissing ? missingNumber(path) : FileNotFound);
+    }
 }
 
 QByteArray WindowsFiles::readFile(const QString &path, qint64 limit)
@@ -183,7 +182,8 @@ void WindowsFiles::makeFolder(const QString &path, NameCheck)
 {
     const std::wstring native = m_paths.native(path);
     if (m_paths.isMappedDrive(native)) {
-        QDir().mkpath(QString::fromStdWString(native));
+        if (!QDir().mkpath(QString::fromStdWString(native)))
+            raiseFileError(PathFileAccess, "The folder for the drive cannot be made"_L1, path);
         return;
     }
     explained(

@@ -76,7 +76,8 @@ std::wstring WindowsPaths::native(const QString &path) const
 
 bool WindowsPaths::isMappedDrive(const std::wstring &native) const
 {
-    return !m_drives.isEmpty() && native.size() == size_t(m_drives.size()) + 2;
+    return !m_drives.isEmpty() && native.size() == size_t(m_drives.size()) + 2
+           && native.starts_with(m_drives.toStdWString() + L'\\');
 }
 
 QString WindowsPaths::product(const QString &native) const

@@ -34,35 +34,42 @@ std::string textOf(DWORD type, std::string bytes)
     return type == REG_EXPAND_SZ ? expanded(bytes) : bytes;
 }
 
-} // namespace
-
-std::optional<std::string> registryText(HKEY hive, const std::string &key, const std::string &name)
+/// A value as it lies there; nothing when it does not.
+std::optional<std::string> storedBytes(HKEY key, const std::string &name, DWORD &type)
 {
-    Key opened;
-    LSTATUS code = RegOpenKeyExA(hive, key.c_str(), 0, readAccess, &opened.handle);
-    if (code == ERROR_FILE_NOT_FOUND || code == ERROR_PATH_NOT_FOUND)
-        return std::nullopt;
-    if (code != ERROR_SUCCESS)
-        raise(DWORD(code));
     DWORD size = 0;
-    DWORD type = 0;
-    code = RegQueryValueExA(opened.handle, name.c_str(), nullptr, &type, nullptr, &size);
-    std::string text(size, '\0');
+    LSTATUS code = RegQueryValueExA(key, name.c_str(), nullptr, &type, nullptr, &size);
+    std::string bytes(size, '\0');
     while (code == ERROR_SUCCESS || code == ERROR_MORE_DATA) {
-        code = RegQueryValueExA(opened.handle, name.c_str(), nullptr, &type,
-                                reinterpret_cast<BYTE *>(text.data()), &size);
+        code = RegQueryValueExA(key, name.c_str(), nullptr, &type,
+                                reinterpret_cast<BYTE *>(bytes.data()), &size);
         if (code != ERROR_MORE_DATA)
             break;
         // Another program has stored a longer one between the two questions.
-        text.resize(std::max<size_t>(size, 2 * text.size() + 1));
-        size = DWORD(text.size());
+        bytes.resize(std::max<size_t>(size, 2 * bytes.size() + 1));
+        size = DWORD(bytes.size());
     }
     if (code == ERROR_FILE_NOT_FOUND)
         return std::nullopt;
     if (code != ERROR_SUCCESS)
         raise(DWORD(code));
-    text.resize(size);
-    return textOf(type, text);
+    bytes.resize(size);
+    return bytes;
+}
+
+} // namespace
+
+std::optional<std::string> registryText(HKEY hive, const std::string &key, const std::string &name)
+{
+    Key opened;
+    const LSTATUS code = RegOpenKeyExA(hive, key.c_str(), 0, readAccess, &opened.handle);
+    if (code == ERROR_FILE_NOT_FOUND || code == ERROR_PATH_NOT_FOUND)
+        return std::nullopt;
+    if (code != ERROR_SUCCESS)
+        raise(DWORD(code));
+    DWORD type = REG_NONE;
+    const auto bytes = storedBytes(opened.handle, name, type);
+    return bytes ? std::optional(textOf(type, *bytes)) : std::nullopt;
 }
 
 bool setRegistryText(HKEY hive, const std::string &key, const std::string &name,

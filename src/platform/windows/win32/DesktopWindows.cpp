@@ -1,4 +1,4 @@
-#include "platform/windows/win32/Windows.h"
+#include "platform/windows/win32/DesktopWindows.h"
 
 #include <cstring>
 #include <vector>
