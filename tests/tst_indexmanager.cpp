@@ -180,6 +180,7 @@ void tst_indexmanager::showsHowEachIdentifierStands()
     QCOMPARE(there.rows("lstIdentifiers"), left);
     QCOMPARE(list->currentIndex().row(), 1);
     QVERIFY(there.shows(u"4 identifiers · 2 sets · 1 set could not be read (see Sets)"_s));
+    there.toFront();
     list->selectAll();
     list->setFocus();
     QTest::keyClick(list, Qt::Key_C, Qt::ControlModifier);

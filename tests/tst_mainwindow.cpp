@@ -418,7 +418,9 @@ void tst_mainwindow::keepsTheBuildWindowInStep()
     QCOMPARE(words(), (QStringList{u"Good"_s, u"Finished with warnings"_s, u"Failed"_s,
                                    u"Set by another tool (7)"_s}));
 
-    world.files.removeFile(world.projectPath() + u"QV_StatusIndicators.xml"_s);
+    const QString status = world.projectPath() + u"QV_StatusIndicators.xml"_s;
+    world.files.removeFile(status);
+    QTRY_VERIFY(!world.files.exists(status)); // the plan may be reading it
     control1.RefreshStatus(u"MainUI"_s);
     QCOMPARE(words(), QStringList(4, u"Not known"_s));
     QVERIFY(control<QLabel>(window, "lblProblem")->isVisibleTo(window));

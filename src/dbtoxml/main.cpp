@@ -3,11 +3,11 @@
 #include "dbtoxml/Migration.h"
 #include "dbtoxml/OutputLines.h"
 #include "platform/QvError.h"
-#include "platform/portable/DrivesFolder.h"
-#include "platform/portable/IniRegistry.h"
 #include "platform/portable/PortableFiles.h"
-#include "platform/portable/PortableLocale.h"
-#include "platform/portable/SystemClock.h"
+#include "platform/shared/DrivesFolder.h"
+#include "platform/shared/IniRegistry.h"
+#include "platform/shared/PortableLocale.h"
+#include "platform/shared/SystemClock.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>

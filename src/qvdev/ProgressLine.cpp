@@ -1,6 +1,6 @@
 #include "qvdev/ProgressLine.h"
 
-#include "platform/portable/StandardStreams.h"
+#include "platform/shared/StandardStreams.h"
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;

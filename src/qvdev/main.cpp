@@ -1,6 +1,6 @@
 // The command line: what the windows do with projects, for scripts. It calls the windows' own
 // classes and decides nothing itself.
-#include "platform/portable/StandardStreams.h"
+#include "platform/shared/StandardStreams.h"
 #include "qvdev/ConsoleProgram.h"
 
 #include <QCoreApplication>

@@ -3,11 +3,11 @@
 // The adapters of the system that the program is built for, under names that do not say which.
 
 #include "platform/native/NativeFiles.h"
-#include "platform/portable/DrivesFolder.h"
-#include "platform/portable/IniRegistry.h"
-#include "platform/portable/PortableLocale.h"
-#include "platform/portable/ProgramEndNow.h"
-#include "platform/portable/SystemClock.h"
+#include "platform/shared/DrivesFolder.h"
+#include "platform/shared/IniRegistry.h"
+#include "platform/shared/PortableLocale.h"
+#include "platform/shared/ProgramEndNow.h"
+#include "platform/shared/SystemClock.h"
 
 using NativeLocale = PortableLocale;
 

@@ -1,4 +1,4 @@
-#include "platform/portable/ChildLimits.h"
+#include "platform/shared/ChildLimits.h"
 
 #include <QProcess>
 

@@ -3,7 +3,7 @@
 #include "platform/FileSystem.h"
 #include "platform/Paths.h"
 #include "platform/QvError.h"
-#include "platform/portable/ChildRun.h"
+#include "platform/shared/ChildRun.h"
 
 #include <QCoreApplication>
 #include <QFileInfo>

@@ -1,4 +1,4 @@
-#include "platform/portable/StandardStreams.h"
+#include "platform/shared/StandardStreams.h"
 
 #include <fcntl.h>
 #include <unistd.h>

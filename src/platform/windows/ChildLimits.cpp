@@ -1,4 +1,4 @@
-#include "platform/portable/ChildLimits.h"
+#include "platform/shared/ChildLimits.h"
 
 #include "platform/windows/win32/Handle.h"
 

@@ -1,4 +1,4 @@
-#include "platform/portable/StandardStreams.h"
+#include "platform/shared/StandardStreams.h"
 
 #include "platform/windows/win32/Win32Error.h"
 

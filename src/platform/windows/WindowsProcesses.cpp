@@ -2,7 +2,7 @@
 
 #include "platform/FileSystem.h"
 #include "platform/Paths.h"
-#include "platform/portable/ChildRun.h"
+#include "platform/shared/ChildRun.h"
 #include "platform/windows/WindowsErrors.h"
 
 #include <QCoreApplication>

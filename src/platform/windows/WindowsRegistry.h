@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/Registry.h"
-#include "platform/portable/IniRegistry.h"
+#include "platform/shared/IniRegistry.h"
 
 #include <optional>
 

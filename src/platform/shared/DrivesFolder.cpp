@@ -1,4 +1,4 @@
-#include "platform/portable/DrivesFolder.h"
+#include "platform/shared/DrivesFolder.h"
 
 #include <QStandardPaths>
 

@@ -1,7 +1,5 @@
 #include "platform/CodePages.h"
 
-#ifdef Q_OS_WIN
-
 #include <algorithm>
 
 #include <qt_windows.h>
@@ -88,23 +86,3 @@ CharacterSet::Encoded encodeByCodePage(unsigned codePage, QStringView text)
     result.hasError = lost || decodeByCodePage(codePage, result.bytes).text != text;
     return result;
 }
-
-#else
-
-unsigned codePageFor(const QByteArray &)
-{
-    return 0;
-}
-
-// Nobody gets here: there is no code page to name.
-CharacterSet::Decoded decodeByCodePage(unsigned, QByteArrayView)
-{
-    return {{}, true};
-}
-
-CharacterSet::Encoded encodeByCodePage(unsigned, QStringView)
-{
-    return {{}, true};
-}
-
-#endif

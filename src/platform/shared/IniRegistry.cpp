@@ -1,9 +1,9 @@
-#include "platform/portable/IniRegistry.h"
+#include "platform/shared/IniRegistry.h"
 
 #include "platform/Paths.h"
 #include "platform/QvError.h"
-#include "platform/portable/DrivesFolder.h"
-#include "platform/portable/IniText.h"
+#include "platform/shared/DrivesFolder.h"
+#include "platform/shared/IniText.h"
 
 #include <QStandardPaths>
 

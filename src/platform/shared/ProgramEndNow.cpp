@@ -1,4 +1,4 @@
-#include "platform/portable/ProgramEndNow.h"
+#include "platform/shared/ProgramEndNow.h"
 
 #include <cstdio>
 #include <cstdlib>

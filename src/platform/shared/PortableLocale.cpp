@@ -1,4 +1,4 @@
-#include "platform/portable/PortableLocale.h"
+#include "platform/shared/PortableLocale.h"
 
 #include <cmath>
 

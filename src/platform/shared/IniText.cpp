@@ -1,4 +1,4 @@
-#include "platform/portable/IniText.h"
+#include "platform/shared/IniText.h"
 
 #include "platform/QvError.h"
 

@@ -1,7 +1,7 @@
-#include "platform/portable/ChildRun.h"
+#include "platform/shared/ChildRun.h"
 
 #include "platform/QvError.h"
-#include "platform/portable/ChildLimits.h"
+#include "platform/shared/ChildLimits.h"
 
 #include <QDeadlineTimer>
 #include <QElapsedTimer>
