@@ -321,6 +321,7 @@ void tst_build::tellsWhatItCannotRead()
     frmBuild *const form = world.open();
     const QString statusFile = world.projectPath() + ProjectFile::status;
     world.files.removeFile(statusFile);
+    QTRY_VERIFY(!world.files.exists(statusFile)); // the plan may be reading it
     form->ctlBuildTab1().RefreshStatus(u"MainUI"_s);
     QTRY_VERIFY(hasReasons(form));
     QVERIFY(textOf(form, "lblProblem")
