@@ -1,6 +1,9 @@
 #include "support/Errors.h"
+#if __has_include(<gumbo.h>)
 #include "support/ParsedPage.h"
+#endif
 #include "support/SampleProject.h"
+#include "support/System.h"
 #include "tools/build/PageFactsCache.h"
 #include "tools/build/PageScan.h"
 #include "tools/build/ScannedPages.h"
@@ -83,6 +86,9 @@ public:
     std::vector<std::string> targets;
 };
 
+#if __has_include(<gumbo.h>)
+constexpr bool hasParser = true;
+
 QStringList sorted(QStringList list)
 {
     list.removeDuplicates();
@@ -120,6 +126,14 @@ void compareWithParser(const QByteArray &page, const QString &name)
     for (const QString &image : theirs.images)
         QVERIFY2(resources.contains(image), qPrintable(name + u": "_s + image));
 }
+#else
+constexpr bool hasParser = false;
+
+void compareWithParser(const QByteArray &, const QString &)
+{
+    QSKIP("There is no other parser here.");
+}
+#endif
 
 /// A page that keeps to the rules of nesting and breaks every other.
 class RandomPage
@@ -317,7 +331,7 @@ void tst_scan::findsWhatAParserFinds()
     for (quint32 seed = 1; seed <= 600; ++seed) {
         const QByteArray page = RandomPage(seed).bytes();
         compareWithParser(page, u"seed %1: %2"_s.arg(seed).arg(QString::fromUtf8(page)));
-        if (QTest::currentTestFailed())
+        if (QTest::currentTestFailed() || !hasParser)
             return;
     }
 }
@@ -475,10 +489,12 @@ void tst_scan::readsEveryEncodingAlike()
     check(page.arg(u"utf-8"_s).toUtf8(), u"JPN"_s);
     const QString withoutUmlaut = QString(page).remove(u'\u00E4');
     for (const char *charset : {"Shift_JIS", "EUC-JP", "ISO-2022-JP"}) {
-        QStringEncoder encoder(charset);
-        QVERIFY2(encoder.isValid(), charset);
-        const QByteArray bytes = encoder(withoutUmlaut.arg(QLatin1String(charset)) + u'\n');
-        check(bytes, u"JPN"_s);
+        if (!here::hasCharset(charset))
+            continue;
+        const QString written = withoutUmlaut.arg(QLatin1String(charset)) + u'\n';
+        const CharacterSet::Encoded encoded = CharacterSet(charset).encode(written);
+        QVERIFY2(!encoded.hasError, charset);
+        check(encoded.bytes, u"JPN"_s);
     }
 }
 

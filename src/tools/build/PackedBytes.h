@@ -57,10 +57,10 @@ public:
         for (unsigned shift = 0; shift < 64; shift += 7) {
             if (m_rest.empty())
                 break;
-            const auto byte = static_cast<unsigned char>(m_rest.front());
+            const auto next = static_cast<unsigned char>(m_rest.front());
             m_rest.remove_prefix(1);
-            value |= static_cast<quint64>(byte & 0x7FU) << shift;
-            if (byte < 0x80)
+            value |= static_cast<quint64>(next & 0x7FU) << shift;
+            if (next < 0x80)
                 return value;
         }
         fail();
