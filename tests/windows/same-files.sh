@@ -22,9 +22,13 @@ run() {
         "${program[@]}" --server "$tree/drives/c/Server" "${@//TREE/$tree/drives/c}" </dev/null
 }
 
-# Dates stand as the system writes them.
+# Dates stand as the system writes them, in logs with the time.
 without_dates() {
-    iconv -f UTF-16 -t UTF-8 "$1" | sed -E 's/[0-9]{1,2}( [A-Z][a-z]{2} |\/[0-9]{1,2}\/)[0-9]{2,4}/DATE/g'
+    local as_text=(cat)
+    [ "$(head -c 2 "$1" | od -An -tx1)" != " ff fe" ] || as_text=(iconv -f UTF-16 -t UTF-8)
+    "${as_text[@]}" <"$1" | sed -E \
+        -e 's/[0-9]{1,2}( [A-Z][a-z]{2} |\/[0-9]{1,2}\/)[0-9]{2,4}/DATE/g' \
+        -e 's/[0-9]{4}-[0-9]{2}-[0-9]{2} [0-9]{2}:[0-9]{2}/DATE/g'
 }
 
 # What a packed copy holds is looked at where it came from; caches tell when files were written.
