@@ -46,8 +46,10 @@ QByteArray reportPage(ConsoleWorld &world, const ListedLinks &list, bool ofTarge
 {
     const QString kind = text(ofTargets ? Text::IbdReport : Text::IbsReport).remove(u'&');
     const qsizetype good = list.links.goodCount();
+    const QDateTime now = world.clock.now();
     const ReportHead head{text(Text::LinkReport) + u" - "_s + kind,
-                          QLocale::system().toString(world.clock.now(), QLocale::ShortFormat),
+                          world.locale.shortDate(now.date()) + u' '
+                              + QLocale().toString(now.time(), QLocale::ShortFormat),
                           u"OK: %1, BAD: %2"_s.arg(good).arg(list.links.count() - good)};
     LocalLinks local(world.files, list.links, ofTargets);
     return reportHtml(
